@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# The project's two set-up commands (and a few more for developers):
+#   ./cw run    install what is missing, build, produce the demo office's output
+#   ./cw test   install what is missing, build, run every test (and again under
+#               AddressSanitizer + UndefinedBehaviorSanitizer)
+#   ./cw build  build only;  ./cw bench  build and run the benchmarks
+set -euo pipefail
+cd "$(dirname "$0")"
+root=$PWD
+jobs=$(nproc)
+
+build() {  # build DIR [cmake args...]
+  local dir=$1; shift
+  cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
+  cmake --build "$dir" -j "$jobs"
+}
+
+case "${1:-run}" in
+  run)
+    scripts/setup-deps.sh
+    build build
+    scripts/run-demo.sh "$root/build"
+    ;;
+  test)
+    scripts/setup-deps.sh
+    build build
+    (cd build && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j "$jobs")
+    build build-asan -DCW_SANITIZE=ON -DCW_BUILD_BENCH=OFF
+    (cd build-asan && QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0 \
+       UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j "$jobs")
+    ;;
+  build)
+    scripts/setup-deps.sh
+    build build
+    ;;
+  bench)
+    scripts/setup-deps.sh
+    build build -DCMAKE_BUILD_TYPE=Release
+    scripts/run-bench.sh "$root/build" "${@:2}"
+    ;;
+  *)
+    echo "usage: ./cw run|test|build|bench" >&2
+    exit 2
+    ;;
+esac
