@@ -25,7 +25,8 @@ bool IsAllDigits(std::string_view text);
 std::string JoinPath(std::string_view folder, std::string_view name);
 
 // The entry of folder whose name equals name ignoring ASCII case (the exact
-// name wins when both exist); nullopt when there is none.
+// name wins when both exist), as the full path JoinPath(folder, entry name);
+// nullopt when there is none. A leading "\" on name is dropped as JoinPath does.
 std::optional<std::string> FindFileNoCase(std::string_view folder, std::string_view name);
 
 // Reads a whole file into a string in one read; error 53 when it does not
