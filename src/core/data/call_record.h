@@ -1,0 +1,77 @@
+#pragma once
+// One call of the call log: a single fixed-column text line as the logging
+// program writes it. The reports never parse a line into an object; they cut
+// the fields they need out of the text by column and trim them. CallRecord is
+// a view over that text, so handing records around costs nothing.
+
+#include <cstddef>
+#include <string_view>
+
+#include "support/text.h"
+
+namespace cw {
+
+// Start column (counted from 1) and width of a fixed field.
+struct LogColumn {
+  std::size_t start;
+  std::size_t length;
+};
+
+// The column map of a call-log line. The columns between the fields (11, 19,
+// 38, 79, 83, 87, 95, 99, 103) are separators and are never read.
+namespace column {
+inline constexpr LogColumn kDate{1, 10};        // "mm/dd/yyyy"
+inline constexpr LogColumn kTime{12, 7};        // clock time of the call
+inline constexpr LogColumn kNumber{20, 18};     // telephone number, blank-padded
+inline constexpr LogColumn kName{39, 40};       // caller name, blank-padded
+inline constexpr LogColumn kLine{80, 3};        // telephone line number
+inline constexpr LogColumn kDirection{84, 3};   // "In" or "Out"
+inline constexpr LogColumn kDuration{88, 7};    // h:mm:ss
+inline constexpr LogColumn kAnswered{96, 3};    // "Yes" when answered
+inline constexpr LogColumn kRings{100, 3};      // number of rings
+// Minutes and seconds of the duration without the hour digit, as the
+// abandoned-call filter reads it.
+inline constexpr LogColumn kShortDuration{90, 5};
+// Touch-tone digits run from this column to the end of the line.
+inline constexpr std::size_t kDtmfStart = 104;
+}  // namespace column
+
+class CallRecord {
+ public:
+  constexpr CallRecord() = default;
+  // line: one line as GetRecord returns it (already trimmed). The record
+  // refers to the caller's text, which must outlive it.
+  constexpr explicit CallRecord(std::string_view line) : line_(line) {}
+
+  constexpr std::string_view Text() const { return line_; }
+
+  // A field cut from its columns and trimmed of blanks; a field that lies
+  // beyond the end of a short line is empty.
+  constexpr std::string_view Field(LogColumn where) const {
+    return Trim(Mid(line_, where.start, where.length));
+  }
+
+  constexpr std::string_view Date() const { return Field(column::kDate); }
+  constexpr std::string_view Time() const { return Field(column::kTime); }
+  constexpr std::string_view Number() const { return Field(column::kNumber); }
+  constexpr std::string_view Name() const { return Field(column::kName); }
+  constexpr std::string_view Line() const { return Field(column::kLine); }
+  constexpr std::string_view Direction() const { return Field(column::kDirection); }
+  constexpr std::string_view Duration() const { return Field(column::kDuration); }
+  constexpr std::string_view Answered() const { return Field(column::kAnswered); }
+  constexpr std::string_view Rings() const { return Field(column::kRings); }
+  constexpr std::string_view ShortDuration() const { return Field(column::kShortDuration); }
+
+  // The touch-tone digits exist only on a line longer than the fixed fields,
+  // and are shown only when the DTMF option is on; otherwise they count as
+  // empty.
+  constexpr std::string_view Dtmf(bool dtmfOption) const {
+    if (!dtmfOption || line_.size() < column::kDtmfStart) return {};
+    return Trim(line_.substr(column::kDtmfStart - 1));
+  }
+
+ private:
+  std::string_view line_;
+};
+
+}  // namespace cw

@@ -1,0 +1,90 @@
+#pragma once
+// The record selection loop that every report runs over the call log: the
+// report period, the direction, and the name or number search. The reports add
+// their own tests to the records it hands out.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/call_record.h"
+#include "data/get_record.h"
+#include "support/civil_date.h"
+
+namespace cw {
+
+enum class SearchBy { kNone, kName, kNumber };
+
+struct SelectionCriteria {
+  CivilDate from;
+  CivilDate to;
+  std::string direction;  // "In" or "Out"; "InOut" or empty takes every direction
+  SearchBy search = SearchBy::kNone;
+  std::string searchText;  // a name, or numbers separated by "," (exact) / part of one (partial)
+  bool partial = false;
+};
+
+// The number field with every blank, "(", ")" and "-" taken out, as the
+// number search compares it: "(555) 123-4567" gives "5551234567".
+std::string CleanNumber(std::string_view numberField);
+
+// The list an exact number search matches against: the search text split at
+// ",", each entry trimmed.
+std::vector<std::string> NumberSearchList(std::string_view searchText);
+
+class RecordSelection {
+ public:
+  // buffer is the loaded log and must outlive the selection.
+  RecordSelection(std::string_view buffer, SelectionCriteria criteria);
+
+  // The next record that lies in the period and passes the direction and
+  // search tests; nullopt once the log ends, a record dated after the period
+  // is met (the log is in time order), or Stop was called. It stays nullopt
+  // after that until Rewind.
+  // A record date that cannot be built throws the conversion's error (13 for
+  // a part that is not a number) with the record attached as "Processing".
+  std::optional<CallRecord> Next();
+
+  // The report's stop flag: the next call of Next ends the loop.
+  void Stop() { stop_ = true; }
+  // Starts again at the top of the log, with the period not yet entered.
+  void Rewind();
+
+  const SelectionCriteria& Criteria() const { return criteria_; }
+  // Lines read from the log so far, selected or not.
+  std::int64_t RecordsRead() const { return recordsRead_; }
+  // Bytes of the buffer the loop has gone through, for a progress display.
+  std::size_t BytesConsumed() const { return bytesConsumed_; }
+  std::size_t BufferSize() const { return buffer_.size(); }
+
+ private:
+  // Whether the record is in the period; sets finished_ at the first record
+  // after it.
+  bool InPeriod(const CallRecord& record);
+  bool SearchPasses(const CallRecord& record) const;
+  bool NamePasses(std::string_view name) const;
+  bool NumberPasses(std::string_view number) const;
+
+  std::string_view buffer_;
+  SelectionCriteria criteria_;
+  bool everyDirection_;
+  std::string nameSearch_;                // lower case; trimmed for an exact match
+  std::vector<std::string> numberList_;   // exact number search
+
+  ReaderState reader_;
+  bool stop_ = false;
+  bool finished_ = false;
+  bool inRange_ = false;
+  // The log holds many calls per day: the last date converted is kept with
+  // its text, so a record of the same day is not converted again.
+  bool haveLastDate_ = false;
+  std::string_view lastDateText_;
+  CivilDate lastDate_;
+  std::int64_t recordsRead_ = 0;
+  std::size_t bytesConsumed_ = 0;
+};
+
+}  // namespace cw
