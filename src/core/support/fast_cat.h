@@ -16,6 +16,8 @@ class cFastCat {
  public:
   cFastCat();
 
+  // Error 9 (nothing written) when the text would need a page beyond the
+  // PageCount slots; 131 slots until PageCount is set.
   void Append(std::string_view text);
   std::string Value() const;
   std::int32_t Length() const;
@@ -34,6 +36,8 @@ class cFastCat {
   std::int32_t PagePos() const { return pagePos_; }
 
  private:
+  void WriteIntoPage(std::int32_t index, std::int32_t bytePos, std::string_view chars);
+
   std::int32_t pageSize_ = 0;
   std::int32_t pageLimit_ = 0;
   std::vector<std::string> pages_;
