@@ -1,0 +1,63 @@
+#include "settings/ini_document.h"
+
+#include <gtest/gtest.h>
+
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+TEST(IniDocument, FindsNamesIgnoringCaseAndKeepsValuesVerbatim) {
+  const IniDocument document = IniDocument::Parse(
+      "; comment=not a key\r\n[Other]\r\nPath=wrong\r\n[reports]\r\n  Select Seconds =1\r\n"
+      "SearchText= Smith \r\nEmpty=\r\n[Reports]\r\nLater=ignored");
+  EXPECT_EQ(document.Find("REPORTS", "select seconds").value(), "1");
+  EXPECT_EQ(document.Find("Reports", "SearchText").value(), " Smith ");
+  EXPECT_EQ(document.Find("Reports", "Empty").value(), "");
+  EXPECT_FALSE(document.Find("Reports", "Path"));
+  EXPECT_FALSE(document.Find("Reports", "; comment"));
+  // Only the first section of a name is read.
+  EXPECT_FALSE(document.Find("Reports", "Later"));
+  EXPECT_FALSE(document.Find("Missing", "Path"));
+}
+
+TEST(IniDocument, SetChangesOneLineAndKeepsTheRest) {
+  IniDocument document = IniDocument::Parse(
+      "[Other]\r\nKeep=1\r\n\r\n[Reports]\r\n; note\r\nlasttab=2\r\nPrintChart=0\r\n\r\n[Tail]\r\nX=y\r\n");
+  document.Set("Reports", "LastTab", "5");
+  document.Set("Reports", "Select Seconds", "1");
+  document.Set("New Section", "Key", "v");
+  EXPECT_EQ(document.Text(),
+            "[Other]\r\nKeep=1\r\n\r\n[Reports]\r\n; note\r\nlasttab=5\r\nPrintChart=0\r\nSelect Seconds=1\r\n"
+            "\r\n[Tail]\r\nX=y\r\n\r\n[New Section]\r\nKey=v\r\n");
+}
+
+TEST(IniDocument, LineEndsFollowTheFirstLine) {
+  IniDocument lf = IniDocument::Parse("[Reports]\nA=1");
+  lf.Set("Reports", "B", "2");
+  EXPECT_EQ(lf.Text(), "[Reports]\nA=1\nB=2\n");
+  IniDocument empty;
+  empty.Set("Reports", "Path", "/srv/logger");
+  EXPECT_EQ(empty.Text(), "[Reports]\nPath=/srv/logger\n");
+}
+
+TEST(IniDocument, RefusesNamesAndValuesThatCannotBeLines) {
+  const char* badKeys[] = {"", "a=b", " Lead", "Trail ", "[x", ";x", "#x", "two\nlines"};
+  for (const char* key : badKeys) {
+    IniDocument document;
+    try {
+      document.Set("Reports", key, "1");
+      ADD_FAILURE() << "key accepted: " << key;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), err::kInvalidCall) << key;
+    }
+    EXPECT_EQ(document.Text(), "") << key;
+  }
+  IniDocument document;
+  EXPECT_THROW(document.Set("Re]ports", "Key", "1"), RuntimeError);
+  EXPECT_THROW(document.Set("", "Key", "1"), RuntimeError);
+  EXPECT_THROW(document.Set("Reports", "SearchText", "a\r\nb"), RuntimeError);
+}
+
+}  // namespace
+}  // namespace cw

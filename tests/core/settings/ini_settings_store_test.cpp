@@ -1,0 +1,168 @@
+#include "settings/ini_settings_store.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "settings/edition.h"
+#include "support/runtime_error.h"
+#include "temp_folder.h"
+
+namespace cw {
+namespace {
+
+using testing::TempFolder;
+
+TEST(ResolveSettingsLocation, EnvironmentDecidesTheFile) {
+  EXPECT_EQ(ResolveSettingsLocation({"/tmp/mine.ini", "/xdg", "/home/u"}).file, "/tmp/mine.ini");
+
+  const SettingsLocation xdg = ResolveSettingsLocation({"", "/xdg", "/home/u"});
+  EXPECT_EQ(xdg.file, "");
+  EXPECT_EQ(xdg.folder, "/xdg/callwarden-reports");
+
+  // A relative XDG_CONFIG_HOME is ignored.
+  EXPECT_EQ(ResolveSettingsLocation({"", "rel", "/home/u"}).folder, "/home/u/.config/callwarden-reports");
+  EXPECT_EQ(ResolveSettingsLocation({"", "", "/home/u"}).folder, "/home/u/.config/callwarden-reports");
+
+  const SettingsLocation none = ResolveSettingsLocation({});
+  EXPECT_EQ(none.file, "");
+  EXPECT_EQ(none.folder, "");
+}
+
+TEST(IniSettingsStore, OneFilePerEditionUnlessOneFileIsNamed) {
+  TempFolder temp;
+  IniSettingsStore perEdition(SettingsLocation{{}, temp.File("cfg")});
+  EXPECT_EQ(perEdition.FileFor(kEditionRingtally), temp.File("cfg/Vorn Ringtally.ini"));
+  EXPECT_EQ(perEdition.FileFor(kEditionCallwarden), temp.File("cfg/Callwarden MultiLine.ini"));
+  for (const char* bad : {"", ".", "..", "a/b"}) {
+    EXPECT_THROW(perEdition.FileFor(bad), RuntimeError) << bad;
+  }
+
+  // Nothing there yet: defaults, and the first save makes the folder.
+  EXPECT_EQ(perEdition.Get(kEditionRingtally, "Reports", "LastTab", "1"), "1");
+  perEdition.Save(kEditionRingtally, "Reports", "LastTab", "4");
+  perEdition.Save(kEditionCallwarden, "Reports", "LastTab", "6");
+  EXPECT_EQ(TempFolder::Read(temp.File("cfg/Vorn Ringtally.ini")), "[Reports]\nLastTab=4\n");
+  EXPECT_EQ(perEdition.Get(kEditionRingtally, "Reports", "LastTab", "1"), "4");
+  EXPECT_EQ(perEdition.Get(kEditionCallwarden, "reports", "lasttab", "1"), "6");
+
+  const std::string named = temp.Write("named.ini", "[Reports]\r\nLastTab=2\r\n");
+  IniSettingsStore single(SettingsLocation{named, {}});
+  EXPECT_EQ(single.Get(kEditionCallwarden, "Reports", "LastTab", "1"), "2");
+  EXPECT_EQ(single.Get(kEditionRingtally, "Reports", "LastTab", "1"), "2");
+}
+
+TEST(IniSettingsStore, SaveKeepsOtherKeysSectionsAndBytes) {
+  TempFolder temp;
+  const std::string file = temp.Write(
+      "s.ini", "[Reports]\r\nPath=C:\\Logger\r\nUnknown Key=keep me\r\n\r\n[Elsewhere]\r\nLastTab=9\r\n");
+  IniSettingsStore store(SettingsLocation{file, {}});
+  store.Save("Vorn Ringtally", "Reports", "LastTab", "3");
+  store.Save("Vorn Ringtally", "Reports", "SearchText", "Jos\xE9 M\xFCller ");
+  EXPECT_EQ(TempFolder::Read(file),
+            "[Reports]\r\nPath=C:\\Logger\r\nUnknown Key=keep me\r\nLastTab=3\r\nSearchText=Jos\xE9 M\xFCller \r\n"
+            "\r\n[Elsewhere]\r\nLastTab=9\r\n");
+  EXPECT_EQ(store.Get("Vorn Ringtally", "Reports", "SearchText", ""), "Jos\xE9 M\xFCller ");
+  // No temporary file is left beside it.
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(temp.Path()), {}), 1);
+}
+
+TEST(IniSettingsStore, SeesChangesMadeByOthers) {
+  TempFolder temp;
+  const std::string file = temp.Write("s.ini", "[Reports]\nLogs=/a/CallLog.txt\n");
+  IniSettingsStore store(SettingsLocation{file, {}});
+  EXPECT_EQ(store.Get("x", "Reports", "Logs", ""), "/a/CallLog.txt");
+  temp.Write("s.ini", "[Reports]\nLogs=/somewhere/else/CallLog.txt\n");
+  EXPECT_EQ(store.Get("x", "Reports", "Logs", ""), "/somewhere/else/CallLog.txt");
+  // A save after an outside change keeps that change.
+  store.Save("x", "Reports", "LastTab", "2");
+  EXPECT_EQ(TempFolder::Read(file), "[Reports]\nLogs=/somewhere/else/CallLog.txt\nLastTab=2\n");
+  std::filesystem::remove(file);
+  EXPECT_EQ(store.Get("x", "Reports", "Logs", "gone"), "gone");
+}
+
+TEST(IniSettingsStore, UnreadableOrOddFilesGiveDefaultsAndAreNotReplaced) {
+  TempFolder temp;
+  std::filesystem::create_directory(temp.File("folder.ini"));
+  IniSettingsStore folderStore(SettingsLocation{temp.File("folder.ini"), {}});
+  EXPECT_EQ(folderStore.Get("x", "Reports", "LastTab", "1"), "1");
+  try {
+    folderStore.Save("x", "Reports", "LastTab", "2");
+    FAIL() << "a folder was taken for a settings file";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathFileAccess);
+  }
+  EXPECT_TRUE(std::filesystem::is_directory(temp.File("folder.ini")));
+
+  // A folder that cannot be made because a file stands in its way.
+  temp.Write("plain", "x");
+  IniSettingsStore blocked(SettingsLocation{{}, temp.File("plain/cfg")});
+  try {
+    blocked.Save("x", "Reports", "LastTab", "2");
+    FAIL() << "made a folder under a file";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathFileAccess);
+    EXPECT_NE(error.Description().find("plain"), std::string::npos) << error.Description();
+  }
+
+  IniSettingsStore nowhere(SettingsLocation{});
+  EXPECT_EQ(nowhere.Get("x", "Reports", "Logs", "d"), "d");
+  try {
+    nowhere.Save("x", "Reports", "Logs", "v");
+    FAIL() << "saved without a location";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathNotFound);
+  }
+
+  if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
+  const std::string locked = temp.Write("locked.ini", "[Reports]\nLastTab=7\n");
+  ::chmod(locked.c_str(), 0);
+  IniSettingsStore lockedStore(SettingsLocation{locked, {}});
+  EXPECT_EQ(lockedStore.Get("x", "Reports", "LastTab", "1"), "1");
+  EXPECT_THROW(lockedStore.Save("x", "Reports", "LastTab", "2"), RuntimeError);
+  ::chmod(locked.c_str(), 0600);
+  EXPECT_EQ(TempFolder::Read(locked), "[Reports]\nLastTab=7\n");
+}
+
+TEST(IniSettingsStore, FailedSaveLeavesThePreviousFileWhole) {
+  if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
+  TempFolder temp;
+  std::filesystem::create_directory(temp.File("ro"));
+  const std::string file = temp.Write("ro/s.ini", "[Reports]\nLastTab=7\nPath=/p\n");
+  ::chmod(temp.File("ro").c_str(), 0500);
+  IniSettingsStore store(SettingsLocation{file, {}});
+  try {
+    store.Save("x", "Reports", "LastTab", "2");
+    FAIL() << "saved into a read-only folder";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathFileAccess);
+    EXPECT_NE(error.Description().find("s.ini"), std::string::npos) << error.Description();
+  }
+  EXPECT_EQ(store.Get("x", "Reports", "LastTab", "1"), "7");
+  ::chmod(temp.File("ro").c_str(), 0700);
+  EXPECT_EQ(TempFolder::Read(file), "[Reports]\nLastTab=7\nPath=/p\n");
+
+  ::chmod(temp.Path().c_str(), 0500);
+  IniSettingsStore noFolder(SettingsLocation{{}, temp.File("sub/cfg")});
+  try {
+    noFolder.Save("x", "Reports", "LastTab", "2");
+    FAIL() << "made a folder inside a read-only folder";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPermissionDenied);
+  }
+}
+
+TEST(IniSettingsStore, LinkedFileIsWrittenThroughTheLink) {
+  TempFolder temp;
+  const std::string real = temp.Write("real.ini", "[Reports]\nLastTab=1\n");
+  std::filesystem::create_symlink(real, temp.File("link.ini"));
+  IniSettingsStore store(SettingsLocation{temp.File("link.ini"), {}});
+  store.Save("x", "Reports", "LastTab", "8");
+  EXPECT_TRUE(std::filesystem::is_symlink(temp.File("link.ini")));
+  EXPECT_EQ(TempFolder::Read(real), "[Reports]\nLastTab=8\n");
+}
+
+}  // namespace
+}  // namespace cw

@@ -1,0 +1,69 @@
+#include "settings/logging_ini.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "settings/edition.h"
+#include "support/runtime_error.h"
+#include "temp_folder.h"
+
+namespace cw {
+namespace {
+
+using testing::TempFolder;
+
+TEST(ProfileIntValue, LeadingWholeNumberLikeTheProfileFunction) {
+  struct Case {
+    const char* text;
+    std::int32_t expected;
+  };
+  const Case cases[] = {
+      {"4", 4},          {"  12abc", 12},   {"\t7 lines", 7},   {"-3", -3},     {"+5", 5},
+      {"abc", 0},        {"-", 0},          {"0x1F", 31},       {"0XfF", 255},  {"0x", 0},
+      {"1.9", 1},        {"4294967297", 1},  // wraps at 32 bits
+      {"2147483648", INT32_MIN},
+  };
+  for (const Case& c : cases) EXPECT_EQ(ProfileIntValue(c.text), c.expected) << '"' << c.text << '"';
+}
+
+TEST(ProfileIntFromText, DefaultsForWhatIsMissing) {
+  const char* ini = "[General]\r\nActiveLines=9\r\n[ports]\r\nkvxhardware = 5\r\nActiveLines=\r\nOther=x\r\n";
+  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "KVXHardware", 3), 5);
+  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "ActiveLines", 2), 2);  // empty value
+  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "Other", 2), 0);        // not a number
+  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "Missing", 2), 2);
+  EXPECT_EQ(ProfileIntFromText(ini, "Nowhere", "ActiveLines", 2), 2);
+  EXPECT_EQ(ProfileIntFromText("", "Ports", "ActiveLines", 2), 2);
+}
+
+TEST(LoggingIni, FileFoundIgnoringCaseAndReadWithDefaults) {
+  TempFolder temp;
+  temp.Write("CALLWARDEN.INI", "[PORTS]\nKVXHardware=6\nActiveLines=4\n");
+  const std::string callwarden = LoggingIniPath(temp.Path().string(), kEditionCallwarden);
+  EXPECT_EQ(callwarden, temp.File("CALLWARDEN.INI"));
+  EXPECT_EQ(ReadHardwareType(callwarden), 6);
+  EXPECT_EQ(ReadActiveLines(callwarden), 4);
+
+  // No Ringtally.ini in the folder: the plain name, and the defaults.
+  const std::string ringtally = LoggingIniPath(temp.Path().string(), kEditionRingtally);
+  EXPECT_EQ(ringtally, temp.File("Ringtally.ini"));
+  EXPECT_EQ(ReadHardwareType(ringtally), 3);
+  EXPECT_EQ(ReadActiveLines(ringtally), 2);
+
+  // "Path" empty: nothing is looked up in the current folder.
+  EXPECT_EQ(LoggingIniPath("", kEditionCallwarden), "");
+  EXPECT_EQ(ReadActiveLines(""), 2);
+  // A folder that does not exist still names the file.
+  EXPECT_EQ(LoggingIniPath(temp.File("gone"), kEditionRingtally), temp.File("gone/Ringtally.ini"));
+  // A folder where the file should be.
+  std::filesystem::create_directory(temp.File("dir.ini"));
+  EXPECT_EQ(ReadHardwareType(temp.File("dir.ini")), 3);
+
+  EXPECT_THROW(LoggingIniPath(temp.Path().string(), "Other Edition"), RuntimeError);
+  EXPECT_EQ(LoggingProductFile(temp.Path().string(), "busylines.log"), temp.File("busylines.log"));
+  temp.Write("BusyLines.log", "");
+  EXPECT_EQ(LoggingProductFile(temp.Path().string(), "busylines.log"), temp.File("BusyLines.log"));
+}
+
+}  // namespace
+}  // namespace cw

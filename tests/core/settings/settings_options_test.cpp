@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "settings/settings_keys.h"
+#include "settings/settings_store.h"
+#include "settings/settings_values.h"
+#include "settings/startup.h"
+#include "support/runtime_error.h"
+#include "temp_folder.h"
+
+namespace cw {
+namespace {
+
+// A store in memory that can be told to fail.
+class MemoryStore : public SettingsStore {
+ public:
+  std::string Get(std::string_view app, std::string_view section, std::string_view key,
+                  std::string_view defaultValue) override {
+    if (failing) throw RuntimeError(err::kPathFileAccess, "Path/File access error: disk gone");
+    auto found = values.find({std::string(app), std::string(section), std::string(key)});
+    return found == values.end() ? std::string(defaultValue) : found->second;
+  }
+  void Save(std::string_view app, std::string_view section, std::string_view key,
+            std::string_view value) override {
+    if (failing) throw RuntimeError(err::kPermissionDenied);
+    values[{std::string(app), std::string(section), std::string(key)}] = value;
+  }
+  std::map<std::tuple<std::string, std::string, std::string>, std::string> values;
+  bool failing = false;
+};
+
+struct ShownBoxes {
+  std::vector<std::string> texts;
+  ErrorBoxOutput Output() {
+    return ErrorBoxOutput{[this](std::string_view title, std::string_view text) {
+                            EXPECT_EQ(title, "Error");
+                            texts.emplace_back(text);
+                          },
+                          [] { return std::string("11/22/2026 9:05:00 AM"); }};
+  }
+};
+
+TEST(GetOptionsSaveOptions, StoreFailuresShowTheModernBox) {
+  MemoryStore store;
+  ShownBoxes boxes;
+  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "1");
+  EXPECT_TRUE(SaveOptions(store, "Vorn Ringtally", "Reports", "LastTab", "3", boxes.Output()));
+  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "3");
+  EXPECT_TRUE(boxes.texts.empty());
+
+  store.failing = true;
+  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "");
+  EXPECT_FALSE(SaveOptions(store, "Vorn Ringtally", "Reports", "LastTab", "3", boxes.Output()));
+  ASSERT_EQ(boxes.texts.size(), 2u);
+  EXPECT_NE(boxes.texts[0].find("Description: Path/File access error: disk gone\r\nModule Name: fReport\r\n"
+                                "Procedure Name: GetOptions.\r\nDate: 11/22/2026 9:05:00 AM\r\n"),
+            std::string::npos)
+      << boxes.texts[0];
+  EXPECT_NE(boxes.texts[1].find("Error: 70\r\nDescription: Permission denied\r\nModule Name: fReport\r\n"
+                                "Procedure Name: SaveOptions."),
+            std::string::npos)
+      << boxes.texts[1];
+}
+
+TEST(SettingValues, LastTabAndFlags) {
+  EXPECT_EQ(ClampLastTab("1", 8), 1);
+  EXPECT_EQ(ClampLastTab("7", 8), 7);
+  EXPECT_EQ(ClampLastTab("0", 8), 1);
+  EXPECT_EQ(ClampLastTab("-4", 8), 1);
+  EXPECT_EQ(ClampLastTab("12", 8), 8);
+  EXPECT_EQ(ClampLastTab("", 8), 1);
+  EXPECT_EQ(ClampLastTab("two", 8), 1);
+
+  EXPECT_TRUE(SettingIsTrue("1"));
+  EXPECT_TRUE(SettingIsTrue("-1"));
+  EXPECT_TRUE(SettingIsTrue(" True "));
+  EXPECT_FALSE(SettingIsTrue("0"));
+  EXPECT_FALSE(SettingIsTrue("FALSE"));
+  for (const char* bad : {"", "yes", "on"}) {
+    try {
+      SettingIsTrue(bad);
+      ADD_FAILURE() << "converted: " << bad;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), err::kTypeMismatch);
+    }
+  }
+}
+
+TEST(SettingKeys, NamesAreUniqueAndDefaultsAsTheFormExpects) {
+  for (std::size_t i = 0; i < std::size(kAllSettingKeys); ++i) {
+    for (std::size_t j = i + 1; j < std::size(kAllSettingKeys); ++j) {
+      EXPECT_NE(kAllSettingKeys[i].name, kAllSettingKeys[j].name);
+    }
+  }
+  EXPECT_EQ(std::size(kAllSettingKeys), 16u);
+}
+
+TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIni) {
+  testing::TempFolder temp;
+  temp.Write("callwarden.ini", "[Ports]\r\nKVXHardware=5\r\nActiveLines=4\r\n");
+  temp.Write("Ringtally.ini", "[Ports]\r\nActiveLines=6\r\n");
+  MemoryStore store;
+  store.values[{"Callwarden MultiLine", "Reports", "Path"}] = temp.Path().string();
+  store.values[{"Callwarden MultiLine", "Reports", "Logs"}] = "/logs/CallLog.txt";
+  store.values[{"Vorn Ringtally", "Reports", "Path"}] = temp.Path().string();
+  ShownBoxes boxes;
+
+  const StartupState history = ResolveStartup("h=77,5551234", store, boxes.Output());
+  EXPECT_EQ(history.edition, "Callwarden MultiLine");
+  EXPECT_TRUE(history.historyMode);
+  EXPECT_EQ(history.historyNumber, "5551234");
+  EXPECT_EQ(history.windowHandle.value_or(0), 77);
+  EXPECT_EQ(history.data.path, temp.Path().string());
+  EXPECT_EQ(history.data.logs, "/logs/CallLog.txt");
+  EXPECT_EQ(history.data.iniPath, temp.File("callwarden.ini"));
+  EXPECT_EQ(history.data.hardwareType, 5);
+  EXPECT_EQ(history.data.activeLines, 4);
+
+  const StartupState plain = ResolveStartup("", store, boxes.Output());
+  EXPECT_EQ(plain.edition, "Vorn Ringtally");
+  EXPECT_FALSE(plain.historyMode);
+  EXPECT_EQ(plain.data.logs, "");
+  EXPECT_EQ(plain.data.iniPath, temp.File("Ringtally.ini"));
+  EXPECT_EQ(plain.data.hardwareType, 3);
+  EXPECT_EQ(plain.data.activeLines, 6);
+
+  // A failing store: one box per setting, empty locations and INI defaults.
+  store.failing = true;
+  const StartupState failed = ResolveStartup("5551234", store, boxes.Output());
+  EXPECT_EQ(boxes.texts.size(), 2u);
+  EXPECT_EQ(failed.data.path, "");
+  EXPECT_EQ(failed.data.iniPath, "");
+  EXPECT_EQ(failed.data.activeLines, 2);
+  EXPECT_EQ(failed.historyNumber, "5551234");
+}
+
+}  // namespace
+}  // namespace cw
