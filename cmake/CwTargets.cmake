@@ -24,12 +24,16 @@ function(cw_core_module name)
   add_library(cw::core_${name} ALIAS cw_core_${name})
 endfunction()
 
-# cw_add_test(NAME SOURCES... LIBS ...): one GoogleTest executable, registered
-# with CTest case by case.
+# cw_add_test(NAME [OWN_MAIN] SOURCES... LIBS ...): one GoogleTest executable,
+# registered with CTest case by case. OWN_MAIN: the sources bring their own main
+# (the Qt tests create the application object first).
 function(cw_add_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;ENV" ${ARGN})
+  cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;LIBS;ENV" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gtest_main GTest::gmock)
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gmock)
+  if(NOT ARG_OWN_MAIN)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE
     CW_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"

@@ -1,0 +1,84 @@
+#include "platform/qt_text_metrics.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/font_mapping.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+FontSpec Font(const char* name, double points, bool bold = false, bool italic = false) {
+  FontSpec font;
+  font.name = name;
+  font.points = points;
+  font.bold = bold;
+  font.italic = italic;
+  return font;
+}
+
+TEST(FontMappingTest, ClassicNamesBecomeLiberationOthersFallBackByKind) {
+  EXPECT_EQ(ResolveFontFamily("Arial").toStdString(), "Liberation Sans");
+  EXPECT_EQ(ResolveFontFamily("  arial ").toStdString(), "Liberation Sans");
+  EXPECT_EQ(ResolveFontFamily("Times New Roman").toStdString(), "Liberation Serif");
+  EXPECT_EQ(ResolveFontFamily("Courier New").toStdString(), "Liberation Mono");
+  EXPECT_EQ(ResolveFontFamily("Liberation Serif").toStdString(), "Liberation Serif");
+  EXPECT_EQ(ResolveFontFamily("No Such Font 4711").toStdString(), "Liberation Sans");
+  EXPECT_EQ(ResolveFontFamily("No Such Courier").toStdString(), "Liberation Mono");
+  EXPECT_EQ(ResolveFontFamily("No Such Times Roman").toStdString(), "Liberation Serif");
+  EXPECT_EQ(ResolveFontFamily("Missing Sans Serif").toStdString(), "Liberation Sans");
+  EXPECT_EQ(ResolveFontFamily("").toStdString(), "Liberation Sans");
+}
+
+// Recorded from Liberation Sans 2.1 (fonts-liberation2): "Total Calls" is
+// 9674 font units of 2048 per em; at 9 points that is 9674 * 180 / 2048 twips.
+TEST(QtTextMetricsTest, ArialWidthsAreTheUnhintedAdvancesInTwips) {
+  QtTextMetrics metrics;
+  const FontSpec arial9 = Font("Arial", 9);
+  EXPECT_NEAR(metrics.TextWidth(arial9, "Total Calls"), 850.25, 1.0);
+  // Line height: Windows ascent 1854 plus descent 434 font units.
+  EXPECT_NEAR(metrics.TextHeight(arial9), 201.09, 0.5);
+  EXPECT_NEAR(metrics.Ascent(arial9), 162.95, 0.5);
+
+  EXPECT_EQ(metrics.TextWidth(arial9, ""), 0);
+  // Widths scale with the size; underline does not change them.
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(Font("Arial", 18), "Total Calls"),
+                   2 * metrics.TextWidth(arial9, "Total Calls"));
+  FontSpec underlined = arial9;
+  underlined.underline = true;
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(underlined, "Total Calls"), metrics.TextWidth(arial9, "Total Calls"));
+}
+
+TEST(QtTextMetricsTest, NoKerningAndStylesMeasureTheirOwnFaces) {
+  QtTextMetrics metrics;
+  const FontSpec arial9 = Font("Arial", 9);
+  // "AV" is a kerning pair in the font; the classic width ignores it.
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "AV"),
+                   metrics.TextWidth(arial9, "A") + metrics.TextWidth(arial9, "V"));
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "To"),
+                   metrics.TextWidth(arial9, "T") + metrics.TextWidth(arial9, "o"));
+
+  const std::string_view sample = "Daily Call Statistics 12/31/2024";
+  const double regular = metrics.TextWidth(arial9, sample);
+  EXPECT_GT(metrics.TextWidth(Font("Arial", 9, true), sample), regular);
+  EXPECT_LT(metrics.TextWidth(Font("Times New Roman", 9), sample), regular);
+  // Alternating fonts must not mix up the cached faces.
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, sample), regular);
+
+  const FontSpec mono = Font("Courier New", 10);
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(mono, "iiii"), metrics.TextWidth(mono, "WWWW"));
+  EXPECT_NEAR(metrics.TextWidth(mono, "W"), 120.0, 0.1);  // 1229 of 2048 units: the 120-twip cell
+}
+
+TEST(QtTextMetricsTest, BytesAreWindows1252Characters) {
+  QtTextMetrics metrics;
+  const FontSpec arial9 = Font("Arial", 9);
+  // The euro sign is byte 0x80 in Windows-1252 (Latin-1 has a control code
+  // there); as a real glyph it is as wide as the figures.
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\x80"), metrics.TextWidth(arial9, "0"));
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\xE9"), metrics.TextWidth(arial9, "e"));  // e acute
+  EXPECT_GT(metrics.TextWidth(arial9, "\x97"), metrics.TextWidth(arial9, "-"));          // em dash
+}
+
+}  // namespace
+}  // namespace cw
