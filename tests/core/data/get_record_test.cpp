@@ -1,0 +1,156 @@
+#include "data/get_record.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "data/call_record.h"
+#include "log_lines.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+// Every line GetRecord hands out until "Done", from a fresh reader.
+std::vector<std::string> ReadAll(std::string_view buffer) {
+  ReaderState state;
+  std::vector<std::string> lines;
+  for (std::string_view line = GetRecord(buffer, false, state); line != kDone;
+       line = GetRecord(buffer, false, state)) {
+    lines.emplace_back(line);
+    if (lines.size() > buffer.size()) {
+      ADD_FAILURE() << "the reader does not come to an end";
+      break;
+    }
+  }
+  return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(GetRecord, HandsOutTrimmedLinesUntilDone) {
+  EXPECT_EQ(ReadAll(""), Lines{});
+  EXPECT_EQ(ReadAll("one\r\ntwo\r\n"), (Lines{"one", "two"}));
+  EXPECT_EQ(ReadAll("  padded both   \r\n"), Lines{"padded both"});
+  // A last line without a line feed is never handed out.
+  EXPECT_EQ(ReadAll("one\r\ntwo"), Lines{"one"});
+  EXPECT_EQ(ReadAll("one\r\ntwo\r"), Lines{"one"});
+  EXPECT_EQ(ReadAll("only line"), Lines{});
+}
+
+TEST(GetRecord, EmptyOrBlankLineEndsTheReading) {
+  EXPECT_EQ(ReadAll("one\r\n\r\nthree\r\n"), Lines{"one"});
+  EXPECT_EQ(ReadAll("one\r\n     \r\nthree\r\n"), Lines{"one"});
+  EXPECT_EQ(ReadAll("\r\none\r\n"), Lines{});
+  // Tabs are not blanks: a line of a tab is not empty.
+  EXPECT_EQ(ReadAll("\t\r\none\r\n"), (Lines{"\t", "one"}));
+}
+
+TEST(GetRecord, DropsTheCharacterBeforeEachLineFeed) {
+  // A file with bare LF line ends loses the last character of every line.
+  EXPECT_EQ(ReadAll("abc\ndef\n"), (Lines{"ab", "de"}));
+  // A one-character line is left empty and ends the reading, and so does an
+  // empty line of such a file.
+  EXPECT_EQ(ReadAll("abc\nx\ndef\n"), Lines{"ab"});
+  EXPECT_EQ(ReadAll("abc\n\ndef\n"), Lines{"ab"});
+  EXPECT_EQ(ReadAll("\n"), Lines{});
+  // Only the CR right before the LF goes; one elsewhere stays.
+  EXPECT_EQ(ReadAll("a\rb\r\n"), Lines{"a\rb"});
+}
+
+TEST(GetRecord, StartsOverAfterDone) {
+  const std::string_view buffer = "one\r\ntwo\r\n";
+  ReaderState state;
+  EXPECT_EQ(GetRecord(buffer, false, state), "one");
+  EXPECT_EQ(state.lastLineFeed, 5);
+  EXPECT_EQ(state.nextLineStart, 6);
+  EXPECT_EQ(GetRecord(buffer, false, state), "two");
+  EXPECT_EQ(GetRecord(buffer, false, state), kDone);
+  EXPECT_EQ(state.lastLineFeed, 0);
+  EXPECT_EQ(state.nextLineStart, 0);
+  EXPECT_EQ(GetRecord(buffer, false, state), "one");
+}
+
+TEST(GetRecord, StopFlagAnswersDoneAndResets) {
+  const std::string_view buffer = "one\r\ntwo\r\nthree\r\n";
+  ReaderState state;
+  EXPECT_EQ(GetRecord(buffer, false, state), "one");
+  EXPECT_EQ(GetRecord(buffer, true, state), kDone);
+  EXPECT_EQ(state.lastLineFeed, 0);
+  EXPECT_EQ(state.nextLineStart, 0);
+  EXPECT_EQ(GetRecord(buffer, false, state), "one");
+}
+
+TEST(GetRecord, ResultPointsIntoTheBuffer) {
+  const std::string buffer = "  first\r\n";
+  ReaderState state;
+  const std::string_view line = GetRecord(buffer, false, state);
+  EXPECT_EQ(line.data(), buffer.data() + 2);
+}
+
+TEST(GetRecord, BadInputNeverCrashesOrHangs) {
+  using namespace std::string_literals;
+  // NUL bytes and bytes above 127 are ordinary characters.
+  EXPECT_EQ(ReadAll("a\0b\r\n\xff\xfe\r\n"s), (Lines{"a\0b"s, "\xff\xfe"}));
+  // Line feeds only.
+  EXPECT_EQ(ReadAll("\n\n\n\n"), Lines{});
+  // A one-megabyte line comes out whole.
+  const std::string longLine(1 << 20, 'x');
+  const Lines lines = ReadAll(longLine + "\r\nnext\r\n");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0].size(), longLine.size());
+  // Noise of every byte value: the reader comes to an end within one pass.
+  std::string noise;
+  for (int k = 0; k < 100000; ++k) noise += static_cast<char>((k * 7919 + k / 13) % 256);
+  const Lines fromNoise = ReadAll(noise);
+  EXPECT_LE(fromNoise.size(), noise.size());
+}
+
+TEST(CallRecord, CutsTrimmedFieldsByColumn) {
+  const std::string text = testing::Call()
+                               .Date("02/29/2024")
+                               .Time("11:59PM")
+                               .Number("(555) 123-4567")
+                               .Name("O'NEIL PAT")
+                               .Line("12")
+                               .Direction("Out")
+                               .Duration("1:02:03")
+                               .Answered("No")
+                               .Rings("10")
+                               .Text();
+  const CallRecord record(text);
+  EXPECT_EQ(record.Date(), "02/29/2024");
+  EXPECT_EQ(record.Time(), "11:59PM");
+  EXPECT_EQ(record.Number(), "(555) 123-4567");
+  EXPECT_EQ(record.Name(), "O'NEIL PAT");
+  EXPECT_EQ(record.Line(), "12");
+  EXPECT_EQ(record.Direction(), "Out");
+  EXPECT_EQ(record.Duration(), "1:02:03");
+  EXPECT_EQ(record.ShortDuration(), "02:03");
+  EXPECT_EQ(record.Answered(), "No");
+  EXPECT_EQ(record.Rings(), "10");
+  EXPECT_EQ(record.Dtmf(true), "");
+
+  // Fields beyond the end of a short line are empty.
+  const CallRecord shortRecord("01/02/2024 9:00AM");
+  EXPECT_EQ(shortRecord.Date(), "01/02/2024");
+  EXPECT_EQ(shortRecord.Time(), "9:00AM");
+  EXPECT_EQ(shortRecord.Number(), "");
+  EXPECT_EQ(shortRecord.Rings(), "");
+  EXPECT_EQ(CallRecord("").Date(), "");
+}
+
+TEST(CallRecord, TouchToneDigitsNeedALongLineAndTheOption) {
+  std::string line(103, 'x');
+  EXPECT_EQ(CallRecord(line).Dtmf(true), "");
+  line += '7';
+  EXPECT_EQ(CallRecord(line).Dtmf(true), "7");
+  EXPECT_EQ(CallRecord(line).Dtmf(false), "");
+  const std::string withDigits = testing::Call().Dtmf("1234#").Text();
+  EXPECT_EQ(withDigits.size(), 108u);
+  EXPECT_EQ(CallRecord(withDigits).Dtmf(true), "1234#");
+}
+
+}  // namespace
+}  // namespace cw

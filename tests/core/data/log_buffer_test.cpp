@@ -1,0 +1,101 @@
+#include "data/log_buffer.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "data/oldest_log_date.h"
+#include "log_lines.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+using testing::ScratchFile;
+
+TEST(LogBuffer, HoldsTheWholeFileByteForByte) {
+  using namespace std::string_literals;
+  const std::string bytes = "01/15/2024 line one\r\n\0\xff\x80 binary\r\nno line end"s;
+  ScratchFile file(bytes);
+  const LogBuffer buffer = LogBuffer::Load(file.Path());
+  EXPECT_EQ(buffer.Text(), bytes);
+
+  ScratchFile empty("");
+  EXPECT_EQ(LogBuffer::Load(empty.Path()).Size(), 0u);
+  EXPECT_EQ(LogBuffer().Text(), "");
+}
+
+TEST(LogBuffer, IsASnapshot) {
+  ScratchFile file("first\r\n");
+  const LogBuffer buffer = LogBuffer::Load(file.Path());
+  {
+    // The logging program goes on appending; the loaded log does not change.
+    std::ofstream append(file.Path(), std::ios::binary | std::ios::app);
+    append << "second\r\n";
+  }
+  EXPECT_EQ(buffer.Text(), "first\r\n");
+}
+
+TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {
+  const std::string missing = (std::filesystem::temp_directory_path() / "cw_no_such_log.log").string();
+  try {
+    LogBuffer::Load(missing);
+    FAIL() << "a missing log was loaded";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kFileNotFound);
+    EXPECT_NE(error.Description().find(missing), std::string::npos) << error.Description();
+  }
+
+  const std::string folder = std::filesystem::temp_directory_path().string();
+  try {
+    LogBuffer::Load(folder);
+    FAIL() << "a folder was loaded as a log";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathFileAccess);
+    EXPECT_NE(error.Description().find(folder), std::string::npos) << error.Description();
+  }
+
+  // A named pipe in place of the log is refused at once rather than waited on.
+  const std::string pipe = (std::filesystem::temp_directory_path() / "cw_data_test_pipe").string();
+  std::filesystem::remove(pipe);
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  try {
+    LogBuffer::Load(pipe);
+    ADD_FAILURE() << "a pipe was loaded as a log";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathFileAccess);
+  }
+  std::filesystem::remove(pipe);
+}
+
+TEST(OldestLogDate, TakesTheFirstLinesDateOrToday) {
+  const CivilDate today = CivilDate::FromYmd(2024, 6, 7);
+  ScratchFile dated("03/01/2024 9:05AM rest of the first call\r\n04/01/2024 later\r\n");
+  EXPECT_EQ(OldestLogDate(dated.Path(), today), "03/01/2024");
+
+  // Undated only when neither character 3 nor character 6 is "/".
+  ScratchFile undated("Call log started\r\n03/01/2024 ...\r\n");
+  EXPECT_EQ(OldestLogDate(undated.Path(), today), "06/07/2024");
+  ScratchFile oneSlash("03-01/2024 ...\r\n");
+  EXPECT_EQ(OldestLogDate(oneSlash.Path(), today), "03-01/2024");
+  ScratchFile otherSlash("ab/cd-efgh ...\r\n");
+  EXPECT_EQ(OldestLogDate(otherSlash.Path(), today), "ab/cd-efgh");
+  // A first line shorter than ten characters is taken as it is.
+  ScratchFile shortLine("1/2/\r\n");
+  EXPECT_EQ(OldestLogDate(shortLine.Path(), today), "06/07/2024");
+  ScratchFile shortDated("12/4/24\r\n");
+  EXPECT_EQ(OldestLogDate(shortDated.Path(), today), "12/4/24");
+  ScratchFile empty("");
+  EXPECT_EQ(OldestLogDate(empty.Path(), today), "06/07/2024");
+}
+
+TEST(OldestLogDate, NoPathOrNoFileLeavesTheDateAlone) {
+  const CivilDate today = CivilDate::FromYmd(2024, 6, 7);
+  EXPECT_EQ(OldestLogDate("", today), std::nullopt);
+  EXPECT_EQ(OldestLogDate("/nonexistent/folder/calls.log", today), std::nullopt);
+  EXPECT_EQ(OldestLogDate(std::filesystem::temp_directory_path().string(), today), std::nullopt);
+}
+
+}  // namespace
+}  // namespace cw

@@ -1,0 +1,183 @@
+#include "data/record_selection.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "log_lines.h"
+#include "support/runtime_error.h"
+#include "support/text.h"
+
+namespace cw {
+namespace {
+
+using testing::Call;
+
+std::string Log(const std::vector<Call>& calls) {
+  std::string log;
+  for (const Call& call : calls) log += call.Text() + "\r\n";
+  return log;
+}
+
+CivilDate Day(int month, int day) { return CivilDate::FromYmd(2024, month, day); }
+
+SelectionCriteria Period(CivilDate from, CivilDate to) {
+  SelectionCriteria criteria;
+  criteria.from = from;
+  criteria.to = to;
+  return criteria;
+}
+
+// The names of the selected records, in the order handed out.
+std::vector<std::string> Selected(RecordSelection& selection) {
+  std::vector<std::string> names;
+  while (auto record = selection.Next()) names.emplace_back(record->Name());
+  return names;
+}
+
+std::vector<std::string> Selected(std::string_view log, SelectionCriteria criteria) {
+  RecordSelection selection(log, std::move(criteria));
+  return Selected(selection);
+}
+
+using Names = std::vector<std::string>;
+
+TEST(RecordSelection, PeriodStopsAtTheFirstLaterRecord) {
+  const std::string log = Log({Call().Date("01/05/2024").Name("A"),
+                               Call().Date("01/10/2024").Name("B"),
+                               Call().Date("01/10/2024").Name("C"),
+                               Call().Date("01/20/2024").Name("D"),
+                               Call().Date("01/08/2024").Name("E")});
+  EXPECT_EQ(Selected(log, Period(Day(1, 6), Day(1, 10))), (Names{"B", "C"}));
+  EXPECT_EQ(Selected(log, Period(Day(1, 1), Day(12, 31))), (Names{"A", "B", "C", "D", "E"}));
+
+  // A From date later than every record gives nothing, after reading it all.
+  RecordSelection late(log, Period(Day(2, 1), Day(3, 1)));
+  EXPECT_EQ(Selected(late), Names{});
+  EXPECT_EQ(late.RecordsRead(), 5);
+  EXPECT_EQ(late.BytesConsumed(), log.size());
+
+  // A To date before the first record stops at the first record.
+  RecordSelection early(log, Period(Day(1, 1), Day(1, 2)));
+  EXPECT_EQ(Selected(early), Names{});
+  EXPECT_EQ(early.RecordsRead(), 1);
+  EXPECT_EQ(early.BytesConsumed(), log.find("\r\n") + 2);
+  // It stays finished: the reader does not start over at the top.
+  EXPECT_EQ(early.Next(), std::nullopt);
+}
+
+TEST(RecordSelection, FromDateIsTestedOnlyUntilThePeriodBegins) {
+  const std::string log = Log({Call().Date("01/05/2024").Name("A"),
+                               Call().Date("01/15/2024").Name("B"),
+                               Call().Date("01/06/2024").Name("C"),
+                               Call().Date("01/16/2024").Name("D")});
+  EXPECT_EQ(Selected(log, Period(Day(1, 10), Day(1, 31))), (Names{"B", "C", "D"}));
+}
+
+TEST(RecordSelection, DirectionTest) {
+  const std::string log = Log({Call().Name("A").Direction("In"),
+                               Call().Name("B").Direction("Out"),
+                               Call().Name("C").Direction(""),
+                               Call().Name("D").Direction("In")});
+  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
+  criteria.direction = "In";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "D"}));
+  criteria.direction = "Out";
+  EXPECT_EQ(Selected(log, criteria), Names{"B"});
+  criteria.direction = "InOut";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
+  criteria.direction = "";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
+  criteria.direction = "in";  // the comparison is exact
+  EXPECT_EQ(Selected(log, criteria), Names{});
+}
+
+TEST(RecordSelection, NameSearch) {
+  const std::string log = Log({Call().Name("Smith John"),
+                               Call().Name("SMITH JOHN"),
+                               Call().Name("Smithers Ann"),
+                               Call().Name("Jones Smith")});
+  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
+  criteria.search = SearchBy::kName;
+  criteria.searchText = "  smith john ";
+  EXPECT_EQ(Selected(log, criteria), (Names{"Smith John", "SMITH JOHN"}));
+  criteria.searchText = "SMITH";
+  EXPECT_EQ(Selected(log, criteria), Names{});
+  criteria.partial = true;
+  EXPECT_EQ(Selected(log, criteria), (Names{"Smith John", "SMITH JOHN", "Smithers Ann", "Jones Smith"}));
+  // A partial search keeps its blanks.
+  criteria.searchText = " smith";
+  EXPECT_EQ(Selected(log, criteria), Names{"Jones Smith"});
+}
+
+TEST(RecordSelection, NumberSearch) {
+  const std::string log = Log({Call().Number("(555) 123-4567").Name("A"),
+                               Call().Number("555-123-4567").Name("B"),
+                               Call().Number("5559990000").Name("C"),
+                               Call().Number("1 800 555 1234").Name("D"),
+                               Call().Number("").Name("E")});
+  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
+  criteria.search = SearchBy::kNumber;
+  criteria.searchText = "5551234567";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B"}));
+  criteria.searchText = " 5559990000 , 5551234567,18005551234";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
+  // The search text itself is not cleaned.
+  criteria.searchText = "555-123-4567";
+  EXPECT_EQ(Selected(log, criteria), Names{});
+  criteria.searchText = "555123";
+  EXPECT_EQ(Selected(log, criteria), Names{});
+  criteria.partial = true;
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "D"}));
+  criteria.searchText = "555";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
+
+  EXPECT_EQ(CleanNumber(" (555) 123-4567 "), "5551234567");
+  EXPECT_EQ(NumberSearchList("1, 2 ,,3"), (std::vector<std::string>{"1", "2", "", "3"}));
+}
+
+TEST(RecordSelection, BadDateRaisesTypeMismatchWithTheRecord) {
+  const std::string badLine = Call().Date("1x/05/2024").Text();
+  const std::string log = Log({Call().Date("01/05/2024")}) + badLine + "\r\n";
+  RecordSelection selection(log, Period(Day(1, 1), Day(12, 31)));
+  EXPECT_TRUE(selection.Next().has_value());
+  try {
+    selection.Next();
+    FAIL() << "a bad date was accepted";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kTypeMismatch);
+    EXPECT_EQ(error.Processing(), Trim(badLine));
+  }
+
+  // Short and binary lines fail the same way instead of reading past them.
+  using namespace std::string_literals;
+  for (const std::string& line : {"x"s, "\0\0\0"s, "\xff\xfe/\x80"s}) {
+    const std::string shortLog = line + "\r\n";
+    RecordSelection bad(shortLog, Period(Day(1, 1), Day(12, 31)));
+    try {
+      bad.Next();
+      ADD_FAILURE() << "accepted a record without a date";
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), err::kTypeMismatch);
+    }
+  }
+}
+
+TEST(RecordSelection, StopAndRewind) {
+  const std::string log = Log({Call().Name("A"), Call().Name("B"), Call().Name("C")});
+  RecordSelection selection(log, Period(Day(1, 1), Day(12, 31)));
+  ASSERT_EQ(selection.Next()->Name(), "A");
+  selection.Stop();
+  EXPECT_EQ(selection.Next(), std::nullopt);
+  EXPECT_EQ(selection.RecordsRead(), 1);
+  selection.Rewind();
+  EXPECT_EQ(Selected(selection), (Names{"A", "B", "C"}));
+
+  // An empty line ends the log for the selection too.
+  const std::string gap = Log({Call().Name("A")}) + "\r\n" + Log({Call().Name("B")});
+  EXPECT_EQ(Selected(gap, Period(Day(1, 1), Day(12, 31))), Names{"A"});
+}
+
+}  // namespace
+}  // namespace cw

@@ -1,0 +1,104 @@
+#include "data/sort_the_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "support/fast_cat.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+std::string SortText(std::string_view text) {
+  cFastCat builder;
+  builder.SetPageSize(static_cast<std::int32_t>(text.size() * 2 + 64));
+  builder.Append(text);
+  return SortTheFile(builder);
+}
+
+TEST(SortTheFile, SortsLinesAndEndsWithALineEnd) {
+  EXPECT_EQ(SortText(""), "\r\n");
+  // The empty element after the last line end sorts first and vanishes.
+  EXPECT_EQ(SortText("b\r\na\r\nc\r\n"), "a\r\nb\r\nc\r\n");
+  EXPECT_EQ(SortText("b\r\na"), "a\r\nb\r\n");
+  // Equal lines both stay.
+  EXPECT_EQ(SortText("x\r\ny\r\nx\r\n"), "x\r\nx\r\ny\r\n");
+  // Empty lines in the middle sort to the front and are dropped there.
+  EXPECT_EQ(SortText("b\r\n\r\n\r\na\r\n"), "a\r\nb\r\n");
+  // Line ends that are not CR LF belong to the line.
+  EXPECT_EQ(SortText("b\na\r\n\ra\r\n"), "a\r\nb\na\r\n");
+  // Keys at the front order the lines: capitals before small letters.
+  EXPECT_EQ(SortText("0003 c\r\n0010 a\r\n0002 b\r\nZed\r\nabe\r\n"),
+            "0002 b\r\n0003 c\r\n0010 a\r\nZed\r\nabe\r\n");
+}
+
+TEST(SortHashSearch, ComparesByCharacterCode) {
+  using SortHashSearch::TextLess;
+  EXPECT_TRUE(TextLess("B", "a"));
+  EXPECT_TRUE(TextLess("ab", "abc"));
+  EXPECT_FALSE(TextLess("abc", "abc"));
+  EXPECT_TRUE(TextLess(std::string_view("\0", 1), "\x01"));
+  // Windows-1252 0x80-0x9F stand for characters far above 0xFF.
+  EXPECT_TRUE(TextLess("\xff", "\x80"));
+  EXPECT_TRUE(TextLess("\xe9", "\x8a"));
+  EXPECT_TRUE(TextLess("\x81", "\xa0"));
+}
+
+TEST(SortHashSearch, QuickSortPartitionsAroundTheRoundedMiddle) {
+  // The middle of 0..7 is 3.5, rounded to 4; the runs of at most five
+  // elements that remain are left for the insertion pass.
+  std::vector<std::string_view> lines = {"h", "g", "f", "e", "d", "c", "b", "a"};
+  SortHashSearch::QuickSort(lines, 4, 0, 7);
+  EXPECT_EQ(lines, (std::vector<std::string_view>{"a", "c", "b", "d", "f", "g", "e", "h"}));
+
+  std::vector<std::string_view> five = {"e", "d", "c", "b", "a"};
+  SortHashSearch::QuickSort(five, 4, 0, 4);
+  EXPECT_EQ(five, (std::vector<std::string_view>{"e", "d", "c", "b", "a"}));
+  SortHashSearch::SortStrings(five);
+  EXPECT_EQ(five, (std::vector<std::string_view>{"a", "b", "c", "d", "e"}));
+
+  EXPECT_THROW(SortHashSearch::QuickSort(lines, 0, 0, 7), RuntimeError);
+}
+
+TEST(SortHashSearch, SortsAnyInputByMovingHandles) {
+  std::mt19937 random(12345);
+  for (int size : {0, 1, 2, 5, 6, 7, 50, 1000, 20000}) {
+    for (int alphabet : {1, 3, 26}) {
+      std::vector<std::string> texts;
+      for (int k = 0; k < size; ++k) {
+        std::string text;
+        for (int n = random() % 4; n >= 0; --n) text += static_cast<char>('a' + random() % alphabet);
+        texts.push_back(text);
+      }
+      std::vector<std::string_view> lines(texts.begin(), texts.end());
+      std::vector<std::string_view> handles = lines;
+      std::vector<std::string_view> expected = lines;
+      std::sort(expected.begin(), expected.end(), SortHashSearch::TextLess);
+
+      SortHashSearch::SortStrings(lines);
+      ASSERT_TRUE(std::equal(lines.begin(), lines.end(), expected.begin(), expected.end()))
+          << size << " lines of " << alphabet << " letters";
+      // The same handles come back, pointing at the original characters.
+      auto byAddress = [](std::string_view a, std::string_view b) { return a.data() < b.data(); };
+      std::sort(lines.begin(), lines.end(), byAddress);
+      std::sort(handles.begin(), handles.end(), byAddress);
+      for (std::size_t k = 0; k < lines.size(); ++k) ASSERT_EQ(lines[k].data(), handles[k].data());
+    }
+  }
+  // Already sorted and reversed input.
+  std::vector<std::string> texts;
+  for (int k = 0; k < 5000; ++k) texts.push_back(std::to_string(100000 + k));
+  std::vector<std::string_view> ascending(texts.begin(), texts.end());
+  std::vector<std::string_view> descending(texts.rbegin(), texts.rend());
+  SortHashSearch::SortStrings(ascending);
+  SortHashSearch::SortStrings(descending);
+  EXPECT_TRUE(std::is_sorted(ascending.begin(), ascending.end()));
+  EXPECT_EQ(ascending, descending);
+}
+
+}  // namespace
+}  // namespace cw
