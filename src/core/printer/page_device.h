@@ -23,6 +23,7 @@ class PageDevice {
   virtual void BeginPage() = 0;
   virtual void EndPage() = 0;
   virtual void EndDocument() = 0;
+  // The font stays in force, across pages too, until the next SetFont.
   virtual void SetFont(const FontSpec& font) = 0;
   // Left edge x, top of the line y.
   virtual void Text(double x, double y, std::string_view text) = 0;
