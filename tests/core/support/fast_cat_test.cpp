@@ -1,0 +1,167 @@
+#include "support/fast_cat.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/support/error_number.h"
+
+namespace cw {
+namespace {
+
+using test::ErrorNumberOf;
+
+cFastCat WithPageSize(std::int32_t bytes) {
+  cFastCat builder;
+  builder.SetPageSize(bytes);
+  return builder;
+}
+
+TEST(FastCatTest, AppendsWithinAPageJoinExactly) {
+  cFastCat builder = WithPageSize(100);
+  builder.Append("abc");
+  // Length counts the first page in bytes, two per character.
+  EXPECT_EQ(builder.Length(), 6);
+  EXPECT_EQ(builder.LengthB(), 12);
+  builder.Append("defgh");
+  builder.Append("");
+  EXPECT_EQ(builder.Value(), "abcdefgh");
+  EXPECT_EQ(builder.CurrentPage(), 0);
+  EXPECT_EQ(builder.PagePos(), 16);
+  EXPECT_EQ(builder.Capacity(), 100);
+
+  cFastCat exact = WithPageSize(8);
+  exact.Append("abcd");
+  EXPECT_EQ(exact.Value(), "abcd");
+  EXPECT_EQ(exact.CurrentPage(), 0);
+  EXPECT_EQ(exact.PagePos(), 8);
+}
+
+TEST(FastCatTest, SpillRepeatsPartOfTheTextAndLosesAsMuch) {
+  cFastCat builder = WithPageSize(8);
+  builder.Append("abc");
+  builder.Append("defgh");
+  EXPECT_EQ(builder.Value(), "abcddefg");
+  EXPECT_EQ(builder.CurrentPage(), 1);
+  EXPECT_EQ(builder.PagePos(), 8);
+  EXPECT_EQ(builder.Length(), 12);  // 8 / 2 characters of page 0, plus 8 bytes
+  EXPECT_EQ(builder.LengthB(), 24);
+  EXPECT_EQ(builder.Capacity(), 16);
+
+  // The tail starts r / 2 = 2 characters early when it is not clipped at the
+  // start of the text: K and L are lost, I and J repeated.
+  cFastCat long_tail = WithPageSize(20);
+  long_tail.Append("ABCDEFGHIJKL");
+  EXPECT_EQ(long_tail.Value(), "ABCDEFGHIJIJ");
+  EXPECT_EQ(long_tail.PagePos(), 4);
+
+  // A page filled to the last byte spills nothing twice.
+  cFastCat full = WithPageSize(8);
+  full.Append("abcd");
+  full.Append("ef");
+  EXPECT_EQ(full.Value(), "abcdef");
+  EXPECT_EQ(full.CurrentPage(), 1);
+  EXPECT_EQ(full.PagePos(), 4);
+}
+
+TEST(FastCatTest, ASpillCrossesOneBoundaryAndCutsTheRest) {
+  cFastCat builder = WithPageSize(4);
+  builder.Append("abcdefgh");
+  // Page 1 takes what fits of the tail; the position still moves by the
+  // whole remainder, so the value ends in blanks.
+  EXPECT_EQ(builder.CurrentPage(), 1);
+  EXPECT_EQ(builder.PagePos(), 12);
+  EXPECT_EQ(builder.Value(), "abab    ");
+  EXPECT_EQ(builder.Length(), 14);
+}
+
+TEST(FastCatTest, ResetRewritesFromTheStartKeepingThePages) {
+  cFastCat builder = WithPageSize(8);
+  builder.Append("abcdef");
+  EXPECT_EQ(builder.CurrentPage(), 1);
+  builder.Reset();
+  builder.Append("xy");
+  EXPECT_EQ(builder.Value(), "xy");
+  EXPECT_EQ(builder.Length(), 4);
+  EXPECT_EQ(builder.Capacity(), 16);
+}
+
+TEST(FastCatTest, ClearDropsThePagesUntilPageSizeIsSetAgain) {
+  cFastCat builder = WithPageSize(8);
+  builder.Append("abcdef");
+  builder.Clear();
+  EXPECT_EQ(builder.Value(), "");
+  EXPECT_EQ(builder.PageCount(), 1);
+  EXPECT_EQ(builder.CurrentPage(), 0);
+  builder.SetPageSize(16);
+  builder.Append("hi");
+  EXPECT_EQ(builder.Value(), "hi");
+  EXPECT_EQ(builder.Capacity(), 16);
+}
+
+TEST(FastCatTest, OwnErrorsCarryNumberSourceAndDescription) {
+  cFastCat builder = WithPageSize(8);
+  for (std::int32_t bad : {0, -2}) {
+    try {
+      builder.SetPageSize(bad);
+      ADD_FAILURE() << "page size " << bad << " accepted";
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), 7777);
+      EXPECT_EQ(error.Source(), "cFastCat");
+      EXPECT_EQ(error.Description(), "Buffer page size must be larger than zero characters");
+    }
+  }
+  EXPECT_EQ(builder.PageSize(), 8);
+
+  try {
+    builder.SetPageCount(0);
+    ADD_FAILURE() << "page count 0 accepted";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 7776);
+    EXPECT_EQ(error.Source(), "cFastCat");
+    EXPECT_EQ(error.Description(), "Buffer must contain at least one page");
+  }
+  EXPECT_EQ(builder.PageCount(), 131);
+}
+
+TEST(FastCatTest, RunningOutOfPageSlotsIsSubscriptOutOfRange) {
+  cFastCat builder = WithPageSize(4);
+  builder.SetPageCount(2);
+  builder.Append("ab");
+  builder.Append("cd");
+  EXPECT_EQ(builder.Value(), "abcd");
+  EXPECT_EQ(ErrorNumberOf([&] { builder.Append("e"); }), 9);
+  EXPECT_EQ(builder.Value(), "abcd");
+  EXPECT_EQ(builder.CurrentPage(), 1);
+
+  builder.SetPageCount(3);
+  builder.Append("ef");
+  EXPECT_EQ(builder.Value(), "abcdef");
+}
+
+TEST(FastCatTest, ManyAppendsOverManyPagesKeepTheirOrder) {
+  // Appends that always fit the free space exactly never spill, so the text
+  // comes back unchanged across page boundaries.
+  cFastCat builder = WithPageSize(64);
+  builder.SetPageCount(1000);
+  std::string expected;
+  for (int i = 0; i < 4000; ++i) {
+    const std::string piece(8, static_cast<char>('a' + i % 26));
+    builder.Append(piece);
+    expected += piece;
+  }
+  EXPECT_EQ(builder.Value(), expected);
+  EXPECT_EQ(builder.CurrentPage(), 999);
+  EXPECT_EQ(builder.Capacity(), 64000);
+}
+
+TEST(FastCatTest, ANewBuilderIsEmpty) {
+  cFastCat builder;
+  EXPECT_EQ(builder.Value(), "");
+  EXPECT_EQ(builder.Length(), 0);
+  EXPECT_EQ(builder.Capacity(), 0);
+  EXPECT_EQ(builder.PageCount(), 131);
+}
+
+}  // namespace
+}  // namespace cw

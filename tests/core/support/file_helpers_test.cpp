@@ -1,0 +1,211 @@
+#include "support/file_helpers.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "core/support/error_number.h"
+
+namespace cw {
+namespace {
+
+namespace fs = std::filesystem;
+using test::ErrorNumberOf;
+
+// A fresh folder per test, removed afterwards.
+class FileHelpersTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "cw-support-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+  }
+  void TearDown() override {
+    std::error_code ignored;
+    fs::permissions(folder_, fs::perms::owner_all, fs::perm_options::add, ignored);
+    fs::remove_all(folder_, ignored);
+  }
+
+  std::string PathOf(const std::string& name) const { return (folder_ / name).string(); }
+
+  std::string Make(const std::string& name, const std::string& bytes = {}) const {
+    std::ofstream(PathOf(name), std::ios::binary) << bytes;
+    return PathOf(name);
+  }
+
+  std::set<std::string> Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_)) names.insert(entry.path().filename().string());
+    return names;
+  }
+
+  fs::path folder_;
+};
+
+// Sets TMPDIR for the life of the object.
+class TmpDirSetting {
+ public:
+  explicit TmpDirSetting(const std::string& value) {
+    if (const char* old = std::getenv("TMPDIR")) old_ = old;
+    ::setenv("TMPDIR", value.c_str(), 1);
+  }
+  ~TmpDirSetting() {
+    if (old_) {
+      ::setenv("TMPDIR", old_->c_str(), 1);
+    } else {
+      ::unsetenv("TMPDIR");
+    }
+  }
+
+ private:
+  std::optional<std::string> old_;
+};
+
+TEST_F(FileHelpersTest, TempFilesAreNewEmptyPrivateAndUnique) {
+  TmpDirSetting tmp(folder_.string());
+  const std::string first = GetTempFile("VPR");
+  const std::string second = GetTempFile("VPRINT");
+  ASSERT_FALSE(first.empty());
+  ASSERT_FALSE(second.empty());
+  EXPECT_NE(first, second);
+  for (const std::string& path : {first, second}) {
+    EXPECT_EQ(fs::path(path).parent_path(), folder_);
+    const std::string name = fs::path(path).filename().string();
+    EXPECT_EQ(name.substr(0, 3), "VPR");
+    EXPECT_NE(name.substr(0, 4), "VPRI");  // only three characters of the prefix
+    struct stat info;
+    ASSERT_EQ(::stat(path.c_str(), &info), 0);
+    EXPECT_TRUE(S_ISREG(info.st_mode));
+    EXPECT_EQ(info.st_size, 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600u);
+  }
+  EXPECT_EQ(Names().size(), 2u);
+}
+
+TEST_F(FileHelpersTest, TempFileInAMissingFolderIsEmpty) {
+  TmpDirSetting tmp(PathOf("missing"));
+  EXPECT_EQ(GetTempFile("VPR"), "");
+}
+
+TEST_F(FileHelpersTest, FileExistsOnlyForNormalVisibleFiles) {
+  const std::string log = Make("calls.log", "x");
+  Make(".hidden.txt");
+  fs::create_directory(PathOf("reports.txt"));
+  Make("a[1].dat");
+
+  EXPECT_TRUE(FileExists(log));
+  EXPECT_FALSE(FileExists(""));
+  EXPECT_FALSE(FileExists(folder_.string()));
+  EXPECT_FALSE(FileExists(PathOf("reports.txt")));
+  EXPECT_FALSE(FileExists(PathOf(".hidden.txt")));
+  EXPECT_FALSE(FileExists(PathOf("missing.log")));
+  EXPECT_FALSE(FileExists(log + "/"));
+
+  EXPECT_TRUE(FileExists(PathOf("*.log")));
+  EXPECT_TRUE(FileExists(PathOf("c?lls.*")));
+  EXPECT_FALSE(FileExists(PathOf("*.txt")));  // only a folder and a hidden file match
+  EXPECT_FALSE(FileExists(PathOf("*.ini")));
+  EXPECT_FALSE(FileExists(PathOf("missing/*.log")));
+  // Brackets are plain characters, not a character set.
+  EXPECT_TRUE(FileExists(PathOf("a[1].dat")));
+  EXPECT_TRUE(FileExists(PathOf("a[1]*")));
+  Make("a1.bin");
+  EXPECT_FALSE(FileExists(PathOf("a[1].b*")));
+}
+
+TEST(FileHelpers, IsAllDigits) {
+  EXPECT_TRUE(IsAllDigits("0042"));
+  EXPECT_TRUE(IsAllDigits("7"));
+  for (const char* text : {"", "-1", "+1", "1.5", "12 ", " 12", "1,000", "12a", "\xB2"}) {
+    EXPECT_FALSE(IsAllDigits(text)) << '"' << text << '"';
+  }
+}
+
+TEST(FileHelpers, JoinPathUsesThePlatformSeparator) {
+  EXPECT_EQ(JoinPath("/opt/cw", "\\Callwarden.ini"), "/opt/cw/Callwarden.ini");
+  EXPECT_EQ(JoinPath("/opt/cw/", "BusyLines.log"), "/opt/cw/BusyLines.log");
+  EXPECT_EQ(JoinPath("/opt/cw", "Logs\\2024\\calls.log"), "/opt/cw/Logs/2024/calls.log");
+  EXPECT_EQ(JoinPath("", "\\Chart.bmp"), "Chart.bmp");
+  EXPECT_EQ(JoinPath("/", "tmp"), "/tmp");
+}
+
+TEST_F(FileHelpersTest, FindFileNoCasePrefersTheExactName) {
+  Make("BusyLines.LOG");
+  Make("Callwarden.ini");
+  Make("CALLWARDEN.INI");
+  const std::string folder = folder_.string();
+  EXPECT_EQ(FindFileNoCase(folder, "busylines.log"), PathOf("BusyLines.LOG"));
+  EXPECT_EQ(FindFileNoCase(folder, "\\BUSYLINES.log"), PathOf("BusyLines.LOG"));
+  EXPECT_EQ(FindFileNoCase(folder, "Callwarden.ini"), PathOf("Callwarden.ini"));
+  EXPECT_EQ(FindFileNoCase(folder, "CALLWARDEN.INI"), PathOf("CALLWARDEN.INI"));
+  // Neither is exact: the byte-wise smaller name, whatever the directory order.
+  EXPECT_EQ(FindFileNoCase(folder, "callwarden.ini"), PathOf("CALLWARDEN.INI"));
+  EXPECT_EQ(FindFileNoCase(folder, "Ringtally.ini"), std::nullopt);
+  EXPECT_EQ(FindFileNoCase(PathOf("missing"), "busylines.log"), std::nullopt);
+  EXPECT_EQ(FindFileNoCase(folder, ""), std::nullopt);
+}
+
+TEST_F(FileHelpersTest, ReadWholeFileGivesEveryByte) {
+  const std::string bytes("line 1\r\n\x80\x00\xFFlast", 15);
+  EXPECT_EQ(ReadWholeFile(Make("calls.log", bytes)), bytes);
+  EXPECT_EQ(ReadWholeFile(Make("empty.log")), "");
+  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(PathOf("missing.log")); }), 53);
+  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(PathOf("missing/calls.log")); }), 53);
+  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(folder_.string()); }), 75);
+  try {
+    ReadWholeFile(PathOf("missing.log"));
+  } catch (const RuntimeError& error) {
+    EXPECT_NE(error.Description().find(PathOf("missing.log")), std::string::npos) << error.Description();
+  }
+}
+
+TEST_F(FileHelpersTest, WriteFileAtomicallyReplacesAndKeepsPermissions) {
+  const std::string target = PathOf("Reports.ini");
+  WriteFileAtomically(target, "[Reports]\r\nTab=3\r\n");
+  EXPECT_EQ(ReadWholeFile(target), "[Reports]\r\nTab=3\r\n");
+  ::chmod(target.c_str(), 0640);
+  WriteFileAtomically(target, "[Reports]\r\n");
+  EXPECT_EQ(ReadWholeFile(target), "[Reports]\r\n");
+  struct stat info;
+  ASSERT_EQ(::stat(target.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777, 0640u);
+  EXPECT_EQ(Names(), std::set<std::string>{"Reports.ini"});
+}
+
+TEST_F(FileHelpersTest, WriteFileAtomicallyFailsCleanly) {
+  // The target is a folder: the temporary file is written, the rename fails.
+  fs::create_directory(PathOf("Reports.ini"));
+  Make("Reports.ini/keep");
+  EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(PathOf("Reports.ini"), "x"); }), 75);
+  EXPECT_EQ(Names(), std::set<std::string>{"Reports.ini"});
+  EXPECT_TRUE(fs::is_directory(PathOf("Reports.ini")));
+
+  // A folder that does not exist, and a "folder" that is a file.
+  EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(PathOf("missing/Reports.ini"), "x"); }), 75);
+  const std::string file = Make("plain");
+  EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(file + "/Reports.ini", "x"); }), 75);
+
+  // A folder without write permission stops everyone but the superuser.
+  if (::geteuid() != 0) {
+    fs::create_directory(PathOf("locked"));
+    fs::permissions(PathOf("locked"), fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(PathOf("locked/Reports.ini"), "x"); }), 75);
+    fs::permissions(PathOf("locked"), fs::perms::owner_all);
+    EXPECT_TRUE(fs::is_empty(PathOf("locked")));
+  }
+  try {
+    WriteFileAtomically(PathOf("missing/Reports.ini"), "x");
+  } catch (const RuntimeError& error) {
+    EXPECT_NE(error.Description().find("No such file or directory"), std::string::npos) << error.Description();
+  }
+}
+
+}  // namespace
+}  // namespace cw
