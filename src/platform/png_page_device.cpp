@@ -1,0 +1,96 @@
+#include "platform/png_page_device.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <cmath>
+#include <cstdio>
+
+#include "platform/output_file_error.h"
+#include "platform/page_geometry.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+
+PngPageDevice::PngPageDevice(std::string folder, int dpi)
+    : PainterPageDevice(dpi / 1440.0), folder_(std::move(folder)), dpi_(dpi) {
+  if (dpi < kMinDpi || dpi > kMaxDpi) {
+    throw RuntimeError(err::kInvalidCall, "Resolution must be " + std::to_string(kMinDpi) + " to " +
+                                              std::to_string(kMaxDpi) + " dpi, not " + std::to_string(dpi));
+  }
+}
+
+PngPageDevice::~PngPageDevice() {
+  SetPainter(nullptr);
+  if (painter_ && painter_->isActive()) painter_->end();
+  if (!finished_) {
+    for (const QString& page : written_) QFile::remove(page);
+  }
+}
+
+std::string PngPageDevice::PageFileName(int page) {
+  char name[32];
+  std::snprintf(name, sizeof name, "page-%04d.png", page);
+  return name;
+}
+
+QString PngPageDevice::PagePath(int page) const {
+  return QDir(QFile::decodeName(folder_.c_str())).filePath(QString::fromStdString(PageFileName(page)));
+}
+
+void PngPageDevice::BeginDocument(const PageSetup& setup) {
+  if (begun_) throw RuntimeError(err::kInvalidCall, "The page images were already begun");
+  const PageSizeTwips size = OrientedPageSize(setup);
+  pixels_ = QSize(static_cast<int>(std::lround(size.width * UnitsPerTwip())),
+                  static_cast<int>(std::lround(size.height * UnitsPerTwip())));
+  const QString folder = QFile::decodeName(folder_.c_str());
+  if (!QDir().mkpath(folder) || !QFileInfo(folder).isDir()) {
+    throw OutputFileError(QDir(folder).filePath(QStringLiteral(".")), "Cannot create the image folder",
+                          QStringLiteral("not a writable folder"));
+  }
+  painter_ = std::make_unique<QPainter>();
+  begun_ = true;
+}
+
+void PngPageDevice::BeginPage() {
+  if (!begun_) throw RuntimeError(err::kInvalidCall, "A page image was begun before the document");
+  if (pageOpen_) EndPage();
+  image_ = QImage(pixels_, QImage::Format_RGB32);
+  if (image_.isNull()) {
+    throw RuntimeError(err::kInvalidCall, "No memory for a page image of " + std::to_string(pixels_.width()) +
+                                              " x " + std::to_string(pixels_.height()) + " pixels");
+  }
+  const int dotsPerMeter = static_cast<int>(std::lround(dpi_ / 0.0254));
+  image_.setDotsPerMeterX(dotsPerMeter);
+  image_.setDotsPerMeterY(dotsPerMeter);
+  image_.fill(Qt::white);
+  painter_->begin(&image_);
+  pageOpen_ = true;
+  SetPainter(painter_.get());
+}
+
+void PngPageDevice::EndPage() {
+  if (!pageOpen_) return;
+  SetPainter(nullptr);
+  painter_->end();
+  pageOpen_ = false;
+
+  const QString path = PagePath(PagesWritten() + 1);
+  QSaveFile file(path);
+  if (!file.open(QIODevice::WriteOnly)) throw OutputFileError(path, "Cannot create the page image", file.errorString());
+  if (!image_.save(&file, "PNG")) throw OutputFileError(path, "Cannot write the page image", file.errorString());
+  if (!file.commit()) throw OutputFileError(path, "Cannot complete the page image", file.errorString());
+  written_.push_back(path);
+}
+
+void PngPageDevice::EndDocument() {
+  if (!begun_) throw RuntimeError(err::kInvalidCall, "The page images were ended before they were begun");
+  EndPage();
+  image_ = QImage();
+  for (int page = PagesWritten() + 1; QFile::exists(PagePath(page)); ++page) QFile::remove(PagePath(page));
+  finished_ = true;
+  begun_ = false;
+}
+
+}  // namespace cw

@@ -1,0 +1,258 @@
+#include <QColor>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+#include <sstream>
+#include <string>
+
+#include "platform/pdf_page_device.h"
+#include "platform/png_page_device.h"
+#include "platform/qt_text_metrics.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+constexpr PageSetup kLetter{12240, 15840, 1};
+
+std::string RunTool(const QString& program, const QStringList& arguments) {
+  QProcess process;
+  process.start(program, arguments);
+  EXPECT_TRUE(process.waitForFinished(30000)) << program.toStdString();
+  EXPECT_EQ(process.exitCode(), 0) << program.toStdString() << ": " << process.readAllStandardError().toStdString();
+  return process.readAllStandardOutput().toStdString();
+}
+
+std::string PdfPageText(const QString& pdf, int page) {
+  return RunTool("pdftotext", {"-layout", "-f", QString::number(page), "-l", QString::number(page), pdf, "-"});
+}
+
+FontSpec Arial9() {
+  FontSpec font;
+  font.name = "Arial";
+  font.points = 9;
+  return font;
+}
+
+// A picture whose left half is white and right half red.
+QString WriteHalfWhitePicture(const QTemporaryDir& dir) {
+  QImage picture(20, 10, QImage::Format_RGB32);
+  picture.fill(Qt::white);
+  for (int y = 0; y < 10; ++y) {
+    for (int x = 10; x < 20; ++x) picture.setPixel(x, y, qRgb(255, 0, 0));
+  }
+  const QString path = dir.filePath("half.bmp");
+  EXPECT_TRUE(picture.save(path, "BMP"));
+  return path;
+}
+
+TEST(PdfPageDeviceTest, TextsLandOnTheirPagesAtTheirPlacesInEmbeddedFonts) {
+  QTemporaryDir dir;
+  const QString pdf = dir.filePath("report.pdf");
+  {
+    PdfPageDevice device(pdf.toStdString(), "Daily Call Statistics");
+    device.BeginDocument(kLetter);
+    device.BeginPage();
+    device.SetFont(Arial9());
+    device.Text(1440, 1440, "Total Calls");
+    device.Line(1440, 1700, 10800, 1700);
+    device.Box(1440, 2000, 4000, 3000);
+    device.EndPage();
+    device.BeginPage();
+    FontSpec times = Arial9();
+    times.name = "Times New Roman";
+    times.bold = true;
+    device.SetFont(times);
+    device.Text(2880, 7200, "Second page caf\xE9 \x80 5");
+    device.EndPage();
+    device.EndDocument();
+  }
+  EXPECT_NE(PdfPageText(pdf, 1).find("Total Calls"), std::string::npos);
+  EXPECT_EQ(PdfPageText(pdf, 1).find("Second page"), std::string::npos);
+  EXPECT_NE(PdfPageText(pdf, 2).find("Second page caf\u00e9 \u20ac 5"), std::string::npos);
+
+  const std::string info = RunTool("pdfinfo", {pdf});
+  EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
+  EXPECT_NE(info.find("612 x 792 pts"), std::string::npos) << info;
+  EXPECT_NE(info.find("Daily Call Statistics"), std::string::npos) << info;
+  const std::string fonts = RunTool("pdffonts", {pdf});
+  EXPECT_NE(fonts.find("LiberationSans"), std::string::npos) << fonts;
+  EXPECT_NE(fonts.find("LiberationSerif-Bold"), std::string::npos) << fonts;
+  // Columns: name type encoding emb sub uni object ID; every font embedded.
+  const std::regex fontLine(R"(\S+\s+(yes|no)\s+(yes|no)\s+(yes|no)\s+\d+\s+\d+\s*$)");
+  int fontLines = 0;
+  std::istringstream lines(fonts);
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch match;
+    if (!std::regex_search(line, match, fontLine)) continue;
+    ++fontLines;
+    EXPECT_EQ(match[1], "yes") << line;
+  }
+  EXPECT_EQ(fontLines, 2) << fonts;
+
+  // One inch from the left, and as wide as the metrics measured it
+  // (coordinates in points: 20 twips each).
+  QtTextMetrics metrics;
+  const double right = (1440 + metrics.TextWidth(Arial9(), "Total Calls")) / 20.0;
+  const std::string boxes = RunTool("pdftotext", {"-bbox", "-f", "1", "-l", "1", pdf, "-"});
+  const auto total = boxes.find("xMin=\"72.");
+  ASSERT_NE(total, std::string::npos) << boxes;
+  const auto calls = boxes.find(">Calls<");
+  ASSERT_NE(calls, std::string::npos) << boxes;
+  const auto xMax = boxes.rfind("xMax=\"", calls);
+  EXPECT_NEAR(std::stod(boxes.substr(xMax + 6)), right, 0.5) << boxes;
+}
+
+TEST(PdfPageDeviceTest, LandscapeEmptyDocumentAndPictures) {
+  QTemporaryDir dir;
+  const QString pdf = dir.filePath("wide.pdf");
+  const QString picture = WriteHalfWhitePicture(dir);
+  {
+    PdfPageDevice device(pdf.toStdString());
+    device.BeginDocument(PageSetup{12240, 15840, 2});
+    device.BeginPage();
+    device.Line(0, 150, 12240, 150);
+    // The white half of the picture must leave the line visible.
+    EXPECT_TRUE(device.Image(picture.toStdString(), 0, 0, 600, 300));
+    EXPECT_FALSE(device.Image(dir.filePath("missing.bmp").toStdString(), 0, 0, 0, 0));
+    device.EndDocument();
+  }
+  EXPECT_NE(RunTool("pdfinfo", {pdf}).find("792 x 612 pts"), std::string::npos);
+  // At 600 dpi a twip is 5/12 pixel: the line is at y 62.5, the picture's
+  // white half spans x 0 to 125, its red half 125 to 250.
+  RunTool("pdftoppm", {"-r", "600", "-x", "0", "-y", "0", "-W", "300", "-H", "150", "-png", "-singlefile", pdf,
+                       dir.filePath("rendered")});
+  const QImage page(dir.filePath("rendered.png"));
+  ASSERT_FALSE(page.isNull());
+  int darkest = 255;
+  for (int y = 60; y <= 65; ++y) darkest = std::min(darkest, qGray(page.pixel(50, y)));
+  EXPECT_LT(darkest, 100) << "line under the white half";
+  EXPECT_GT(QColor(page.pixel(200, 20)).red(), 240);
+  EXPECT_LT(QColor(page.pixel(200, 20)).green(), 40) << "red half";
+  EXPECT_GT(qGray(page.pixel(50, 20)), 240) << "white half over the page";
+
+  const QString empty = dir.filePath("empty.pdf");
+  {
+    PdfPageDevice device(empty.toStdString());
+    device.BeginDocument(kLetter);
+    device.EndDocument();
+  }
+  EXPECT_NE(RunTool("pdfinfo", {empty}).find("Pages:           1"), std::string::npos);
+}
+
+TEST(PdfPageDeviceTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
+  QTemporaryDir dir;
+  // A path below a regular file can never be created, whoever runs the test.
+  QFile blocker(dir.filePath("file"));
+  ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+  blocker.close();
+  PdfPageDevice blocked(dir.filePath("file/report.pdf").toStdString());
+  try {
+    blocked.BeginDocument(kLetter);
+    FAIL() << "no error for an unwritable path";
+  } catch (const RuntimeError& error) {
+    EXPECT_TRUE(error.Number() == err::kPathNotFound || error.Number() == err::kPathFileAccess);
+    EXPECT_NE(std::string(error.what()).find("file/report.pdf"), std::string::npos) << error.what();
+  }
+  PdfPageDevice missingFolder(dir.filePath("no/such/folder/report.pdf").toStdString());
+  try {
+    missingFolder.BeginDocument(kLetter);
+    FAIL() << "no error for a missing folder";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathNotFound);
+  }
+
+  {
+    PdfPageDevice device(dir.filePath("cut.pdf").toStdString());
+    device.BeginDocument(kLetter);
+    device.BeginPage();
+    device.SetFont(Arial9());
+    device.Text(0, 0, "never finished");
+  }
+  EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"file"});
+
+  PdfPageDevice absurd(dir.filePath("absurd.pdf").toStdString());
+  EXPECT_THROW(absurd.BeginDocument(PageSetup{0, 15840, 1}), RuntimeError);
+  EXPECT_THROW(absurd.BeginDocument(PageSetup{12240, 1e12, 1}), RuntimeError);
+}
+
+TEST(PngPageDeviceTest, OnePictureAPageAtTheChosenResolution) {
+  QTemporaryDir dir;
+  const QString folder = dir.filePath("pages");
+  QDir().mkpath(folder);
+  // A page left from an earlier, longer document.
+  QImage(10, 10, QImage::Format_RGB32).save(QDir(folder).filePath("page-0004.png"));
+  const QString picture = WriteHalfWhitePicture(dir);
+  {
+    PngPageDevice device(folder.toStdString(), 72);
+    device.BeginDocument(kLetter);
+    for (int page = 1; page <= 3; ++page) {
+      device.BeginPage();
+      device.SetFont(Arial9());
+      device.Text(720, 720, "Page text");
+      device.Line(0, 150, 1440, 150);  // y = 7.5 pixels
+      device.Box(2880, 2880, 4320, 4320);
+      if (page == 2) {
+        // 20 x 10 pixels at 15 twips each, at 72 dpi half of that.
+        EXPECT_TRUE(device.Image(picture.toStdString(), 0, 0, 0, 0));
+        EXPECT_FALSE(device.Image(dir.filePath("missing.bmp").toStdString(), 0, 0, 0, 0));
+      }
+      device.EndPage();
+    }
+    device.EndDocument();
+    EXPECT_EQ(device.PagesWritten(), 3);
+  }
+  EXPECT_EQ(QDir(folder).entryList(QDir::Files),
+            (QStringList{"page-0001.png", "page-0002.png", "page-0003.png"}));
+  const QImage first(QDir(folder).filePath("page-0001.png"));
+  EXPECT_EQ(first.size(), QSize(612, 792));
+  EXPECT_EQ(qGray(first.pixel(144, 144)), 0) << "box corner";
+  EXPECT_EQ(qGray(first.pixel(300, 300)), 255) << "blank paper";
+  bool inked = false;
+  for (int y = 36; y < 48; ++y) {
+    for (int x = 36; x < 80; ++x) inked = inked || qGray(first.pixel(x, y)) < 128;
+  }
+  EXPECT_TRUE(inked) << "text drawn below its top line";
+
+  // AND: the white half keeps the line, red over black stays black, red over
+  // white is red.
+  const QImage second(QDir(folder).filePath("page-0002.png"));
+  const int lineY = 7;
+  ASSERT_EQ(qGray(first.pixel(2, lineY)), 0);
+  EXPECT_EQ(qGray(second.pixel(2, lineY)), 0);
+  EXPECT_EQ(second.pixel(8, lineY) & 0xFFFFFF, 0u);
+  EXPECT_EQ(second.pixel(8, 1) & 0xFFFFFF, 0xFF0000u);
+  EXPECT_EQ(second.pixel(2, 1) & 0xFFFFFF, 0xFFFFFFu);
+
+  EXPECT_THROW(PngPageDevice(folder.toStdString(), 5), RuntimeError);
+  EXPECT_THROW(PngPageDevice(folder.toStdString(), 601), RuntimeError);
+}
+
+TEST(PngPageDeviceTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
+  QTemporaryDir dir;
+  QFile blocker(dir.filePath("file"));
+  ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+  blocker.close();
+  PngPageDevice blocked(dir.filePath("file/pages").toStdString(), 50);
+  EXPECT_THROW(blocked.BeginDocument(kLetter), RuntimeError);
+
+  const QString folder = dir.filePath("cut");
+  {
+    PngPageDevice device(folder.toStdString(), 50);
+    device.BeginDocument(kLetter);
+    device.BeginPage();
+    device.EndPage();
+    device.BeginPage();
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{"page-0001.png"});
+  }
+  EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
+}
+
+}  // namespace
+}  // namespace cw
