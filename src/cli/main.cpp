@@ -1,7 +1,42 @@
-// cwreport: the headless front end. Subcommands live in their own files.
+// cwreport: the headless front end. Each subcommand lives in its own file and
+// is listed below; arguments that start with no subcommand name are a report
+// request.
 #include <cstdio>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
 
-int main(int, char**) {
-  std::fputs("cwreport: nothing to do yet\n", stderr);
-  return 1;
+#include "cli/log_summary_command.h"
+
+namespace {
+
+using Command = int (*)(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+struct Subcommand {
+  std::string_view name;
+  Command run;
+};
+
+constexpr Subcommand kSubcommands[] = {
+    {"log-summary", cw::cli::RunLogSummary},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc >= 2) {
+    for (const Subcommand& subcommand : kSubcommands) {
+      if (argv[1] == subcommand.name) {
+        const std::vector<std::string> args(argv + 2, argv + argc);
+        return subcommand.run(args, std::cout, std::cerr);
+      }
+    }
+  }
+  std::fputs("cwreport: report requests are not available yet; subcommands:", stderr);
+  for (const Subcommand& subcommand : kSubcommands) std::fprintf(stderr, " %.*s",
+                                                                 static_cast<int>(subcommand.name.size()),
+                                                                 subcommand.name.data());
+  std::fputs("\n", stderr);
+  return 2;
 }
