@@ -17,9 +17,10 @@ struct ProgramRun {
 };
 
 ProgramRun RunCwreport(const std::string& arguments) {
-  const char* program = std::getenv("CWREPORT");
-  if (program == nullptr) throw std::runtime_error("CWREPORT is not set");
-  const std::string command = std::string("'") + program + "' " + arguments + " 2>&1";
+  // The program named by CWREPORT, or else the one of this build.
+  const char* fromEnvironment = std::getenv("CWREPORT");
+  const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
+  const std::string command = "'" + program + "' " + arguments + " 2>&1";
   ProgramRun run;
   std::FILE* pipe = ::popen(command.c_str(), "r");
   if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
