@@ -1,0 +1,109 @@
+#pragma once
+// The report half of the report form: the request dispatch, the page-heading
+// and printer-error handlers, and every report routine. The desktop form and
+// cwreport both drive it; it reaches the screen only through ReportHost.
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "printer/orl_printer.h"
+#include "printer/text_metrics.h"
+#include "reports/report_host.h"
+#include "reports/report_request.h"
+#include "settings/settings_store.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+
+// Where the data is and what the hardware offers (start-up state).
+struct ReportEnvironment {
+  std::string edition{kEditionRingtally};
+  std::string logPath;       // setting "Logs"
+  std::string pathFolder;    // setting "Path": BusyLines.log and the chart bitmap
+  std::int16_t activeLines = 2;
+  std::int16_t hardwareType = 3;
+  std::string tempFolder;    // where the chart goes when "Path" is empty or not writable
+};
+
+// How a request ended, for callers that need an exit status.
+enum class RequestOutcome { kProduced, kRefused, kFailed };
+
+class ReportForm {
+ public:
+  ReportForm(ReportEnvironment environment, ReportHost& host, TextMetrics& metrics,
+             SettingsStore& settings);
+  ~ReportForm();
+
+  ReportRequest& Request() { return request_; }
+  const ReportRequest& Request() const { return request_; }
+  const ReportEnvironment& Environment() const { return environment_; }
+
+  // The preview button.
+  RequestOutcome cmdPrintQuery_Click();
+
+  // The current report document (the last request's), null before the first.
+  OrlPrinter* Document() { return document_.get(); }
+
+  // --- used by the report routines -------------------------------------
+  void SetBodyFont();
+  void SetHeadingFont();
+  double RightAlignedX(double x, std::string_view text);
+
+  // Event handlers of the document.
+  void OnNewPage(std::int16_t page);
+  void OnPrinterError(bool& retry);
+
+  // Report routines (each finishes the document: EndDoc, PreviewReport, DestroyReport).
+  void Print_Detail(std::int16_t mode);
+  void Print_Detail_Condensed();
+  void Print_Lines();
+  void Process_DailySummary();
+  void Build_CallMatrix(std::string_view date, std::string_view time, std::string_view direction);
+  void Print_DailySummary();
+  void Process_LineUsage();
+  void Build_LineMatrix(std::int16_t line, std::string_view direction, std::string_view date,
+                        std::string_view duration);
+  void Print_LineUsage();
+  void Print_BusyReport();
+  void Process_BusySummary();
+  void Build_BusyMatrix(std::string_view date, std::string_view start, std::int32_t seconds);
+  void Print_BusySummary();
+
+  // The working matrices, erased after every report.
+  struct Matrices {
+    std::array<std::array<std::int32_t, 4>, 8> day{};     // [weekday 1..7][kind 1..3]
+    std::array<std::array<std::int32_t, 9>, 24> hour{};   // [hour][weekday-1 0..6, 7 total, 8]
+    std::vector<std::array<std::int32_t, 5>> lineTotals;  // [line 1..N][1 in, 2 out, 3 all, 4 seconds]
+    std::vector<std::array<std::int32_t, 10>> lineWeek;   // [row 1..N+1][weekday 1..7, 8 calls, 9 seconds]
+    std::array<std::array<std::int32_t, 4>, 8> busyDay{};   // [weekday][1 occurred, 2 seconds]
+    std::array<std::array<std::int32_t, 9>, 24> busyHour{}; // [hour][weekday-1, 7 total, 8 seconds]
+    std::int16_t lastKind = 0;                            // kind of the previous call
+  };
+  const Matrices& WorkingMatrices() const { return matrices_; }
+
+  // The standard error box for an error trapped in one of this form's procedures.
+  void ShowError(const RuntimeError& error, std::string_view procedure,
+                 ErrorBoxForm form = ErrorBoxForm::kClassic);
+
+ private:
+  void ConfigureDocument();
+  void EraseMatrices();
+
+  ReportEnvironment environment_;
+  ReportHost& host_;
+  TextMetrics& metrics_;
+  SettingsStore& settings_;
+  ReportRequest request_;
+  std::unique_ptr<OrlPrinter> document_;
+  Matrices matrices_;
+  bool partialMatch_ = false;  // set only during a tab 5 or 6 report
+  std::string periodText_;     // "Jan 05, 2024 to Feb 10, 2024"
+  CivilDate fromDate_;
+  CivilDate toDate_;
+};
+
+}  // namespace cw

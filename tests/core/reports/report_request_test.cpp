@@ -1,0 +1,58 @@
+#include "reports/report_request.h"
+
+#include <gtest/gtest.h>
+
+namespace cw {
+namespace {
+
+TEST(ReportRequestTest, TabCaptionsFollowTheEdition) {
+  EXPECT_EQ(TabCaption(4, kEditionRingtally), "Unanswered Calls");
+  EXPECT_EQ(TabCaption(4, kEditionCallwarden), "Abandoned Calls");
+  EXPECT_EQ(TabCaption(6, kEditionRingtally), "By Tel Number");
+  EXPECT_EQ(TabCaption(0, kEditionRingtally), "");
+  EXPECT_EQ(TabCaption(9, kEditionRingtally), "");
+}
+
+TEST(ReportRequestTest, DetailColumnsLeaveRoomForTouchToneDigits) {
+  const DetailColumns plain = DetailColumnPositions(false);
+  const DetailColumns dtmf = DetailColumnPositions(true);
+  const DetailColumns expectedPlain{0.5, 1.0, 4.25, 4.5, 5.7, 5.85, 6.7, 6.95, 7.5, 7.65};
+  for (std::size_t i = 0; i < plain.size(); ++i) {
+    EXPECT_NEAR(plain[i], expectedPlain[i], 1e-9) << "column " << i + 1;
+    // Every column after the name moves left by three quarters of an inch.
+    EXPECT_NEAR(dtmf[i], expectedPlain[i] - (i >= 2 ? 0.75 : 0.0), 1e-9) << "column " << i + 1;
+  }
+}
+
+TEST(ReportRequestTest, TimePeriodsFromAnInjectedToday) {
+  const PeriodCaptions before{"01/01/2020", "02/02/2020"};
+  const CivilDate wednesday = CivilDate::FromYmd(2026, 11, 18);
+  const CivilDate sunday = CivilDate::FromYmd(2026, 11, 22);
+
+  PeriodCaptions today = ApplyTimePeriod(TimePeriod::kToday, wednesday, std::nullopt, before);
+  EXPECT_EQ(today.fromDate, "11/18/2026");
+  EXPECT_EQ(today.toDate, "11/18/2026");
+
+  PeriodCaptions week = ApplyTimePeriod(TimePeriod::kCurrentWeek, wednesday, std::nullopt, before);
+  EXPECT_EQ(week.fromDate, "11/15/2026");
+  EXPECT_EQ(week.toDate, "02/02/2020") << "the week leaves To alone";
+  EXPECT_EQ(ApplyTimePeriod(TimePeriod::kCurrentWeek, sunday, std::nullopt, before).fromDate,
+            "11/22/2026")
+      << "on a Sunday the week starts that same day";
+
+  PeriodCaptions month = ApplyTimePeriod(TimePeriod::kCurrentMonth, CivilDate::FromYmd(2024, 3, 1),
+                                         std::nullopt, before);
+  EXPECT_EQ(month.fromDate, "03/01/2024");
+  EXPECT_EQ(month.toDate, "03/01/2024");
+
+  PeriodCaptions all =
+      ApplyTimePeriod(TimePeriod::kAllLogEntries, sunday, std::string("08/01/2026"), before);
+  EXPECT_EQ(all.fromDate, "08/01/2026");
+  EXPECT_EQ(all.toDate, "11/22/2026");
+  PeriodCaptions noLog = ApplyTimePeriod(TimePeriod::kAllLogEntries, sunday, std::nullopt, before);
+  EXPECT_EQ(noLog.fromDate, "01/01/2020") << "without a log From stays as it was";
+  EXPECT_EQ(noLog.toDate, "11/22/2026");
+}
+
+}  // namespace
+}  // namespace cw
