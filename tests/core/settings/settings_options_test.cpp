@@ -7,6 +7,7 @@
 
 #include "settings/settings_keys.h"
 #include "settings/settings_store.h"
+#include "testing/memory_settings_store.h"
 #include "settings/settings_values.h"
 #include "settings/startup.h"
 #include "support/runtime_error.h"
@@ -15,23 +16,7 @@
 namespace cw {
 namespace {
 
-// A store in memory that can be told to fail.
-class MemoryStore : public SettingsStore {
- public:
-  std::string Get(std::string_view app, std::string_view section, std::string_view key,
-                  std::string_view defaultValue) override {
-    if (failing) throw RuntimeError(err::kPathFileAccess, "Path/File access error: disk gone");
-    auto found = values.find({std::string(app), std::string(section), std::string(key)});
-    return found == values.end() ? std::string(defaultValue) : found->second;
-  }
-  void Save(std::string_view app, std::string_view section, std::string_view key,
-            std::string_view value) override {
-    if (failing) throw RuntimeError(err::kPermissionDenied);
-    values[{std::string(app), std::string(section), std::string(key)}] = value;
-  }
-  std::map<std::tuple<std::string, std::string, std::string>, std::string> values;
-  bool failing = false;
-};
+using MemoryStore = testing::MemorySettingsStore;
 
 struct ShownBoxes {
   std::vector<std::string> texts;
