@@ -4,6 +4,7 @@
 // small real bitmap for every chart so that the chart hand-over can run.
 
 #include <cstdint>
+#include <cstdio>
 #include <deque>
 #include <fstream>
 #include <iterator>
