@@ -21,6 +21,7 @@
 
 namespace cw {
 
+class OrlPrinter;
 class SpoolWriter;
 
 // What the engine needs from the program around it.
@@ -44,6 +45,12 @@ struct OrlPrinterEnvironment {
   // PrintReport: the print-options dialog, printer selection and the printer
   // device are the desktop's; the engine drives the replay through it.
   std::function<void(OrlPrinter& document)> printReport;
+  // Progress of PrintToFile while ShowProgress is on: records done of total.
+  std::function<void(std::int64_t done, std::int64_t total)> progress;
+  // The screen, in twips, when the document is created: the preview window
+  // starts at three quarters of it. Zero when there is no screen.
+  double screenWidthTwips = 0;
+  double screenHeightTwips = 0;
 };
 
 class OrlPrinter {
@@ -138,6 +145,10 @@ class OrlPrinter {
   const OutputOptions& Options() const;
 
   bool PrinterFailed() const;
+  // A printer step failed (the printer replay calls this): raises
+  // OnPrinterError and returns its answer; without a retry the printer-failed
+  // flag is set, and the rest of the document is dropped.
+  bool RaisePrinterError();
 
   // The spool file: PrintFile is its name; reading PrintTextFile makes the
   // stored text-file name the spool (a spool kept from an earlier run).
@@ -153,6 +164,9 @@ class OrlPrinter {
   void PrintToFile();
 
  private:
+  void CheckNewPage();
+  void PrintHeadingBlock();
+
   struct State;
   std::unique_ptr<State> state_;
 };

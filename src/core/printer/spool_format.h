@@ -137,7 +137,7 @@ inline bool GetBool(const char* record, std::size_t offset) { return GetInt16(re
 // Left-justified, space-padded, cut at the width.
 inline void PutText(char* record, std::size_t offset, std::size_t width, std::string_view text) {
   const std::size_t kept = text.size() < width ? text.size() : width;
-  std::memcpy(record + offset, text.data(), kept);
+  text.copy(record + offset, kept);
   std::memset(record + offset + kept, ' ', width - kept);
 }
 

@@ -1,0 +1,131 @@
+#include "printer/spool_writer.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "spool_test_files.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+using testing::Bytes;
+using testing::DefaultHeader;
+using testing::ReadBytes;
+using testing::RecordAt;
+using testing::TempFolder;
+
+TEST(SpoolWriter, AppendsRecordsAfterTheHeaderInOrder) {
+  TempFolder folder;
+  const std::string path = folder.File("spool.tmp");
+  SpoolWriter writer(path, DefaultHeader());
+  // Enough records to cross several write blocks.
+  for (int i = 0; i < 1500; ++i) writer.Append(MakeTextRecord(1, i, 0, "row " + std::to_string(i)));
+  writer.Append(MakePageRecord(1, spool::kEndDoc));
+  EXPECT_EQ(writer.NextRecord(), 1503);
+  writer.Close();
+
+  const std::string bytes = ReadBytes(path);
+  ASSERT_EQ(bytes.size(), 1502 * kSpoolRecordSize);
+  EXPECT_EQ(RecordAt(bytes, 1), Bytes(DefaultHeader()));
+  EXPECT_EQ(RecordAt(bytes, 2), Bytes(MakeTextRecord(1, 0, 0, "row 0")));
+  EXPECT_EQ(RecordAt(bytes, 1001), Bytes(MakeTextRecord(1, 999, 0, "row 999")));
+  EXPECT_EQ(RecordAt(bytes, 1502), Bytes(MakePageRecord(1, spool::kEndDoc)));
+}
+
+TEST(SpoolWriter, HeaderRewriteChangesOnlyRecordOneAndKeepsTheAppendPosition) {
+  TempFolder folder;
+  const std::string path = folder.File("spool.tmp");
+  SpoolWriter writer(path, DefaultHeader());
+  writer.Append(MakeTextRecord(1, 0, 0, "first"));
+  writer.Append(MakeTextRecord(1, 1, 0, "second"));
+  writer.RewriteHeader([](SpoolRecord& header) {
+    PutText(header.data(), spool::kTitle, spool::kTitleWidth, "Call Detail");
+  });
+  writer.Append(MakeTextRecord(1, 2, 0, "third"));
+  writer.Close();
+
+  SpoolRecord expectedHeader = DefaultHeader();
+  PutText(expectedHeader.data(), spool::kTitle, spool::kTitleWidth, "Call Detail");
+  const std::string bytes = ReadBytes(path);
+  ASSERT_EQ(bytes.size(), 4 * kSpoolRecordSize);
+  EXPECT_EQ(RecordAt(bytes, 1), Bytes(expectedHeader));
+  EXPECT_EQ(RecordAt(bytes, 2), Bytes(MakeTextRecord(1, 0, 0, "first")));
+  EXPECT_EQ(RecordAt(bytes, 4), Bytes(MakeTextRecord(1, 2, 0, "third")));
+}
+
+TEST(SpoolWriter, ReopensAVanishedFileUnderItsName) {
+  TempFolder folder;
+  const std::string path = folder.File("VPR1.tmp");
+  SpoolWriter writer(path, DefaultHeader());
+  writer.Append(MakeTextRecord(1, 0, 0, "lost"));
+  EXPECT_FALSE(writer.ReopenIfVanished());
+
+  ASSERT_EQ(std::remove(path.c_str()), 0);
+  EXPECT_TRUE(writer.ReopenIfVanished());
+  // The new file is empty, so the font record becomes record 1.
+  EXPECT_EQ(writer.NextRecord(), 1);
+  writer.Append(MakeFontRecord(1, "Arial", 9, true, false, false));
+  writer.Append(MakeTextRecord(1, 0, 0, "kept"));
+  writer.Close();
+  EXPECT_EQ(ReadBytes(path), Bytes(MakeFontRecord(1, "Arial", 9, true, false, false)) +
+                                 Bytes(MakeTextRecord(1, 0, 0, "kept")));
+
+}
+
+TEST(SpoolWriter, AFileThatStillExistsIsNotReopened) {
+  TempFolder folder;
+  const std::string path = folder.File("VPR3.tmp");
+  SpoolWriter writer(path, DefaultHeader());
+  // Replaced under the same name: the name exists, so the old handle goes on
+  // writing where it was.
+  ASSERT_EQ(std::remove(path.c_str()), 0);
+  testing::WriteBytes(path, "other");
+  EXPECT_FALSE(writer.ReopenIfVanished());
+  EXPECT_EQ(writer.NextRecord(), 2);
+  writer.Close();
+  EXPECT_EQ(ReadBytes(path), "other");
+}
+
+TEST(SpoolWriter, AFailedWriteIsReportedWhenItHappensAndAgainByClose) {
+  if (::access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full on this system";
+  SpoolWriter writer("/dev/full", DefaultHeader());
+  bool reported = false;
+  try {
+    for (int i = 0; i < 2000; ++i) writer.Append(MakeTextRecord(1, 0, 0, "row"));
+  } catch (const RuntimeError& error) {
+    reported = true;
+    EXPECT_EQ(error.Number(), err::kPathFileAccess);
+    EXPECT_NE(error.Description().find("/dev/full"), std::string::npos) << error.Description();
+  }
+  EXPECT_TRUE(reported);
+  // Later records are dropped quietly; Close tells again.
+  writer.Append(MakeTextRecord(1, 0, 0, "dropped"));
+  EXPECT_THROW(writer.Close(), RuntimeError);
+  // Closed now: appending is a bad file number.
+  try {
+    writer.Append(MakeTextRecord(1, 0, 0, "late"));
+    ADD_FAILURE() << "append after Close did not fail";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kBadFile);
+  }
+}
+
+TEST(SpoolWriter, CreatesItsFileInTheTemporaryFolderWithThePrefix) {
+  TempFolder folder;
+  ::setenv("TMPDIR", folder.Path().c_str(), 1);
+  auto writer = SpoolWriter::CreateTemporary(DefaultHeader());
+  ::unsetenv("TMPDIR");
+  EXPECT_EQ(writer->Path().rfind(folder.Path() + "/VPR", 0), 0u) << writer->Path();
+  writer->Close();
+  EXPECT_EQ(ReadBytes(writer->Path()), Bytes(DefaultHeader()));
+
+  ::setenv("TMPDIR", folder.File("missing").c_str(), 1);
+  EXPECT_THROW(SpoolWriter::CreateTemporary(DefaultHeader()), RuntimeError);
+  ::unsetenv("TMPDIR");
+}
+
+}  // namespace
+}  // namespace cw
