@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/dump_command.h"
+#include "cli/export_command.h"
 #include "cli/log_summary_command.h"
 
 namespace {
@@ -20,6 +22,8 @@ struct Subcommand {
 
 constexpr Subcommand kSubcommands[] = {
     {"log-summary", cw::cli::RunLogSummary},
+    {"dump", cw::cli::RunDump},
+    {"export", cw::cli::RunExport},
 };
 
 }  // namespace

@@ -20,7 +20,7 @@ PdfPageDevice::~PdfPageDevice() {
 }
 
 void PdfPageDevice::BeginDocument(const PageSetup& setup) {
-  if (begun_) throw RuntimeError(err::kInvalidCall, "The PDF document was already begun");
+  if (begun_ || completed_) throw RuntimeError(err::kInvalidCall, "The PDF document was already begun");
   const PageSizeTwips size = OrientedPageSize(setup);
   const QString path = QFile::decodeName(path_.c_str());
   file_ = std::make_unique<QSaveFile>(path);
@@ -71,6 +71,7 @@ void PdfPageDevice::EndDocument() {
   }
   if (!file_->commit()) throw OutputFileError(path, "Cannot complete the PDF file", file_->errorString());
   begun_ = false;
+  completed_ = true;
 }
 
 }  // namespace cw

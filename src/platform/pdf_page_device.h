@@ -28,6 +28,9 @@ class PdfPageDevice final : public PainterPageDevice {
   void EndPage() override;
   void EndDocument() override;
 
+  // True once EndDocument has written the file under its name.
+  bool Completed() const { return completed_; }
+
  private:
   std::string path_;
   std::string title_;
@@ -39,6 +42,7 @@ class PdfPageDevice final : public PainterPageDevice {
   bool begun_ = false;
   bool pageOpen_ = false;
   int pages_ = 0;
+  bool completed_ = false;
 };
 
 }  // namespace cw

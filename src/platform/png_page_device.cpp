@@ -40,7 +40,7 @@ QString PngPageDevice::PagePath(int page) const {
 }
 
 void PngPageDevice::BeginDocument(const PageSetup& setup) {
-  if (begun_) throw RuntimeError(err::kInvalidCall, "The page images were already begun");
+  if (begun_ || finished_) throw RuntimeError(err::kInvalidCall, "The page images were already begun");
   const PageSizeTwips size = OrientedPageSize(setup);
   pixels_ = QSize(static_cast<int>(std::lround(size.width * UnitsPerTwip())),
                   static_cast<int>(std::lround(size.height * UnitsPerTwip())));

@@ -37,6 +37,8 @@ class PngPageDevice final : public PainterPageDevice {
   // "page-0001.png" for page 1.
   static std::string PageFileName(int page);
   int PagesWritten() const { return static_cast<int>(written_.size()); }
+  // True once EndDocument has finished the document.
+  bool Completed() const { return finished_; }
 
  private:
   QString PagePath(int page) const;
