@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,6 +28,8 @@ struct ReportEnvironment {
   std::int16_t activeLines = 2;
   std::int16_t hardwareType = 3;
   std::string tempFolder;    // where the chart goes when "Path" is empty or not writable
+  // The printer's page, measured by every BeginDoc; empty: US Letter portrait.
+  std::function<PageSetup()> measurePrinter;
 };
 
 // How a request ended, for callers that need an exit status.
@@ -102,6 +105,10 @@ class ReportForm {
   Matrices matrices_;
   bool partialMatch_ = false;  // set only during a tab 5 or 6 report
   std::string periodText_;     // "Jan 05, 2024 to Feb 10, 2024"
+  // picGraph's font: text widths for RightAlignedX are measured in it.
+  FontSpec pictureFont_{"MS Sans Serif", 8};
+  bool errorShown_ = false;    // an error box was shown during the current request
+  bool previewShown_ = false;  // the current request's document reached the preview
   CivilDate fromDate_;
   CivilDate toDate_;
 };
