@@ -85,6 +85,10 @@ class ReportForm {
     std::array<std::array<std::int32_t, 4>, 8> busyDay{};   // [weekday][1 occurred, 2 seconds]
     std::array<std::array<std::int32_t, 9>, 24> busyHour{}; // [hour][weekday-1, 7 total, 8 seconds]
     std::int16_t lastKind = 0;                            // kind of the previous call
+    // The log holds many calls a day: the weekday of the last date text
+    // converted is kept so that the matrix builders convert each day once.
+    std::string weekdayDate;
+    int weekday = 0;
   };
   const Matrices& WorkingMatrices() const { return matrices_; }
 
@@ -111,6 +115,8 @@ class ReportForm {
   bool previewShown_ = false;  // the current request's document reached the preview
   CivilDate fromDate_;
   CivilDate toDate_;
+  // The record the matrix builders are working on, for their error box.
+  std::string_view processingRecord_;
 };
 
 }  // namespace cw
