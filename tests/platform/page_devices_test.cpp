@@ -2,7 +2,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -13,25 +12,17 @@
 
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
+#include "platform/poppler_tools.h"
 #include "platform/qt_text_metrics.h"
 #include "support/runtime_error.h"
 
 namespace cw {
 namespace {
 
+using testing::PdfPageText;
+using testing::RunTool;
+
 constexpr PageSetup kLetter{12240, 15840, 1};
-
-std::string RunTool(const QString& program, const QStringList& arguments) {
-  QProcess process;
-  process.start(program, arguments);
-  EXPECT_TRUE(process.waitForFinished(30000)) << program.toStdString();
-  EXPECT_EQ(process.exitCode(), 0) << program.toStdString() << ": " << process.readAllStandardError().toStdString();
-  return process.readAllStandardOutput().toStdString();
-}
-
-std::string PdfPageText(const QString& pdf, int page) {
-  return RunTool("pdftotext", {"-layout", "-f", QString::number(page), "-l", QString::number(page), pdf, "-"});
-}
 
 FontSpec Arial9() {
   FontSpec font;
