@@ -44,7 +44,10 @@ SpoolWriter::SpoolWriter(std::string path, const SpoolRecord& header) : path_(st
   fd_ = OpenReadWrite(path_, O_TRUNC);
   if (fd_ < 0) throw RuntimeError(err::kPathFileAccess, Describe("open", path_, errno));
   pending_.reserve(kBlockRecords * kSpoolRecordSize);
+  // The header goes to disk at once: a spool that cannot even hold its header
+  // fails where it is created.
   Append(header);
+  Flush();
 }
 
 SpoolWriter::~SpoolWriter() {

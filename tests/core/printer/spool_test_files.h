@@ -2,7 +2,10 @@
 // Files for the printer tests: a private temporary folder, whole-file reads
 // and writes, and spool files assembled record by record.
 
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/resource.h>
+#include <cstdio>
 #include <unistd.h>
 
 #include <filesystem>
@@ -43,6 +46,29 @@ class TempFolder {
 
  private:
   std::string path_;
+};
+
+// Plays a full disk: while it lives, no file of this process may grow past
+// `bytes`, and a write beyond that fails (EFBIG) instead of raising SIGXFSZ.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    ::getrlimit(RLIMIT_FSIZE, &saved_);
+    previousHandler_ = ::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = saved_;
+    limit.rlim_cur = bytes;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &saved_);
+    ::signal(SIGXFSZ, previousHandler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit saved_{};
+  sighandler_t previousHandler_ = SIG_DFL;
 };
 
 inline std::string ReadBytes(const std::string& path) {
@@ -91,6 +117,47 @@ inline std::vector<SpoolCommand> ReadCommands(const std::string& path) {
   SpoolCommand command;
   while (reader.Next(command)) commands.push_back(command);
   return commands;
+}
+
+// One line per command record, for comparing a spool with a table:
+// "1 TEXTOUT 720,720 Date: 11/22/2026", "1 SETFONT Arial 10 bold italic",
+// "2 NEWPAGE", "1 LINEOUT 0,1 8,1", "1 IMAGEOUT chart.bmp 1,2 w3 h4".
+inline std::string Describe(const SpoolCommand& command) {
+  auto number = [](double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%g", value);
+    return std::string(text);
+  };
+  std::string line = std::to_string(command.page) + " " + command.keywordText;
+  switch (command.keyword) {
+    case SpoolKeyword::kSetFont:
+      line += " " + command.font.name + " " + number(command.font.points);
+      if (command.font.bold) line += " bold";
+      if (command.font.italic) line += " italic";
+      if (command.font.underline) line += " underline";
+      break;
+    case SpoolKeyword::kTextOut:
+      line += " " + number(command.x1) + "," + number(command.y1) + " " + command.text;
+      break;
+    case SpoolKeyword::kLineOut:
+    case SpoolKeyword::kBoxOut:
+      line += " " + number(command.x1) + "," + number(command.y1) + " " + number(command.x2) + "," +
+              number(command.y2);
+      break;
+    case SpoolKeyword::kImageOut:
+      line += " " + command.text + " " + number(command.x1) + "," + number(command.y1) + " w" +
+              number(command.ImageWidth()) + " h" + number(command.ImageHeight());
+      break;
+    default:
+      break;
+  }
+  return line;
+}
+
+inline std::vector<std::string> DescribeSpool(const std::string& path) {
+  std::vector<std::string> lines;
+  for (const SpoolCommand& command : ReadCommands(path)) lines.push_back(Describe(command));
+  return lines;
 }
 
 }  // namespace cw::testing

@@ -1,0 +1,416 @@
+#include "printer/orl_printer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "engine_test_rig.h"
+#include "printer/spool_format.h"
+#include "spool_test_files.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+using testing::Bytes;
+using testing::DescribeSpool;
+using testing::ReadBytes;
+using testing::RecordAt;
+using Lines = std::vector<std::string>;
+
+// Every document of these tests spools into a private temporary folder.
+class OrlPrinterTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ::setenv("TMPDIR", folder.Path().c_str(), 1); }
+  void TearDown() override { ::unsetenv("TMPDIR"); }
+
+  // BeginDoc with twips as the unit, so that the fixed-pitch widths read
+  // directly: a 10-point character is 120 twips wide, its line 240 high.
+  void BeginInTwips(OrlPrinter& document) {
+    document.BeginDoc();
+    document.SetScaleMode(1);
+  }
+
+  testing::TempFolder folder;
+  testing::EngineTestRig rig;
+};
+
+TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
+  OrlPrinter document(rig.Environment());
+  int newPages = 0;
+  document.OnNewPage = [&](std::int16_t) { ++newPages; };
+  document.BeginDoc();
+  EXPECT_EQ(document.PrintFile().rfind(folder.Path() + "/VPR", 0), 0u) << document.PrintFile();
+  EXPECT_EQ(document.Page(), 1);
+  EXPECT_EQ(document.Spacing(), 1.3);
+  document.SetAutoHeadings(true);
+  document.EndDoc();
+
+  SpoolRecord header{};
+  ApplyHeaderCreationValues(header);
+  PutBool(header.data(), spool::kAutoHeadings, true);
+  EXPECT_EQ(ReadBytes(document.PrintFile()), Bytes(header) + Bytes(MakePageRecord(1, spool::kEndDoc)));
+  EXPECT_EQ(newPages, 0);  // no drawing call: no heading, no OnNewPage
+  EXPECT_EQ(document.TotalPages(), 1);
+
+  document.DestroyReport();
+  EXPECT_TRUE(folder.Names().empty());
+}
+
+TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppending) {
+  OrlPrinter document(rig.Environment());
+  document.BeginDoc();
+  document.TextOut(0, "first");
+  document.SetOrientation(2);
+  document.SetScaleMode(1);
+  document.SetSpacing(1.5);
+  document.SetAutoHeadings(true);
+  document.SetAutoHeadingsFontName("Arial Narrow");
+  document.SetAutoHeadingsFontSize(11);
+  document.SetAutoHeadingsFontAttr(5);
+  document.SetAutoNewPage(true);
+  document.SetTitle("Call Detail");
+  document.SetSubTitle("Report Period: 11/01/2026 - 11/22/2026");
+  document.TextOut(0, "second");
+  document.EndDoc();
+
+  const std::string bytes = ReadBytes(document.PrintFile());
+  EXPECT_EQ(bytes.size() % kSpoolRecordSize, 0u);
+  EXPECT_EQ(bytes.size() / kSpoolRecordSize, 4u);
+  const SpoolHeader header = DecodeHeader(bytes.data());
+  EXPECT_EQ(header.orientation, 2);
+  EXPECT_EQ(header.scaleMode, 1);
+  EXPECT_EQ(header.spacing, 1.5);
+  EXPECT_TRUE(header.autoHeadings);
+  EXPECT_EQ(header.autoHeadingsFontName, "Arial Narrow");
+  EXPECT_EQ(header.autoHeadingsFontSize, 11);
+  EXPECT_EQ(header.autoHeadingsFontAttr, 5);
+  EXPECT_TRUE(header.autoNewPage);
+  EXPECT_EQ(header.title, "Call Detail");
+  EXPECT_EQ(header.subTitle, "Report Period: 11/01/2026 - 11/22/2026");
+  EXPECT_EQ(DescribeSpool(document.PrintFile()),
+            (Lines{"1 TEXTOUT 0,0 first", "1 TEXTOUT 0,0 second", "1 ENDDOC"}));
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, AutoNewPageAndSubTitleCarryOverToTheNextDocument) {
+  OrlPrinter document(rig.Environment());
+  document.BeginDoc();
+  const std::string fresh = ReadBytes(document.PrintFile()).substr(0, kSpoolRecordSize);
+  EXPECT_EQ(fresh.substr(120, 2), std::string(2, '\0'));
+  EXPECT_EQ(fresh.substr(222), std::string(200, '\0'));  // a new object's SubTitle
+  document.SetAutoNewPage(true);
+  document.SetSubTitle("Period");
+  document.SetTitle("First");
+  document.SetScaleMode(1);
+  document.EndDoc();
+  const std::string first = document.PrintFile();
+
+  document.BeginDoc();
+  document.EndDoc();
+  EXPECT_NE(document.PrintFile(), first);
+  const std::string header = ReadBytes(document.PrintFile()).substr(0, kSpoolRecordSize);
+  EXPECT_EQ(header.substr(120, 2), "\xFF\xFF");
+  EXPECT_EQ(header.substr(222), "Period" + std::string(194, ' '));
+  EXPECT_EQ(header.substr(122, 100), std::string(100, ' '));
+  EXPECT_EQ(header.substr(2, 2), std::string("\x05\x00", 2));
+  // The object keeps its own copies too.
+  EXPECT_EQ(document.Title(), "First");
+  EXPECT_EQ(document.ScaleMode(), 1);
+  document.DestroyReport();
+  std::remove(first.c_str());
+}
+
+TEST_F(OrlPrinterTest, SetFontReopensASpoolFileThatWasDeleted) {
+  OrlPrinter document(rig.Environment());
+  BeginInTwips(document);
+  document.TextOut(0, "gone with the file");
+  ASSERT_EQ(std::remove(document.PrintFile().c_str()), 0);
+  document.SetFont("Arial", 9, 1);
+  document.TextOut(0, "kept");
+  document.EndDoc();
+  EXPECT_EQ(ReadBytes(document.PrintFile()),
+            Bytes(MakeFontRecord(1, "Arial", 9, true, false, false)) + Bytes(MakeTextRecord(1, 0, 0, "kept")) +
+                Bytes(MakePageRecord(1, spool::kEndDoc)));
+  EXPECT_TRUE(rig.errors.empty());
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, SetFontCutsAndTrimsTheNameAndMapsTheAttributeBits) {
+  OrlPrinter document(rig.Environment());
+  BeginInTwips(document);
+  document.SetFont("  Times New Roman  ", 9, 6);  // underline + italic
+  document.SetFont(std::string(199, 'n') + "  tail", 12, 1);
+  document.TextOut(0, "abc");  // bold 12 points: 3 x 158.4 twips
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()),
+            (Lines{"1 SETFONT Times New Roman 9 italic underline", "1 SETFONT " + std::string(199, 'n') + " 12 bold",
+                   "1 TEXTOUT 0,0 abc", "1 ENDDOC"}));
+  EXPECT_DOUBLE_EQ(document.X(), 3 * 158.4);
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, PagesBreakOnlyWhenYIsStrictlyBelowTheBottomLimit) {
+  OrlPrinter document(rig.Environment());
+  std::vector<std::int16_t> newPages;
+  document.OnNewPage = [&](std::int16_t page) { newPages.push_back(page); };
+  BeginInTwips(document);
+  document.SetBottomMargin(840);  // limit 15840 - 840 = 15000
+  document.SetY(20000);
+  document.TextOut(0, "no automatic breaks yet");
+  document.SetAutoNewPage(true);
+  document.SetY(15000);
+  document.TextOut(0, "on the limit");
+  document.SetY(15000.0004);  // the same value in single precision
+  document.TextOut(0, "still on it");
+  document.SetY(15000.01);
+  document.TextOut(100, "past it");
+  document.LineOut(0, 1, 2, 3);
+  document.NewPage();
+  document.NewPage();
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()),
+            (Lines{"1 TEXTOUT 0,20000 no automatic breaks yet", "1 TEXTOUT 0,15000 on the limit",
+                   "1 TEXTOUT 0,15000 still on it", "1 NEWPAGE", "2 TEXTOUT 100,0 past it", "2 LINEOUT 0,1 2,3",
+                   "2 NEWPAGE", "3 NEWPAGE", "4 ENDDOC"}));
+  EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2, 3, 4}));
+  EXPECT_EQ(document.TotalPages(), 4);
+  EXPECT_FLOAT_EQ(document.MaxYPos(), 15000);
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNewPage) {
+  OrlPrinter document(rig.Environment());
+  std::vector<std::int16_t> newPages;
+  document.OnNewPage = [&](std::int16_t page) { newPages.push_back(page); };
+  BeginInTwips(document);
+  document.SetAutoHeadings(true);
+  document.SetAutoHeadingsFontName("Arial");
+  document.SetAutoHeadingsFontSize(10);
+  document.SetTitle("Call Detail");          // 11 characters: 1320 twips
+  document.SetSubTitle("  Report Period ");  // 16 characters: 1920 twips
+  document.SetFont("Times New Roman", 9, 7);
+  EXPECT_TRUE(newPages.empty());
+  document.TextOut(0, "body");
+  document.TextOut(2000, "same line");
+  document.NewPage();
+  document.EndDoc();
+  // Half an inch in; the title centred on the page; the page number ending
+  // half an inch from the right edge; two lines of 240 x 1.3 twips down; the
+  // subtitle centred and one more line; then the body font again. (A reader
+  // cannot tell trailing spaces from the field's padding.)
+  const Lines heading1{"1 SETFONT Arial 10",
+                       "1 TEXTOUT 720,720 Date: 11/22/2026",
+                       "1 TEXTOUT 5460,720 Call Detail",
+                       "1 TEXTOUT 10680,720 Page: 1",
+                       "1 SETFONT Arial 10",
+                       "1 TEXTOUT 5160,1344   Report Period",
+                       "1 SETFONT Times New Roman 9 bold italic underline"};
+  Lines expected{"1 SETFONT Times New Roman 9 bold italic underline"};
+  expected.insert(expected.end(), heading1.begin(), heading1.end());
+  expected.insert(expected.end(), {"1 TEXTOUT 0,1656 body", "1 TEXTOUT 2000,1656 same line", "1 NEWPAGE",
+                                   "2 SETFONT Arial 10", "2 TEXTOUT 720,720 Date: 11/22/2026",
+                                   "2 TEXTOUT 5460,720 Call Detail", "2 TEXTOUT 10680,720 Page: 2",
+                                   "2 SETFONT Arial 10", "2 TEXTOUT 5160,1344   Report Period",
+                                   "2 SETFONT Times New Roman 9 bold italic underline", "2 ENDDOC"});
+  EXPECT_EQ(DescribeSpool(document.PrintFile()), expected);
+  EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2}));
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, TopMarginHoldsTheFirstLineDownIncludingTheHeading) {
+  OrlPrinter document(rig.Environment());
+  BeginInTwips(document);
+  document.SetAutoHeadings(true);
+  document.SetAutoHeadingsFontName("Arial");
+  document.SetAutoHeadingsFontSize(10);
+  document.SetTopMargin(1000);  // more than half an inch
+  EXPECT_EQ(document.Y(), 1000);
+  document.SetFont("Arial", 10, 0);
+  document.TextOut(0, "body");
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()),
+            (Lines{"1 SETFONT Arial 10", "1 SETFONT Arial 10", "1 TEXTOUT 720,1000 Date: 11/22/2026",
+                   "1 TEXTOUT 6120,1000 ",  // an empty title, centred
+                   "1 TEXTOUT 10680,1000 Page: 1", "1 SETFONT Arial 10", "1 SETFONT Arial 10",
+                   "1 TEXTOUT 0,1624 body", "1 ENDDOC"}));
+
+  // Set later, a top margin moves Y only when Y is above it.
+  document.SetY(500);
+  document.SetTopMargin(300);
+  EXPECT_EQ(document.Y(), 500);
+  document.SetTopMargin(800);
+  EXPECT_EQ(document.Y(), 800);
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, CentringUsesThePageWidthAndTextContinuesWhereTheLastEnded) {
+  OrlPrinter document(rig.Environment());
+  document.BeginDoc();
+  document.SetScaleMode(5);
+  document.SetFont("Arial", 10, 0);
+  document.SetBottomMargin(2);
+  document.SetTopMargin(0.25);
+  document.TextOut(-1, "abc");        // (12240 - 360) / 2 twips
+  document.TextOut(document.X(), "de");
+  document.NewLine();                 // 312 twips
+  document.TextOut(1, std::nullopt);  // a null text is written empty
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()),
+            (Lines{"1 SETFONT Arial 10", "1 TEXTOUT 4.125,0.25 abc", "1 TEXTOUT 4.375,0.25 de",
+                   "1 TEXTOUT 1,0.466667 ", "1 ENDDOC"}));
+  EXPECT_EQ(document.PageWidth(), 8);  // 8.5 inches, rounded half to even
+  EXPECT_EQ(document.PageHeight(), 11);
+  EXPECT_FLOAT_EQ(document.MaxYPos(), 9);
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, MemoOutWrapsWordsAndPutsAnOverWideWordOnALineOfItsOwn) {
+  OrlPrinter document(rig.Environment());
+  BeginInTwips(document);
+  document.SetFont("Courier", 10, 0);
+  const std::string memo = "aaa bbbbbbbbbbbbbbb cc dd\r\nee";
+  EXPECT_DOUBLE_EQ(document.MemoHeight(100, 1300, memo), 3 * 312);
+  document.MemoOut(100, 1300, memo);  // ten characters wide
+  EXPECT_EQ(document.Y(), 3 * 312);
+  EXPECT_EQ(document.X(), 100 + 2 * 120);
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()),
+            (Lines{"1 SETFONT Courier 10", "1 TEXTOUT 100,0 aaa", "1 TEXTOUT 100,312 bbbbbbbbbbbbbbb",
+                   "1 TEXTOUT 100,624 cc dd", "1 TEXTOUT 100,936 ee", "1 ENDDOC"}));
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
+  int measured = 0;
+  rig.page = PageSetup{11906, 16838, 1};
+  OrlPrinterEnvironment environment = rig.Environment();
+  environment.measurePrinter = [&] {
+    if (++measured == 1) throw RuntimeError(482, "Printer error");
+    return rig.page;
+  };
+  int previews = 0;
+  environment.showPreview = [&](OrlPrinter&) { ++previews; };
+  OrlPrinter document(environment);
+
+  // Retried: the second measurement counts.
+  document.OnPrinterError = [](bool& retry) { retry = true; };
+  document.BeginDoc();
+  EXPECT_EQ(measured, 2);
+  EXPECT_FALSE(document.PrinterFailed());
+  EXPECT_EQ(document.PageWidth(), 11906);
+  document.EndDoc();
+  document.PreviewReport();
+  EXPECT_EQ(previews, 1);
+  document.DestroyReport();
+
+  // Not retried: the rest of the document is dropped without a word.
+  measured = 0;
+  document.OnPrinterError = [](bool&) {};
+  document.BeginDoc();
+  EXPECT_TRUE(document.PrinterFailed());
+  document.SetFont("Arial", 9, 0);
+  document.TextOut(0, "dropped");
+  document.MemoOut(0, 1, "dropped");
+  document.LineOut(0, 0, 1, 1);
+  document.NewPage();
+  document.NewLine();
+  document.EndDoc();
+  document.PreviewReport();
+  EXPECT_EQ(previews, 1);
+  EXPECT_EQ(DescribeSpool(document.PrintFile()), (Lines{"1 ENDDOC"}));
+  EXPECT_TRUE(rig.errors.empty());
+  document.DestroyReport();
+
+  // The next document starts clean.
+  document.BeginDoc();
+  EXPECT_FALSE(document.PrinterFailed());
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, ErrorsInTextOutSetFontAndThePageCheckAreShownAndTheDocumentGoesOn) {
+  OrlPrinter document(rig.Environment());
+  document.OnNewPage = [](std::int16_t) { throw RuntimeError(err::kSubscript); };
+  BeginInTwips(document);
+  document.TextOut(0, "still written");
+  ASSERT_EQ(rig.errors.size(), 1u);
+  EXPECT_EQ(rig.errors[0].substr(0, rig.errors[0].find("The error")),
+            "Error 9 Subscript out of range\r\nin Class Module OrlPrinter procedure CheckNewPage.\r\n");
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()), (Lines{"1 TEXTOUT 0,0 still written", "1 ENDDOC"}));
+
+  // After EndDoc the spool is closed.
+  document.TextOut(0, "late");
+  document.SetFont("Arial", 9, 0);
+  ASSERT_EQ(rig.errors.size(), 3u);
+  EXPECT_NE(rig.errors[1].find("Error 52 "), std::string::npos);
+  EXPECT_NE(rig.errors[1].find("in Class Module OrlPrinter procedure TextOut."), std::string::npos);
+  EXPECT_NE(rig.errors[2].find("in Class Module OrlPrinter procedure SetFont."), std::string::npos);
+  // Other calls pass their errors on.
+  EXPECT_THROW(document.LineOut(0, 0, 1, 1), RuntimeError);
+  EXPECT_THROW(document.EndDoc(), RuntimeError);
+  document.DestroyReport();
+
+  // Header properties need an open spool.
+  OrlPrinter unopened(rig.Environment());
+  try {
+    unopened.SetTitle("too early");
+    ADD_FAILURE() << "a header property was set without a spool";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kBadFile);
+  }
+}
+
+TEST_F(OrlPrinterTest, AHeadingNeverBreaksThePageAgainWhateverTheMargins) {
+  OrlPrinter document(rig.Environment());
+  BeginInTwips(document);
+  document.SetAutoNewPage(true);
+  document.SetAutoHeadings(true);
+  document.SetAutoHeadingsFontName("Arial");
+  document.SetAutoHeadingsFontSize(10);
+  document.SetBottomMargin(20000);  // the bottom limit lies above the page
+  document.OnNewPage = [&](std::int16_t) { document.TextOut(0, "column headings"); };
+  document.TextOut(0, "one");
+  document.TextOut(0, "two");
+  document.EndDoc();
+  int pages = 0;
+  int bodies = 0;
+  for (const std::string& line : DescribeSpool(document.PrintFile())) {
+    if (line.find("NEWPAGE") != std::string::npos) ++pages;
+    if (line.ends_with(" one") || line.ends_with(" two")) ++bodies;
+  }
+  EXPECT_EQ(pages, 2);
+  EXPECT_EQ(bodies, 2);
+  EXPECT_EQ(document.TotalPages(), 3);
+  document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptSpool) {
+  OrlPrinterEnvironment environment = rig.Environment();
+  std::string answer;
+  environment.askSaveFileName = [&] { return answer; };
+  OrlPrinter document(environment);
+  BeginInTwips(document);
+  document.TextOut(1440, "Total");
+  document.EndDoc();
+
+  document.SaveReport();  // cancelled
+  EXPECT_EQ(folder.Names().size(), 1u);
+  answer = folder.File("report.txt");
+  document.SaveReport();
+  EXPECT_EQ(ReadBytes(answer), std::string(13, ' ') + "Total");  // column 14
+  document.SaveReport(folder.File("named.txt"));
+  EXPECT_EQ(ReadBytes(folder.File("named.txt")), std::string(13, ' ') + "Total");
+
+  const std::string spool = document.PrintFile();
+  const std::string kept = folder.File("kept.spl");
+  testing::WriteBytes(kept, ReadBytes(spool));
+  document.SetPrintTextFile(kept);
+  EXPECT_EQ(document.PrintTextFile(), "");
+  EXPECT_EQ(document.PrintFile(), kept);
+  std::remove(spool.c_str());
+}
+
+}  // namespace
+}  // namespace cw
