@@ -1,0 +1,254 @@
+// The line usage summary of tab 2: per telephone line, the calls in and out
+// and the time the line was in use, as totals and by day of the week, with
+// "Include Graph" a chart of calls per line.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/log_buffer.h"
+#include "data/log_conversions.h"
+#include "data/record_selection.h"
+#include "reports/chart_handover.h"
+#include "reports/matrix_cells.h"
+#include "reports/report_form.h"
+#include "reports/seconds_to_text.h"
+#include "support/date_format.h"
+#include "support/runtime_error.h"
+#include "support/whole_numbers.h"
+
+namespace cw {
+
+namespace {
+
+// Columns of the totals matrix.
+constexpr std::size_t kInbound = 1;
+constexpr std::size_t kOutbound = 2;
+constexpr std::size_t kAllCalls = 3;
+constexpr std::size_t kSeconds = 4;
+// Columns of the week matrix after the seven weekdays.
+constexpr std::size_t kWeekCalls = 8;
+constexpr std::size_t kWeekSeconds = 9;
+
+// Positions, in inches: row labels start at 1.5, values end at their column.
+constexpr double kRowLabelX = 1.5;
+constexpr double kInboundX = 3.125;
+constexpr double kOutboundX = 4.375;
+constexpr double kTotalCallsX = 5.5;
+constexpr double kTotalTimeX = 6.5;
+constexpr double WeekdayColumnX(int weekday) { return 2.0 + 0.7 * weekday; }
+
+// Up to this many lines the tables leave room for the chart on the first
+// page; from 17 lines on the chart goes to a new page when the tables end low.
+constexpr int kLinesForChartPage = 17;
+constexpr double kChartPageLimitY = 8.5;
+// Below 16 lines the totals table starts one line lower.
+constexpr int kLinesForExtraLine = 16;
+
+// Durations in this report are written "m:ss" under an hour.
+constexpr bool kShortMinutes = true;
+
+// Progress is reported every so many records, never per record.
+constexpr std::int64_t kProgressEvery = 4096;
+
+}  // namespace
+
+void ReportForm::Process_LineUsage() {
+  try {
+    const int lines = environment_.activeLines;
+    const std::size_t rows = lines > 0 ? static_cast<std::size_t>(lines) : 0;
+    matrices_.lineTotals.assign(rows + 1, {});
+    matrices_.lineWeek.assign(rows + 2, {});
+    const LogBuffer log = LogBuffer::Load(environment_.logPath);
+    SelectionCriteria criteria;
+    criteria.from = fromDate_;
+    criteria.to = toDate_;
+    criteria.direction = request_.direction;
+    RecordSelection selection(log.Text(), criteria);
+    std::int64_t nextProgress = kProgressEvery;
+
+    while (const std::optional<CallRecord> record = selection.Next()) {
+      // A line field that is not a number, or a line beyond the active lines,
+      // leaves the record out; the loop goes on.
+      std::int16_t line = 0;
+      try {
+        line = TextToInt16(record->Line());
+      } catch (const RuntimeError&) {
+        continue;
+      }
+      if (line <= lines) {
+        processingRecord_ = record->Text();
+        Build_LineMatrix(line, record->Direction(), record->Date(), record->Duration());
+      }
+
+      if (selection.RecordsRead() >= nextProgress) {
+        host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
+                       static_cast<std::int64_t>(selection.BufferSize()));
+        host_.DoEvents();
+        nextProgress = selection.RecordsRead() + kProgressEvery;
+      }
+    }
+    processingRecord_ = {};
+    Print_LineUsage();
+    EraseMatrices();
+  } catch (const RuntimeError& error) {
+    processingRecord_ = {};
+    ShowError(error, "Process_LineUsage");
+  }
+}
+
+void ReportForm::Build_LineMatrix(std::int16_t line, std::string_view direction, std::string_view date,
+                                  std::string_view duration) {
+  try {
+    Matrices& m = matrices_;
+    const std::int32_t seconds = DurationToSeconds(duration);
+    std::size_t kind = 0;
+    if (direction == "In") {
+      kind = kInbound;
+    } else if (direction == "Out") {
+      kind = kOutbound;
+    } else {
+      return;
+    }
+    const int weekday = CachedWeekday(m, date);
+    // Lines count from 1; the last week row is the seconds row.
+    if (line < 1 || static_cast<std::size_t>(line) >= m.lineTotals.size()) throw RuntimeError(err::kSubscript);
+
+    auto& totals = m.lineTotals[static_cast<std::size_t>(line)];
+    auto& week = m.lineWeek[static_cast<std::size_t>(line)];
+    auto& secondsRow = m.lineWeek.back();
+    const auto day = static_cast<std::size_t>(weekday);
+    // Every sum is worked out before any is stored, so an overflow leaves the
+    // tables as they were.
+    const std::int32_t kindCalls = SumInt32(totals[kind], 1);
+    const std::int32_t allCalls = SumInt32(totals[kAllCalls], 1);
+    const std::int32_t lineSeconds = SumInt32(totals[kSeconds], seconds);
+    const std::int32_t dayCalls = SumInt32(week[day], 1);
+    const std::int32_t weekCalls = SumInt32(week[kWeekCalls], 1);
+    const std::int32_t weekSeconds = SumInt32(week[kWeekSeconds], seconds);
+    const std::int32_t daySeconds = SumInt32(secondsRow[day], seconds);
+    totals[kind] = kindCalls;
+    totals[kAllCalls] = allCalls;
+    totals[kSeconds] = lineSeconds;
+    week[day] = dayCalls;
+    week[kWeekCalls] = weekCalls;
+    week[kWeekSeconds] = weekSeconds;
+    secondsRow[day] = daySeconds;
+  } catch (RuntimeError& error) {
+    error.SetProcessing(std::string(processingRecord_));
+    ShowError(error, "Build_LineMatrix");
+  }
+}
+
+void ReportForm::Print_LineUsage() {
+  OrlPrinter& document = *document_;
+  std::string chartFile;  // set once a chart is asked for: deleted after the report
+  try {
+    const Matrices& m = matrices_;
+    // The matrices are made by Process_LineUsage; the seconds row is their last.
+    if (m.lineWeek.empty()) throw RuntimeError(err::kSubscript);
+    const int lines = m.lineTotals.empty() ? 0 : static_cast<int>(m.lineTotals.size()) - 1;
+    auto right = [&](double x, std::string_view text) { document.TextOut(RightAlignedX(x, text), text); };
+    auto rowLabel = [&](std::string_view label) {
+      SetHeadingFont();
+      document.TextOut(kRowLabelX, label);
+      SetBodyFont();
+    };
+
+    // Totals per line.
+    if (lines < kLinesForExtraLine) document.NewLine();
+    SetHeadingFont();
+    document.TextOut(-1, "Line Usage Totals");
+    // The column headings go on their own line under the title, as in the
+    // other tables; on the title's line they would run into it.
+    document.NewLine();
+    right(kInboundX, "Inbound");
+    right(kOutboundX, "Outbound");
+    right(kTotalCallsX, "Total Calls");
+    right(kTotalTimeX, "Total Time");
+    std::int32_t inbound = 0;
+    std::int32_t outbound = 0;
+    std::int32_t allCalls = 0;
+    std::int32_t allSeconds = 0;
+    for (int line = 1; line <= lines; ++line) {
+      const auto& totals = m.lineTotals[static_cast<std::size_t>(line)];
+      document.NewLine();
+      rowLabel("Line " + std::to_string(line));
+      right(kInboundX, std::to_string(totals[kInbound]));
+      right(kOutboundX, std::to_string(totals[kOutbound]));
+      right(kTotalCallsX, std::to_string(totals[kAllCalls]));
+      right(kTotalTimeX, SecondsToText(totals[kSeconds], kShortMinutes));
+      inbound = AddInt32(inbound, totals[kInbound]);
+      outbound = AddInt32(outbound, totals[kOutbound]);
+      allCalls = AddInt32(allCalls, totals[kAllCalls]);
+      allSeconds = AddInt32(allSeconds, totals[kSeconds]);
+    }
+    document.NewLine();
+    rowLabel("Total Calls");
+    right(kInboundX, std::to_string(inbound));
+    right(kOutboundX, std::to_string(outbound));
+    right(kTotalCallsX, std::to_string(allCalls));
+    right(kTotalTimeX, SecondsToText(allSeconds, kShortMinutes));
+
+    document.NewLine();
+    document.NewLine();
+    document.NewLine();
+
+    // Calls per line and weekday; the last row is the time of all lines.
+    SetHeadingFont();
+    document.TextOut(-1, "Day of the Week Line Usage Summary");
+    document.NewLine();
+    for (int weekday = 1; weekday <= 7; ++weekday) right(WeekdayColumnX(weekday), WeekdayName(weekday, true));
+    std::array<std::int32_t, 8> daySums{};
+    for (int line = 1; line <= lines; ++line) {
+      const auto& week = m.lineWeek[static_cast<std::size_t>(line)];
+      document.NewLine();
+      rowLabel("Line " + std::to_string(line));
+      for (std::size_t day = 1; day <= 7; ++day) {
+        right(WeekdayColumnX(static_cast<int>(day)), std::to_string(week[day]));
+        daySums[day] = AddInt32(daySums[day], week[day]);
+      }
+    }
+    document.NewLine();
+    rowLabel("Total Calls");
+    for (std::size_t day = 1; day <= 7; ++day) right(WeekdayColumnX(static_cast<int>(day)), std::to_string(daySums[day]));
+    document.NewLine();
+    rowLabel("Total Time");
+    const auto& secondsRow = m.lineWeek.back();
+    for (std::size_t day = 1; day <= 7; ++day) {
+      right(WeekdayColumnX(static_cast<int>(day)), SecondsToText(secondsRow[day], kShortMinutes));
+    }
+
+    if (request_.chart) {
+      if (lines >= kLinesForChartPage) {
+        // Many lines leave little room: the chart starts a page of its own
+        // when the tables end low, else it goes under the last row.
+        if (document.Y() >= kChartPageLimitY) {
+          document.NewPage();
+        } else {
+          document.NewLine();
+        }
+      } else {
+        document.NewLine();
+        document.NewLine();
+        document.NewLine();
+      }
+      std::vector<std::int32_t> perLine;
+      perLine.reserve(static_cast<std::size_t>(lines));
+      for (int line = 1; line <= lines; ++line) perLine.push_back(m.lineWeek[static_cast<std::size_t>(line)][kWeekCalls]);
+      chartFile = ChartBitmapPath(environment_.pathFolder, environment_.tempFolder);
+      PlaceBarChart(document, host_, LineBarChart(perLine), chartFile, kLineChartLeft);
+    }
+
+    document.EndDoc();
+    document.PreviewReport();
+    document.DestroyReport();
+  } catch (const RuntimeError& error) {
+    ShowError(error, "Print_LineUsage");
+  }
+  if (!chartFile.empty()) DeleteChartBitmap(chartFile);
+}
+
+}  // namespace cw
