@@ -92,6 +92,10 @@ class ReportForm {
   };
   const Matrices& WorkingMatrices() const { return matrices_; }
 
+  // The partial-match flag: chkPartial while a tab 5 or 6 report runs, false
+  // at every other time.
+  bool PartialMatch() const { return partialMatch_; }
+
   // The standard error box for an error trapped in one of this form's procedures.
   void ShowError(const RuntimeError& error, std::string_view procedure,
                  ErrorBoxForm form = ErrorBoxForm::kClassic);
