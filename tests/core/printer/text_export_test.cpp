@@ -1,0 +1,145 @@
+#include "printer/text_export.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "spool_test_files.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+using testing::Bytes;
+using testing::DefaultHeader;
+using testing::HeaderWithScaleMode;
+using testing::ReadBytes;
+using testing::SpoolBytes;
+using testing::TempFolder;
+using testing::WriteBytes;
+
+std::string Expected(const std::string& name) {
+  return ReadBytes(std::string(CW_TEST_DATA_DIR) + "/printer/text-export/" + name);
+}
+
+// Exports the spool made of `bytes` and returns the text file's bytes.
+std::string Export(TempFolder& folder, const std::string& bytes, std::vector<std::string>* problems = nullptr) {
+  const std::string spool = folder.File("case.spl");
+  const std::string text = folder.File("case.txt");
+  WriteBytes(spool, bytes);
+  SpoolProblems found = ExportSpoolToTextFile(spool, text);
+  if (problems != nullptr) *problems = found.Lines();
+  return ReadBytes(text);
+}
+
+TEST(TextExport, WritesEachPageLineAtItsColumns) {
+  TempFolder folder;
+  // Inches: one inch is 14.4 columns.
+  const std::string spool = SpoolBytes(
+      DefaultHeader(),
+      {MakeFontRecord(1, "Arial", 9, true, false, false), MakeTextRecord(1, 0.5, 0.5, "Date: 11/22/2026"),
+       MakeTextRecord(1, 3.8125, 0.5, "Call Detail"), MakeTextRecord(1, 7, 0.5, "Page: 1"),
+       MakeGraphicsRecord(1, spool::kLineOut, 0.5, 0.9, 8, 0.9), MakeTextRecord(1, 0.5, 1, "Number"),
+       MakeTextRecord(1, 2, 1, "  Caf\xE9  "),
+       MakeTextRecord(1, 1, 1, "Over"),  // left of where the line already is
+       MakePageRecord(1, spool::kNewPage),
+       MakeTextRecord(2, 0.5, 0.5, "Date: 11/22/2026"),  // higher up: no line break of its own
+       MakeImageRecord(2, "chart.bmp", 1, 1, 2, 2), MakeTextRecord(2, 0, 1.25, ""),
+       MakePageRecord(2, spool::kEndDoc), MakeTextRecord(2, 0, 2, "never")});
+  std::vector<std::string> problems;
+  EXPECT_EQ(Export(folder, spool, &problems), Expected("report-two-pages.txt"));
+  EXPECT_EQ(problems, (std::vector<std::string>{}));
+}
+
+TEST(TextExport, RoundsColumnsHalfToEvenAndTabsPastColumnsOntoTheNextLine) {
+  TempFolder folder;
+  // Twips: a column is 100 twips, and 250, 450, 650, 150 and 50 twips fall
+  // exactly halfway between two columns.
+  EXPECT_EQ(Export(folder, SpoolBytes(HeaderWithScaleMode(1),
+                                      {MakeTextRecord(1, 250, 0, "a"), MakeTextRecord(1, 450, 0, "b"),
+                                       MakeTextRecord(1, 650, 0, "c"), MakeTextRecord(1, -500, 100, "d"),
+                                       MakeTextRecord(1, 150, 100, "e"), MakeTextRecord(1, 50, 100, "f"),
+                                       MakePageRecord(1, spool::kEndDoc)})),
+            Expected("columns-half-to-even.txt"));
+  // Pixels are 15 twips: 80 pixels are column 12.
+  EXPECT_EQ(Export(folder, SpoolBytes(HeaderWithScaleMode(3),
+                                      {MakeTextRecord(1, 80, 0, "x"), MakePageRecord(1, spool::kEndDoc)})),
+            std::string(11, ' ') + "x");
+}
+
+TEST(TextExport, TwoNewPagesMakeAnEmptyPage) {
+  TempFolder folder;
+  EXPECT_EQ(Export(folder, SpoolBytes(DefaultHeader(),
+                                      {MakeTextRecord(1, 0, 0, "one"), MakePageRecord(1, spool::kNewPage),
+                                       MakePageRecord(2, spool::kNewPage), MakeTextRecord(3, 0, 0, "three"),
+                                       MakePageRecord(3, spool::kEndDoc)})),
+            Expected("empty-page.txt"));
+}
+
+TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
+  TempFolder folder;
+  const std::string bytes =
+      SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 0, "kept"), MakePageRecord(1, "CIRCLE"),
+                                   MakeTextRecord(1, std::numeric_limits<double>::quiet_NaN(), 1, "nan"),
+                                   MakeTextRecord(1, 3000, 1, "too far")}) +
+      Bytes(MakeTextRecord(1, 0, 2, "cut")).substr(0, 300);
+  std::vector<std::string> problems;
+  EXPECT_EQ(Export(folder, bytes, &problems), Expected("damaged-spool.txt"));
+  EXPECT_EQ(problems, (std::vector<std::string>{
+                          "record 3: unknown keyword \"CIRCLE\"; skipped",
+                          "record 4: text position (nan, 1) is off any page; skipped",
+                          "record 5: text at column 43200 is beyond the widest line (32767); skipped",
+                          "record 6: cut short: only 300 of 422 bytes; ignored",
+                          "no ENDDOC record: the file ends after record 5",
+                      }));
+}
+
+TEST(TextExport, AFailedWriteLeavesNothingUnderTheTargetName) {
+  TempFolder folder;
+  std::vector<SpoolRecord> rows;
+  for (int i = 0; i < 20000; ++i) rows.push_back(MakeTextRecord(1, 0, i + 1, "a row of the report"));
+  const std::string spool = folder.File("big.spl");
+  WriteBytes(spool, SpoolBytes(DefaultHeader(), rows));
+  const std::string target = folder.File("report.txt");
+  WriteBytes(target, "the previous report");
+
+  {
+    // Room for the spool, not for the text beside it.
+    testing::FileSizeLimit fullDisk(100000);
+    try {
+      ExportSpoolToTextFile(spool, target);
+      ADD_FAILURE() << "the export did not report the full disk";
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), err::kPathFileAccess);
+      EXPECT_NE(error.Description().find(target), std::string::npos) << error.Description();
+    }
+  }
+  EXPECT_EQ(ReadBytes(target), "the previous report");
+  EXPECT_EQ(folder.Names().size(), 2u);  // no temporary file left behind
+
+  // A folder that does not exist, and a "folder" that is a file.
+  try {
+    ExportSpoolToTextFile(spool, folder.File("missing/report.txt"));
+    ADD_FAILURE() << "an export into a missing folder succeeded";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathNotFound);
+  }
+  EXPECT_THROW(ExportSpoolToTextFile(spool, target + "/report.txt"), RuntimeError);
+  EXPECT_THROW(ExportSpoolToTextFile(spool, ""), RuntimeError);
+  EXPECT_EQ(folder.Names().size(), 2u);
+}
+
+TEST(TextExport, CountsProgressAgainstTheWholeRecordsOfTheFile) {
+  TempFolder folder;
+  const std::string spool = folder.File("p.spl");
+  WriteBytes(spool, SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 0, 0, "x"), MakePageRecord(1, spool::kEndDoc),
+                                                 MakeTextRecord(1, 0, 0, "after")}));
+  std::vector<std::pair<std::int64_t, std::int64_t>> steps;
+  ExportSpoolToTextFile(spool, folder.File("p.txt"),
+                        [&](std::int64_t done, std::int64_t total) { steps.emplace_back(done, total); });
+  EXPECT_EQ(steps, (std::vector<std::pair<std::int64_t, std::int64_t>>{{1, 4}, {2, 4}}));
+}
+
+}  // namespace
+}  // namespace cw
