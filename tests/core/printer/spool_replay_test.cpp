@@ -1,0 +1,232 @@
+#include "printer/spool_replay.h"
+
+#include <gtest/gtest.h>
+
+#include "recording_device.h"
+#include "spool_test_files.h"
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+using testing::Bytes;
+using testing::DefaultHeader;
+using testing::RecordingDevice;
+using testing::SpoolBytes;
+using testing::TempFolder;
+using testing::WriteBytes;
+using Calls = std::vector<std::string>;
+
+// Three pages in inches; the records are numbered 2 to 11.
+std::vector<SpoolRecord> ThreePages() {
+  return {MakeFontRecord(1, "Arial", 9, true, false, false),       // 2
+          MakeTextRecord(1, 1, 1, "p1"),                          // 3
+          MakeGraphicsRecord(1, spool::kLineOut, 0, 1.5, 8, 1.5),  // 4
+          MakePageRecord(1, spool::kNewPage),                     // 5
+          MakeTextRecord(2, 1, 1, "p2"),                          // 6
+          MakeGraphicsRecord(2, spool::kBoxOut, 1, 2, 3, 4),       // 7
+          MakePageRecord(2, spool::kNewPage),                     // 8
+          MakeImageRecord(3, "chart.bmp", 1, 2, 3, 4),             // 9
+          MakeTextRecord(3, 1, 0.5, "p3"),                        // 10
+          MakePageRecord(3, spool::kEndDoc)};                     // 11
+}
+
+class SpoolReplayTest : public ::testing::Test {
+ protected:
+  std::string Spool(const std::string& bytes) {
+    const std::string path = folder.File("spool.spl");
+    WriteBytes(path, bytes);
+    return path;
+  }
+
+  TempFolder folder;
+  RecordingDevice device;
+};
+
+TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
+  ReplayResult result = ReplaySpool(Spool(SpoolBytes(DefaultHeader(), ThreePages())), device, {});
+  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Font Arial 9 bold",
+                                 "Text 1440,1440 p1", "Line 0,2160 11520,2160", "EndPage", "BeginPage",
+                                 "Text 1440,1440 p2", "Box 1440,2880 4320,5760", "EndPage", "BeginPage",
+                                 "Image chart.bmp 1440,2880 4320x5760", "Text 1440,720 p3", "EndPage",
+                                 "EndDocument"}));
+  EXPECT_EQ(result.pagesBegun, 3);
+  EXPECT_EQ(result.recordsRead, 10);
+  EXPECT_TRUE(result.problems.Empty());
+}
+
+TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
+  const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
+  ReplayOptions options;
+  options.fromPage = 2;
+  options.toPage = 2;
+  ReplaySpool(spool, device, options);
+  // The font of page 1 is skipped with its page; the NEWPAGE of page 2 is the
+  // range's last and starts nothing.
+  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1440,1440 p2",
+                                 "Box 1440,2880 4320,5760", "EndPage", "EndDocument"}));
+
+  device.calls.clear();
+  options.fromPage = 3;
+  options.toPage = 2;
+  ReplayResult nothing = ReplaySpool(spool, device, options);
+  EXPECT_EQ(device.calls, Calls{});
+  EXPECT_EQ(nothing.pagesBegun, 0);
+  EXPECT_EQ(nothing.recordsRead, 8);  // pages 1 and 2 lie below From; page 3 is past To
+
+  // A range that holds only an empty page starts no page either.
+  device.calls.clear();
+  options.fromPage = 1;
+  options.toPage = 1;
+  ReplaySpool(Spool(SpoolBytes(DefaultHeader(),
+                               {MakeFontRecord(1, "Arial", 9, false, false, false), MakePageRecord(1, spool::kNewPage),
+                                MakeTextRecord(2, 0, 0, "two"), MakePageRecord(2, spool::kEndDoc)})),
+              device, options);
+  EXPECT_EQ(device.calls, Calls{});
+}
+
+TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
+  const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
+  ReplayOptions options;
+  options.fromPage = 2;
+  options.toPage = 3;
+  options.copies = 2;
+  options.offsetXTwips = 360;
+  options.offsetYTwips = 180;
+  options.beginCopy = [&](std::int16_t copy) { device.calls.push_back("Title for copy " + std::to_string(copy)); };
+  std::vector<std::pair<std::int64_t, std::int64_t>> progress;
+  options.progress = [&](std::int64_t done, std::int64_t total) { progress.emplace_back(done, total); };
+  ReplayResult result = ReplaySpool(spool, device, options);
+  const Calls copy{"BeginDocument 12240x15840 portrait",
+                   "BeginPage",
+                   "Text 1080,1260 p2",
+                   "Box 1080,2700 3960,5580",
+                   "EndPage",
+                   "BeginPage",
+                   "Image chart.bmp 1080,2700 4320x5760",
+                   "Text 1080,540 p3",
+                   "EndPage",
+                   "EndDocument"};
+  Calls expected{"Title for copy 1"};
+  expected.insert(expected.end(), copy.begin(), copy.end());
+  expected.push_back("Title for copy 2");
+  expected.insert(expected.end(), copy.begin(), copy.end());
+  EXPECT_EQ(device.calls, expected);
+  EXPECT_EQ(result.pagesBegun, 4);
+  ASSERT_EQ(progress.size(), 20u);
+  EXPECT_EQ(progress.front(), (std::pair<std::int64_t, std::int64_t>{1, 22}));
+  EXPECT_EQ(progress.back(), (std::pair<std::int64_t, std::int64_t>{20, 22}));
+}
+
+TEST_F(SpoolReplayTest, ALandscapeHeaderTurnsThePaper) {
+  SpoolRecord header = DefaultHeader();
+  PutInt16(header.data(), spool::kOrientation, 2);
+  ReplayOptions a4;
+  a4.page = PageSetup{11906, 16838, 1};
+  ReplaySpool(Spool(SpoolBytes(header, {MakeTextRecord(1, 0, 0, "wide"), MakePageRecord(1, spool::kEndDoc)})),
+              device, a4);
+  EXPECT_EQ(device.calls.front(), "BeginDocument 16838x11906 landscape");
+}
+
+TEST_F(SpoolReplayTest, DamagedSpoolsReplayWhatIsValidAndReportTheRest) {
+  device.missingImages = {"chart.bmp"};
+  const std::string bytes =
+      SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 1, "before"), MakePageRecord(1, "CIRCLE"),
+                                   MakeImageRecord(1, "chart.bmp", 1, 2, 0, 0), MakeTextRecord(-4, 1, 1, "bad page"),
+                                   MakeTextRecord(1, 1, 2, "after")}) +
+      Bytes(MakeTextRecord(1, 1, 3, "cut")).substr(0, 10);
+  ReplayResult result = ReplaySpool(Spool(bytes), device, {});
+  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1440,1440 before",
+                                 "Image chart.bmp 1440,2880 0x0", "Text 1440,2880 after", "EndPage",
+                                 "EndDocument"}));
+  EXPECT_EQ(result.missingImages, (std::vector<std::string>{"chart.bmp"}));
+  EXPECT_EQ(result.problems.Lines(),
+            (std::vector<std::string>{
+                "record 3: unknown keyword \"CIRCLE\"; skipped",
+                "record 4: picture file \"chart.bmp\" cannot be loaded; the page is left as drawn so far",
+                "record 5: page number -4 is not a page; skipped",
+                "record 7: cut short: only 10 of 422 bytes; ignored",
+                "no ENDDOC record: the file ends after record 6",
+            }));
+
+  // Nothing at all to replay.
+  device.calls.clear();
+  ReplayResult empty = ReplaySpool(Spool(""), device, {});
+  EXPECT_EQ(device.calls, Calls{});
+  EXPECT_EQ(empty.problems.Lines(), (std::vector<std::string>{"the file holds no header record (0 bytes)"}));
+  EXPECT_THROW(ReplaySpool(folder.File("absent.spl"), device, {}), RuntimeError);
+}
+
+TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
+  const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
+  int asked = 0;
+  ReplayOptions options;
+  options.copies = 3;
+  options.shouldStop = [&] { return ++asked > 3; };
+  ReplayResult stopped = ReplaySpool(spool, device, options);
+  EXPECT_TRUE(stopped.stopped);
+  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Font Arial 9 bold",
+                                 "Text 1440,1440 p1", "Line 0,2160 11520,2160", "EndPage", "EndDocument"}));
+
+  // A failing text is retried once when the host says so.
+  device.calls.clear();
+  int failures = 0;
+  device.beforeCall = [&](const std::string& call) {
+    if (call == "Text 1440,1440 p2" && failures++ == 0) throw RuntimeError(482, "Printer error");
+  };
+  int retries = 0;
+  ReplayOptions retry;
+  retry.fromPage = 2;
+  retry.toPage = 2;
+  retry.onPrinterError = [&] { return ++retries == 1; };
+  ReplayResult retried = ReplaySpool(spool, device, retry);
+  EXPECT_FALSE(retried.printerFailed);
+  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1440,1440 p2",
+                                 "Box 1440,2880 4320,5760", "EndPage", "EndDocument"}));
+
+  // Without a retry the rest is dropped.
+  device.calls.clear();
+  failures = 0;
+  retries = 1;
+  ReplayResult failed = ReplaySpool(spool, device, retry);
+  EXPECT_TRUE(failed.printerFailed);
+  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage"}));
+
+  // Without a host to ask, the error goes to the caller.
+  failures = 0;
+  retry.onPrinterError = nullptr;
+  EXPECT_THROW(ReplaySpool(spool, device, retry), RuntimeError);
+}
+
+TEST_F(SpoolReplayTest, ThePageIndexFindsEachPageForTheirOwnReplay) {
+  std::vector<SpoolRecord> records = ThreePages();
+  records.insert(records.end() - 1, MakePageRecord(3, spool::kNewPage));  // page 4 is empty
+  records.back() = MakePageRecord(4, spool::kEndDoc);
+  const std::string path = Spool(SpoolBytes(DefaultHeader(), records));
+  SpoolReader reader(path);
+  const SpoolPageIndex index = SpoolPageIndex::Build(reader);
+  EXPECT_EQ(index.LastPage(), 4);
+  EXPECT_EQ(index.FirstRecord(1), 2);
+  EXPECT_EQ(index.FirstRecord(2), 6);
+  EXPECT_EQ(index.FirstRecord(3), 9);
+  EXPECT_EQ(index.FirstRecord(4), 12);
+  EXPECT_EQ(index.ByteOffset(3), 8 * 422);
+  EXPECT_EQ(index.FirstRecord(5), std::nullopt);
+  EXPECT_EQ(index.FirstRecord(0), std::nullopt);
+
+  // Backwards from the last page to the second, as the preview pages.
+  EXPECT_EQ(ReplayPage(reader, index, 3, device), (std::vector<std::string>{}));
+  device.calls.clear();
+  ReplayPage(reader, index, 2, device);
+  EXPECT_EQ(device.calls, (Calls{"BeginPage", "Text 1440,1440 p2", "Box 1440,2880 4320,5760", "EndPage"}));
+  device.calls.clear();
+  ReplayPage(reader, index, 4, device);
+  ReplayPage(reader, index, 9, device);
+  EXPECT_EQ(device.calls, (Calls{"BeginPage", "EndPage", "BeginPage", "EndPage"}));
+
+  device.missingImages = {"chart.bmp"};
+  EXPECT_EQ(ReplayPage(reader, index, 3, device), (std::vector<std::string>{"chart.bmp"}));
+}
+
+}  // namespace
+}  // namespace cw
