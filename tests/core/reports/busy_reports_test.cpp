@@ -1,0 +1,324 @@
+// The all-lines-busy reports over small busy logs: the occurrence listing and
+// the day-of-week / time-of-day summary, compared with their expected text
+// exports, plus the busy-log line itself.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/settings/temp_folder.h"
+#include "core/support/error_number.h"
+#include "printer/fixed_pitch_metrics.h"
+#include "reports/busy_log.h"
+#include "reports/report_form.h"
+#include "testing/memory_settings_store.h"
+#include "testing/recording_host.h"
+
+namespace cw {
+namespace {
+
+using test::ErrorNumberOf;
+using testing::MemorySettingsStore;
+using testing::RecordingHost;
+using testing::TempFolder;
+
+std::string Fixture(std::string_view name) {
+  const std::string path = std::string(CW_TEST_DATA_DIR) + "/reports/" + std::string(name);
+  std::ifstream in(path, std::ios::binary);
+  EXPECT_TRUE(in.good()) << "missing fixture " << path;
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+// Compares a text export with its expected file; on a difference the actual
+// text is left in the build folder for a look with diff.
+void ExpectMatchesFixture(const std::string& actual, std::string_view expectedName) {
+  const std::string expected = Fixture(expectedName);
+  if (actual == expected) return;
+  const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + std::string(expectedName) + ".actual";
+  std::ofstream(actualFile, std::ios::binary) << actual;
+  ADD_FAILURE() << "text export differs from " << expectedName << "; actual text in " << actualFile;
+}
+
+// One tab-3 request over a busy log copied into the "Path" folder under the
+// name given (the logging program's case is not always the one we ask for).
+struct BusyRig {
+  TempFolder folder;
+  RecordingHost host;
+  FixedPitchMetrics metrics;
+  MemorySettingsStore settings;
+  std::unique_ptr<ReportForm> form;
+
+  explicit BusyRig(std::string_view fixture, std::string_view nameOnDisk = "BusyLines.log") {
+    if (!fixture.empty()) folder.Write(nameOnDisk, Fixture(fixture));
+    ReportEnvironment environment;
+    environment.logPath = folder.Write("CallLog.txt", "");
+    environment.pathFolder = folder.Path().string();
+    environment.tempFolder = folder.Path().string();
+    form = std::make_unique<ReportForm>(environment, host, metrics, settings);
+    form->Request().kind = kind::kAllLinesBusy;
+  }
+
+  RequestOutcome Run(std::string_view variant, std::string_view from, std::string_view to) {
+    ReportRequest& request = form->Request();
+    request.variant = variant;
+    request.fromDate = from;
+    request.toDate = to;
+    return form->cmdPrintQuery_Click();
+  }
+
+  // The text of the document a failed report left behind, as far as it got.
+  std::string LeftDocumentText() {
+    OrlPrinter* document = form->Document();
+    if (document == nullptr) return {};
+    document->EndDoc();
+    const std::string textFile = folder.File("left.txt");
+    document->SetPrintTextFile(textFile);
+    document->PrintToFile();
+    return TempFolder::Read(textFile);
+  }
+};
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+std::vector<std::string> Words(const std::string& line) {
+  std::vector<std::string> words;
+  std::istringstream in(line);
+  for (std::string word; in >> word;) words.push_back(word);
+  return words;
+}
+
+TEST(BusyLogLine, SplitsFiveFieldsAndKeepsTheLinesFieldWhole) {
+  const BusyLine line = SplitBusyLine("11/04/2026, 12:00 PM ,1:00 PM, 3600 ,1,2,3,4");
+  EXPECT_EQ(line.date, "11/04/2026");
+  EXPECT_EQ(line.start, "12:00 PM");
+  EXPECT_EQ(line.end, "1:00 PM");
+  EXPECT_EQ(line.seconds, "3600");
+  EXPECT_EQ(line.lines, "1,2,3,4");
+  EXPECT_EQ(SplitBusyLine("11/04/2026,1:00,2:00,5,").lines, "");
+
+  EXPECT_EQ(ErrorNumberOf([] { SplitBusyLine("11/04/2026,1:00,2:00,5"); }), err::kSubscript);
+  EXPECT_EQ(ErrorNumberOf([] { SplitBusyLine("11/04/2026"); }), err::kSubscript);
+}
+
+TEST(BusyLogLine, LengthMustBeAWholeNumberOfSeconds) {
+  EXPECT_EQ(BusySeconds("54"), 54);
+  EXPECT_EQ(BusySeconds(" 3600 "), 3600);
+  EXPECT_EQ(BusySeconds("2147483647"), 2147483647);
+  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("abc"); }), err::kTypeMismatch);
+  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("12.5"); }), err::kTypeMismatch);
+  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("12."); }), err::kTypeMismatch);
+  EXPECT_EQ(ErrorNumberOf([] { BusySeconds(""); }), err::kTypeMismatch);
+  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("2147483648"); }), err::kOverflow);
+}
+
+TEST(BusyLogLine, FoundInAnyCaseAndAbsentMeansEmpty) {
+  TempFolder folder;
+  EXPECT_EQ(LoadBusyLog(folder.Path().string()).Size(), 0u);
+  // An empty "Path" must not read a BusyLines.log from the current folder.
+  EXPECT_EQ(LoadBusyLog("").Size(), 0u);
+
+  folder.Write("busylines.LOG", "11/04/2026,1:00,2:00,5,1-4\r\n");
+  EXPECT_EQ(LoadBusyLog(folder.Path().string()).Text(), "11/04/2026,1:00,2:00,5,1-4\r\n");
+
+  TempFolder other;
+  std::filesystem::create_directory(other.Path() / "BusyLines.log");
+  EXPECT_EQ(ErrorNumberOf([&] { LoadBusyLog(other.Path().string()); }), err::kPathFileAccess);
+}
+
+// Period 11/03 to 11/05: the 11/02 line before the period is skipped, the
+// 11/02 line met after the period began is listed (From is tested only until
+// the period begins), the 11/06 line stops the listing, so the 11/04 line
+// after it is never reached.
+TEST(BusyListing, ListsThePeriodWithItsTotals) {
+  BusyRig rig("busy-listing.log", "busylines.log");
+  EXPECT_EQ(rig.Run("Detailed", "11/03/2026", "11/05/2026"), RequestOutcome::kProduced);
+  EXPECT_TRUE(rig.host.messages.empty());
+  ASSERT_EQ(rig.host.previews.size(), 1u);
+  const std::string& text = rig.host.previews[0].text;
+  ExpectMatchesFixture(text, "busy-listing.txt");
+
+  // What a reader checks first: five rows, their count and their total.
+  int rows = 0;
+  for (const std::string& line : Lines(text)) {
+    const std::vector<std::string> words = Words(line);
+    if (!words.empty() && words[0].size() == 10 && words[0][2] == '/') ++rows;
+  }
+  EXPECT_EQ(rows, 5);
+  EXPECT_NE(text.find("1:00:00"), std::string::npos);  // 3600 s
+  EXPECT_NE(text.find("59:59"), std::string::npos);    // 3599 s
+  EXPECT_EQ(text.find("11/06/2026"), std::string::npos);
+  const std::vector<std::string> lines = Lines(text);
+  const auto totals = std::find_if(lines.begin(), lines.end(), [](const std::string& line) {
+    return line.find("Occurrences") != std::string::npos;
+  });
+  ASSERT_NE(totals, lines.end());
+  ASSERT_NE(totals + 1, lines.end());
+  // 54 + 60 + 300 + 3600 + 3599 seconds.
+  EXPECT_EQ(Words(*(totals + 1)), (std::vector<std::string>{"5", "2:06:53"}));
+}
+
+TEST(BusyListing, WithoutABusyLogTheListingIsEmpty) {
+  BusyRig rig("");
+  EXPECT_EQ(rig.Run("Detailed", "11/01/2026", "11/30/2026"), RequestOutcome::kProduced);
+  EXPECT_TRUE(rig.host.messages.empty());
+  ASSERT_EQ(rig.host.previews.size(), 1u);
+  ExpectMatchesFixture(rig.host.previews[0].text, "busy-empty.txt");
+}
+
+TEST(BusyListing, ALengthThatIsNotAWholeNumberStopsTheListing) {
+  BusyRig rig("busy-bad-seconds.log");
+  EXPECT_EQ(rig.Run("Detailed", "11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+  EXPECT_TRUE(rig.host.previews.empty());
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  const RecordingHost::Message& box = rig.host.messages[0];
+  EXPECT_EQ(box.title, "Error");
+  EXPECT_EQ(box.icon, MessageIcon::kCritical);
+  EXPECT_EQ(box.text.rfind("Error 13 Type mismatch\r\nin Form fReport procedure Print_BusyReport.\r\n"
+                           "The error Occurred at line: ",
+                           0),
+            0u)
+      << box.text;
+  EXPECT_NE(box.text.find("\r\nProcessing: 11/04/2026,11:00:00 AM,11:00:10 AM,abc,1-4"), std::string::npos)
+      << box.text;
+
+  // The rows before the bad line are in the document; nothing from it on.
+  const std::string left = rig.LeftDocumentText();
+  EXPECT_NE(left.find("9:41AM"), std::string::npos) << left;
+  EXPECT_NE(left.find("10:15AM"), std::string::npos) << left;
+  EXPECT_EQ(left.find("11:00AM"), std::string::npos) << left;
+  EXPECT_EQ(left.find("11:30AM"), std::string::npos) << left;
+  EXPECT_EQ(left.find("Occurrences"), std::string::npos) << left;
+}
+
+// Sunday 11/01 to Sunday 11/08; the 10/31 line is before the period and the
+// 11/09 line after it.
+TEST(BusySummary, DayAndHourTablesAddUpToTheOccurrences) {
+  BusyRig rig("busy-summary.log");
+  EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/08/2026"), RequestOutcome::kProduced);
+  EXPECT_TRUE(rig.host.messages.empty());
+  EXPECT_TRUE(rig.host.charts.empty());
+  ASSERT_EQ(rig.host.previews.size(), 1u);
+  const std::string& text = rig.host.previews[0].text;
+  ExpectMatchesFixture(text, "busy-summary.txt");
+
+  // Read the tables back from the text: the day rows and their "Totals", the
+  // hour rows (a label "h:00 - h:00 AM/PM" and eight counts) and theirs.
+  const std::vector<std::string> weekdays{"Sunday", "Monday", "Tuesday", "Wednesday",
+                                          "Thursday", "Friday", "Saturday"};
+  int dayRows = 0;
+  long dayCounts = 0;
+  int hourRows = 0;
+  std::vector<long> hourColumns(8, 0);
+  std::vector<std::vector<std::string>> totals;
+  for (const std::string& line : Lines(text)) {
+    const std::vector<std::string> words = Words(line);
+    if (words.empty()) continue;
+    if (std::find(weekdays.begin(), weekdays.end(), words[0]) != weekdays.end() && words.size() == 3) {
+      ++dayRows;
+      dayCounts += std::stol(words[1]);
+    } else if (words.size() == 12 && words[1] == "-") {
+      ++hourRows;
+      long rowSum = 0;
+      for (std::size_t k = 0; k < 8; ++k) hourColumns[k] += std::stol(words[4 + k]);
+      for (std::size_t k = 0; k < 7; ++k) rowSum += std::stol(words[4 + k]);
+      EXPECT_EQ(rowSum, std::stol(words[11])) << line;
+    } else if (words[0] == "Totals") {
+      totals.push_back(words);
+    }
+  }
+  EXPECT_EQ(dayRows, 7);
+  EXPECT_EQ(hourRows, 24);
+  EXPECT_EQ(dayCounts, 8);
+  EXPECT_EQ(hourColumns[7], 8);
+  ASSERT_EQ(totals.size(), 2u);
+  EXPECT_EQ(totals[0], (std::vector<std::string>{"Totals", "8", "2:04:30"}));
+  ASSERT_EQ(totals[1].size(), 9u);
+  for (std::size_t k = 0; k < 8; ++k) EXPECT_EQ(std::stol(totals[1][1 + k]), hourColumns[k]);
+
+  // The working tables do not outlive the report.
+  const ReportForm::Matrices& m = rig.form->WorkingMatrices();
+  for (int weekday = 1; weekday <= 7; ++weekday) EXPECT_EQ(m.busyDay[weekday][1], 0);
+  for (int hour = 0; hour < 24; ++hour) EXPECT_EQ(m.busyHour[hour][7], 0);
+}
+
+TEST(BusySummary, ChartHasTwentyFourHourlyBarsAndItsBitmapGoesAway) {
+  BusyRig rig("busy-summary.log");
+  rig.form->Request().chart = true;
+  EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/08/2026"), RequestOutcome::kProduced);
+  EXPECT_TRUE(rig.host.messages.empty());
+  ASSERT_EQ(rig.host.charts.size(), 1u);
+  const BarChartSpec& chart = rig.host.charts[0];
+  ASSERT_EQ(chart.values.size(), 24u);
+  ASSERT_EQ(chart.colLabels.size(), 24u);
+  std::vector<std::int32_t> expected(24, 0);
+  expected[0] = 1;   // 12:10 AM Sunday
+  expected[9] = 3;   // 9:00 and 9:30 AM Monday, 9:15 AM Sunday
+  expected[11] = 1;  // 11:45 AM
+  expected[12] = 1;  // noon
+  expected[13] = 1;  // 1:05 PM
+  expected[23] = 1;  // 11:59:59 PM
+  EXPECT_EQ(chart.values, expected);
+  EXPECT_EQ(chart.colLabels[0], " ");
+  EXPECT_EQ(chart.colLabels[1], "1AM");
+  EXPECT_EQ(chart.colLabels[23], "11PM");
+  EXPECT_EQ(chart.maxY, 10);
+  EXPECT_EQ(chart.ticks, 2);
+
+  ASSERT_EQ(rig.host.chartFiles.size(), 1u);
+  EXPECT_EQ(std::filesystem::path(rig.host.chartFiles[0]).parent_path(), rig.folder.Path());
+  EXPECT_FALSE(std::filesystem::exists(rig.host.chartFiles[0]));
+}
+
+TEST(BusySummary, BadLinesShowTheirBoxes) {
+  // A length that is not a number stops the summary before anything is
+  // printed; a start time that is not a time costs only its own line.
+  {
+    BusyRig rig("busy-bad-seconds.log");
+    EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+    EXPECT_TRUE(rig.host.previews.empty());
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    EXPECT_NE(rig.host.messages[0].text.find("in Form fReport procedure Process_BusySummary."),
+              std::string::npos);
+    EXPECT_NE(rig.host.messages[0].text.find("Processing: 11/04/2026,11:00:00 AM,11:00:10 AM,abc,1-4"),
+              std::string::npos);
+  }
+  {
+    BusyRig rig("");
+    rig.folder.Write("BusyLines.log",
+                     "11/03/2026,09:41:10 AM,09:42:04 AM,54,1-4\r\n"
+                     "11/03/2026,25:00,09:50:00 AM,60,1-4\r\n"
+                     "11/04/2026,10:00:00 AM,10:01:00 AM,60,1-4\r\n");
+    EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    const std::string& box = rig.host.messages[0].text;
+    EXPECT_EQ(box.rfind("Error 13 Type mismatch\r\nin Form fReport procedure Build_BusyMatrix.", 0), 0u) << box;
+    EXPECT_NE(box.find("Processing: 11/03/2026,25:00,09:50:00 AM,60,1-4"), std::string::npos) << box;
+    ASSERT_EQ(rig.host.previews.size(), 1u);
+    std::vector<std::string> totals;
+    for (const std::string& line : Lines(rig.host.previews[0].text)) {
+      const std::vector<std::string> words = Words(line);
+      if (!words.empty() && words[0] == "Totals") totals = words;
+    }
+    ASSERT_EQ(totals.size(), 9u);
+    EXPECT_EQ(totals[8], "2");
+  }
+}
+
+}  // namespace
+}  // namespace cw
