@@ -1,0 +1,686 @@
+// The report request: its checks and messages in their order, the settings it
+// stores, the document it configures, the page headings of every tab, the
+// printer-error answer, and the history of a number.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/data/log_lines.h"
+#include "core/settings/temp_folder.h"
+#include "printer/fixed_pitch_metrics.h"
+#include "printer/spool_reader.h"
+#include "reports/get_history.h"
+#include "reports/report_form.h"
+#include "testing/memory_settings_store.h"
+#include "testing/recording_host.h"
+
+namespace cw {
+namespace {
+
+using testing::Call;
+using testing::MemorySettingsStore;
+using testing::RecordingHost;
+using testing::TempFolder;
+
+// Keeps the spool of every previewed document, record by record, and what
+// the form's partial-match flag was while the report ran.
+class SpoolHost : public RecordingHost {
+ public:
+  struct Document {
+    SpoolHeader header;
+    std::vector<SpoolCommand> records;
+  };
+
+  void ShowPreview(OrlPrinter& document) override {
+    SpoolReader reader(document.PrintFile());
+    Document kept{reader.Header(), {}};
+    SpoolCommand command;
+    while (reader.Next(command)) kept.records.push_back(command);
+    documents.push_back(std::move(kept));
+    if (form != nullptr) partialDuringReport.push_back(form->PartialMatch());
+    RecordingHost::ShowPreview(document);
+  }
+
+  std::vector<Document> documents;
+  const ReportForm* form = nullptr;
+  std::vector<bool> partialDuringReport;
+};
+
+// Writes down the order in which keys are saved.
+class OrderedSettingsStore : public MemorySettingsStore {
+ public:
+  void Save(std::string_view app, std::string_view section, std::string_view key, std::string_view value) override {
+    saved.push_back(std::string(key) + "=" + std::string(value));
+    MemorySettingsStore::Save(app, section, key, value);
+  }
+  std::vector<std::string> saved;
+};
+
+constexpr double kInch = 1440.0;
+
+std::string LogOf(const std::vector<Call>& calls) {
+  std::string text;
+  for (const Call& call : calls) text += call.Text() + "\r\n";
+  return text;
+}
+
+// Ninety unanswered incoming calls on line 1 from ninety different callers:
+// enough rows for a second page in every listing.
+std::vector<Call> NinetyCalls() {
+  std::vector<Call> calls;
+  for (int i = 1; i <= 90; ++i) {
+    const std::string n = std::to_string(100 + i).substr(1);
+    calls.push_back(Call()
+                        .Date("01/15/2026")
+                        .Name("CALLER " + n)
+                        .Number("(555) 100-00" + n)
+                        .Answered("No")
+                        .Rings("2")
+                        .Duration("0:00:05"));
+  }
+  return calls;
+}
+
+struct Rig {
+  explicit Rig(const std::vector<Call>& calls = {Call().Date("01/15/2026")}, std::int16_t activeLines = 2) {
+    ReportEnvironment environment;
+    environment.edition = std::string(kEditionRingtally);
+    environment.logPath = folder.Write("CallLog.txt", LogOf(calls));
+    environment.pathFolder = folder.Path().string();
+    environment.tempFolder = folder.Path().string();
+    environment.activeLines = activeLines;
+    form = std::make_unique<ReportForm>(environment, host, metrics, settings);
+    host.form = form.get();
+    ReportRequest& request = form->Request();
+    request.fromDate = "01/01/2026";
+    request.toDate = "01/31/2026";
+    request.direction = "InOut";
+  }
+
+  ReportRequest& Request() { return form->Request(); }
+  RequestOutcome Run() { return form->cmdPrintQuery_Click(); }
+
+  TempFolder folder;
+  SpoolHost host;
+  OrderedSettingsStore settings;
+  FixedPitchMetrics metrics;
+  std::unique_ptr<ReportForm> form;
+};
+
+void ExpectMessage(const RecordingHost::Message& message, std::string_view title, std::string_view text,
+                   MessageIcon icon) {
+  EXPECT_EQ(message.title, title);
+  EXPECT_EQ(message.text, text);
+  EXPECT_EQ(message.icon, icon);
+  EXPECT_EQ(message.buttons, MessageButtons::kOk);
+}
+
+TEST(Dispatch, RefusesIncompleteRequestsInOrderWithTheirMessages) {
+  {
+    // The log is looked for before the dates: with both missing, only the
+    // log is reported.
+    Rig rig;
+    ReportEnvironment environment;
+    environment.logPath = rig.folder.File("gone.txt");
+    rig.form = std::make_unique<ReportForm>(environment, rig.host, rig.metrics, rig.settings);
+    rig.host.form = rig.form.get();
+    rig.Request().fromDate = "";
+    rig.Request().toDate = "";
+    EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    ExpectMessage(rig.host.messages[0], "Cannot Find the Call Logs File",
+                  "If you are using a shared log then please make sure the file exists and reset the path to the "
+                  "proper log folder.",
+                  MessageIcon::kCritical);
+    EXPECT_EQ(rig.form->Document(), nullptr);
+  }
+  {
+    // An empty (or blank) From stops the request whatever else is wrong.
+    Rig rig;
+    rig.Request().fromDate = "   ";
+    rig.Request().toDate = "";
+    rig.Request().kind = kind::kAbandonedCalls;
+    EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    ExpectMessage(rig.host.messages[0], "", "Missing Start Date", MessageIcon::kCritical);
+    EXPECT_TRUE(rig.settings.saved.empty());
+  }
+  {
+    // An empty To is not checked: its conversion fails in the procedure.
+    Rig rig;
+    rig.Request().toDate = "";
+    EXPECT_EQ(rig.Run(), RequestOutcome::kFailed);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    EXPECT_EQ(rig.host.messages[0].title, "Error");
+    EXPECT_TRUE(rig.host.messages[0].text.starts_with(
+        "Error 13 Type mismatch\r\nin Form fReport procedure cmdPrintQuery_Click.\r\nThe error Occurred at line: "))
+        << rig.host.messages[0].text;
+    EXPECT_TRUE(rig.host.previews.empty());
+    EXPECT_EQ(rig.form->Document(), nullptr);
+  }
+  {
+    // Missing search text on the two search tabs; the document of the
+    // previous request stays the current one.
+    Rig rig;
+    rig.Request().kind = kind::kCallHistory;
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    OrlPrinter* previous = rig.form->Document();
+    for (const auto& [tab, text] : {std::pair{kind::kByName, "Please Enter a Name"},
+                                    std::pair{kind::kByTelNumber, "Please Enter a Number"}}) {
+      rig.host.messages.clear();
+      rig.Request().kind = tab;
+      rig.Request().searchText = "  ";
+      EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
+      ASSERT_EQ(rig.host.messages.size(), 1u);
+      ExpectMessage(rig.host.messages[0], "Missing Search Criteria", text, MessageIcon::kExclamation);
+      EXPECT_EQ(rig.form->Document(), previous);
+    }
+    EXPECT_EQ(rig.host.previews.size(), 1u);
+  }
+}
+
+TEST(Dispatch, AbandonedFilterChecksAndTheSettingsTheyStore) {
+  struct Case {
+    bool notLasting;
+    std::string seconds;
+    bool ringCount;
+    std::string rings;
+    bool unanswered;
+    std::string title;  // empty: accepted
+    std::string text;
+  };
+  const std::string kSecondsTitle = "Missing Filter (Time In Seconds)";
+  const std::string kSecondsText = "Please Enter a Valid Numberic Time In Seconds";
+  const std::string kRingsTitle = "Missing Filter (Rings)";
+  const std::string kRingsText = "Please Enter a Valid Numberic Ring Count";
+  const Case cases[] = {
+      {false, "30", false, "3", false, "Missing Filter", "Please Choose One or More Options"},
+      {true, "12a", false, "", false, kSecondsTitle, kSecondsText},
+      {true, "   ", false, "", false, kSecondsTitle, kSecondsText},
+      {true, "", true, "x", false, kSecondsTitle, kSecondsText},  // seconds are checked first
+      {true, "-5", false, "", false, kSecondsTitle, kSecondsText},
+      {false, "", true, "3.5", false, kRingsTitle, kRingsText},
+      {false, "", true, "", true, kRingsTitle, kRingsText},
+      {true, "0", false, "", false, "", ""},
+      {true, " 45 ", true, "3", false, "", ""},
+      {false, "abc", false, "", true, "", ""},  // only unanswered: the boxes are not looked at
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.seconds + "|" + c.rings);
+    Rig rig;
+    rig.Request().kind = kind::kAbandonedCalls;
+    AbandonedFilter& filter = rig.Request().abandoned;
+    filter.notLasting = c.notLasting;
+    filter.seconds = c.seconds;
+    filter.ringCount = c.ringCount;
+    filter.rings = c.rings;
+    filter.unanswered = c.unanswered;
+    const RequestOutcome outcome = rig.Run();
+    if (!c.title.empty()) {
+      EXPECT_EQ(outcome, RequestOutcome::kRefused);
+      ASSERT_EQ(rig.host.messages.size(), 1u);
+      ExpectMessage(rig.host.messages[0], c.title, c.text, MessageIcon::kCritical);
+      EXPECT_TRUE(rig.settings.saved.empty());
+      EXPECT_TRUE(rig.host.previews.empty());
+      continue;
+    }
+    EXPECT_EQ(outcome, RequestOutcome::kProduced);
+    EXPECT_TRUE(rig.host.messages.empty());
+    const std::vector<std::string> expected{
+        std::string("Select Seconds=") + (c.notLasting ? "1" : "0"), "Abandoned Seconds=" + c.seconds,
+        "Abandoned Rings=" + c.rings, std::string("Select Rings=") + (c.ringCount ? "1" : "0"),
+        std::string("Select Answered=") + (c.unanswered ? "1" : "0")};
+    EXPECT_EQ(rig.settings.saved, expected);
+    EXPECT_EQ(rig.settings.Reports("Vorn Ringtally", "Abandoned Seconds"), c.seconds);
+  }
+}
+
+TEST(Dispatch, SettingsThatCannotBeSavedAreAnErrorButTheReportRuns) {
+  Rig rig;
+  rig.settings.failing = true;
+  rig.Request().kind = kind::kAbandonedCalls;
+  rig.Request().abandoned.unanswered = true;
+  EXPECT_EQ(rig.Run(), RequestOutcome::kFailed);
+  ASSERT_EQ(rig.host.messages.size(), 5u);
+  EXPECT_NE(rig.host.messages[0].text.find("Procedure Name: SaveOptions."), std::string::npos);
+  EXPECT_EQ(rig.host.previews.size(), 1u);
+}
+
+TEST(Dispatch, TitlesHourglassAndOutcomePerTab) {
+  struct Case {
+    std::int16_t tab;
+    bool chart;
+    std::string title;
+    std::vector<bool> busy;
+  };
+  const Case cases[] = {
+      {kind::kDailyCallStatistics, false, "DAILY CALL ANALYSIS REPORT", {true, false}},
+      {kind::kLineUsageStatistics, false, "LINE USAGE SUMMARY REPORT", {true, false}},
+      {kind::kAllLinesBusy, false, "ALL LINES BUSY REPORT", {true, false}},
+      {kind::kByName, false, "CALLER DETAIL REPORT", {true, false}},
+      {kind::kByTelNumber, false, "CALLER DETAIL REPORT", {true, false}},
+      {kind::kCallHistory, false, "LOGGED CALLS DETAIL REPORT", {true, false}},
+      {kind::kCallHistory, true, "LOGGED CALLS SUMMARY REPORT", {true, false}},
+      {kind::kByLineNumber, false, "LINE DETAILS REPORT", {false}},
+      {9, false, "CALLER DETAIL REPORT", {false}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.title + " " + std::to_string(c.tab));
+    Rig rig;
+    rig.Request().kind = c.tab;
+    rig.Request().chart = c.chart;
+    rig.Request().searchText = c.tab == kind::kByName ? "SMITH JOHN" : "5551234567";
+    rig.Request().lines = {false, {1}};
+    EXPECT_EQ(rig.Run(), RequestOutcome::kProduced);
+    EXPECT_TRUE(rig.host.messages.empty());
+    ASSERT_EQ(rig.host.previews.size(), 1u);
+    EXPECT_TRUE(rig.host.previews[0].title.starts_with(c.title)) << rig.host.previews[0].title;
+    EXPECT_EQ(rig.host.busyChanges, c.busy);
+  }
+  {
+    // A busy variant that names no report sets the title and prints nothing.
+    Rig rig;
+    rig.Request().kind = kind::kAllLinesBusy;
+    rig.Request().variant = "Occurrences";
+    EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
+    EXPECT_TRUE(rig.host.messages.empty());
+    EXPECT_TRUE(rig.host.previews.empty());
+    ASSERT_NE(rig.form->Document(), nullptr);
+    EXPECT_EQ(rig.form->Document()->Title(), "ALL LINES BUSY REPORT");
+    EXPECT_EQ(rig.host.busyChanges, (std::vector<bool>{true, false}));
+  }
+}
+
+TEST(Dispatch, DocumentConfiguration) {
+  Rig rig;
+  rig.Request().kind = kind::kCallHistory;
+  rig.Request().fromDate = "01/05/2026";
+  rig.Request().toDate = "02/10/2026";
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  ASSERT_EQ(rig.host.documents.size(), 1u);
+  const SpoolHost::Document& document = rig.host.documents[0];
+  EXPECT_EQ(document.header.scaleMode, 5);
+  EXPECT_EQ(document.header.orientation, 1);
+  EXPECT_EQ(document.header.spacing, 1.0);
+  EXPECT_TRUE(document.header.autoHeadings);
+  EXPECT_TRUE(document.header.autoNewPage);
+  EXPECT_EQ(document.header.autoHeadingsFontName, "Arial");
+  EXPECT_EQ(document.header.autoHeadingsFontSize, 10);
+  EXPECT_EQ(document.header.autoHeadingsFontAttr, 1);
+  EXPECT_EQ(document.header.subTitle, "Report Period: Jan 05, 2026 to Feb 10, 2026");
+  // The configuration ends with the document font, before any report row.
+  ASSERT_FALSE(document.records.empty());
+  EXPECT_EQ(document.records[0].keyword, SpoolKeyword::kSetFont);
+  EXPECT_EQ(document.records[0].font, (FontSpec{"Arial", 9}));
+
+  const OrlPrinter::OutputOptions& options = rig.form->Document()->Options();
+  EXPECT_EQ(options.previewWindowHeight, 10368);  // 10800 twips x 0.96
+  EXPECT_EQ(options.previewWindowWidth, 13824);   // 19200 twips x 0.72
+  EXPECT_TRUE(options.previewSizable);
+  EXPECT_TRUE(options.showPrintDialog);
+  EXPECT_FALSE(options.showPreviewFind);
+  EXPECT_TRUE(options.showProgress);
+  EXPECT_EQ(options.closeButtonCaption, "Close");
+  EXPECT_EQ(options.zoomPercent, 100);
+  EXPECT_EQ(rig.form->Document()->BottomMargin(), 0.5);
+
+  // The preview size is a 16-bit value: a screen taller than 34132 twips
+  // overflows.
+  Rig tall;
+  tall.host.screen = {19200, 34200};
+  tall.Request().kind = kind::kCallHistory;
+  EXPECT_EQ(tall.Run(), RequestOutcome::kFailed);
+  ASSERT_EQ(tall.host.messages.size(), 1u);
+  EXPECT_TRUE(tall.host.messages[0].text.starts_with("Error 6 Overflow\r\nin Form fReport procedure cmdPrintQuery_Click."));
+  EXPECT_TRUE(tall.host.previews.empty());
+  EXPECT_EQ(tall.form->Document(), nullptr);
+}
+
+TEST(Dispatch, PartialMatchOnlyWhileASearchReportRuns) {
+  Rig rig(NinetyCalls());
+  rig.Request().kind = kind::kByName;
+  rig.Request().searchText = "caller 00";
+  rig.Request().partial = true;
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  rig.Request().kind = kind::kByTelNumber;
+  rig.Request().searchText = "555100";
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  EXPECT_EQ(rig.host.partialDuringReport, (std::vector<bool>{true, true}));
+  EXPECT_FALSE(rig.form->PartialMatch());
+  // The flag reaches the listing: a part of a name finds the callers whose
+  // names hold it; the exact name alone finds none of them.
+  EXPECT_NE(rig.host.previews[0].text.find("CALLER 009"), std::string::npos);
+  EXPECT_EQ(rig.host.previews[0].text.find("CALLER 010"), std::string::npos);
+  rig.Request().kind = kind::kByName;
+  rig.Request().partial = false;
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  EXPECT_EQ(rig.host.previews[2].text.find("CALLER 00"), std::string::npos);
+  EXPECT_EQ(rig.host.partialDuringReport.back(), false);
+}
+
+TEST(Dispatch, MatricesAreErasedAfterAReport) {
+  Rig rig({Call().Date("01/15/2026").Direction("In"), Call().Date("01/16/2026").Direction("Out")});
+  rig.Request().kind = kind::kDailyCallStatistics;
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  // Nothing of the two calls is left for the next report.
+  const ReportForm::Matrices& matrices = rig.form->WorkingMatrices();
+  for (const auto& row : matrices.day) EXPECT_TRUE(std::ranges::all_of(row, [](auto v) { return v == 0; }));
+  for (const auto& row : matrices.hour) EXPECT_TRUE(std::ranges::all_of(row, [](auto v) { return v == 0; }));
+  EXPECT_TRUE(matrices.lineTotals.empty());
+  EXPECT_TRUE(matrices.lineWeek.empty());
+}
+
+TEST(Dispatch, PrinterErrorAlwaysAnswersRetry) {
+  Rig rig;
+  for (MessageAnswer answer : {MessageAnswer::kRetry, MessageAnswer::kCancel}) {
+    rig.host.messages.clear();
+    rig.host.answers = {answer};
+    bool retry = false;
+    rig.form->OnPrinterError(retry);
+    EXPECT_TRUE(retry);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    EXPECT_EQ(rig.host.messages[0].title, "Printer Error");
+    EXPECT_EQ(rig.host.messages[0].text, "THE PRINTER IS NOT READY OR NO PRINTER IS INSTALLED.");
+    EXPECT_EQ(rig.host.messages[0].icon, MessageIcon::kCritical);
+    EXPECT_EQ(rig.host.messages[0].buttons, MessageButtons::kRetryCancel);
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Page headings
+
+// What the page-heading handler wrote on one page: the records after the
+// engine's heading block ("Page: N", the subtitle and the font restored).
+std::vector<SpoolCommand> AfterHeadingBlock(const SpoolHost::Document& document, int page) {
+  const std::string pageText = "Page: " + std::to_string(page);
+  const auto& records = document.records;
+  const auto at = std::find_if(records.begin(), records.end(), [&](const SpoolCommand& command) {
+    return command.keyword == SpoolKeyword::kTextOut && command.text == pageText;
+  });
+  if (at == records.end() || records.end() - at < 4) return {};
+  EXPECT_EQ(at[2].text.substr(0, 15), "Report Period: ");
+  return {at + 4, records.end()};
+}
+
+struct Expected {
+  SpoolKeyword keyword;
+  double x = 0;
+  double y = 0;
+  std::string text;
+  FontSpec font;
+};
+
+Expected Rule(double y) { return {SpoolKeyword::kLineOut, 0, y, "", {}}; }
+Expected Font(std::string name, bool bold) { return {SpoolKeyword::kSetFont, 0, 0, "", FontSpec{std::move(name), 9, bold}}; }
+Expected Text(double x, double y, std::string text) { return {SpoolKeyword::kTextOut, x, y, std::move(text), {}}; }
+
+const FontSpec kHeading{"Arial", 9, true};
+const FontSpec kBody{"Times New Roman", 9};
+
+// Left edge of a text that ends at x in the font, with the fixed-pitch widths.
+double EndingAt(double x, std::string_view text, const FontSpec& font) {
+  return x - FixedPitchMetrics().TextWidth(font, text) / kInch;
+}
+
+void ExpectRecords(const std::vector<SpoolCommand>& actual, const std::vector<Expected>& expected) {
+  ASSERT_GE(actual.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    SCOPED_TRACE("record " + std::to_string(i) + " " + expected[i].text);
+    const SpoolCommand& command = actual[i];
+    ASSERT_EQ(command.keyword, expected[i].keyword) << command.keywordText << " " << command.text;
+    switch (command.keyword) {
+      case SpoolKeyword::kLineOut:
+        EXPECT_EQ(command.x1, 0);
+        EXPECT_EQ(command.x2, 9.0);
+        EXPECT_NEAR(command.y1, expected[i].y, 1e-9);
+        EXPECT_NEAR(command.y2, expected[i].y, 1e-9);
+        break;
+      case SpoolKeyword::kSetFont:
+        EXPECT_EQ(command.font, expected[i].font);
+        break;
+      default:
+        EXPECT_EQ(command.text, expected[i].text);
+        EXPECT_NEAR(command.x1, expected[i].x, 1e-9);
+        EXPECT_NEAR(command.y1, expected[i].y, 1e-9);
+    }
+  }
+}
+
+// The engine's heading block ends one inch down (half an inch, then three
+// lines of the 10-point heading font); the double rule lies under it.
+constexpr double kBlockEnd = 0.5 + 3 * 240 / kInch;
+constexpr double kBodyLine = 9 * 24 / kInch;
+
+std::vector<Expected> DetailHeadings(const DetailColumns& x, bool dtmf) {
+  const double y = 1.4;
+  std::vector<Expected> expected{Rule(kBlockEnd + 0.03),
+                                 Rule(kBlockEnd + 0.05),
+                                 Font("Arial", true),
+                                 Text(x[0], y, "Line"),
+                                 Text(x[1], y, "Name"),
+                                 Text(EndingAt(x[2], "Number", kHeading), y, "Number"),
+                                 Text(x[3], y, "Date"),
+                                 Text(EndingAt(x[4], "Time", kHeading), y, "Time"),
+                                 Text(x[5], y, "Call"),
+                                 Text(EndingAt(x[6], "Minutes", kHeading), y, "Minutes"),
+                                 Text(x[7], y, "Ans"),
+                                 Text(x[8], y, "Ring")};
+  if (dtmf) expected.push_back(Text(x[9], y, "DTMF"));
+  expected.push_back(Font("Times New Roman", false));
+  return expected;
+}
+
+// The first row a report writes after the headings.
+double FirstTextY(const std::vector<SpoolCommand>& records, std::size_t from) {
+  for (std::size_t i = from; i < records.size(); ++i) {
+    if (records[i].keyword == SpoolKeyword::kTextOut) return records[i].y1;
+  }
+  return -1;
+}
+
+TEST(PageHeadings, DetailListingsOnBothPages) {
+  struct Case {
+    std::int16_t tab;
+    bool dtmf;
+    std::string search;
+  };
+  for (const Case& c : {Case{kind::kAbandonedCalls, false, ""}, Case{kind::kByName, true, "caller"},
+                        Case{kind::kByTelNumber, false, "555"}, Case{kind::kCallHistory, true, ""},
+                        Case{kind::kByLineNumber, false, ""}}) {
+    SCOPED_TRACE(c.tab);
+    Rig rig(NinetyCalls());
+    ReportRequest& request = rig.Request();
+    request.kind = c.tab;
+    request.dtmf = c.dtmf;
+    request.columns = DetailColumnPositions(c.dtmf);
+    request.searchText = c.search;
+    request.partial = true;
+    request.abandoned.unanswered = true;
+    request.direction = "In";
+    request.lines = {false, {1}};
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    ASSERT_EQ(rig.host.documents.size(), 1u);
+    const SpoolHost::Document& document = rig.host.documents[0];
+    for (int page : {1, 2}) {
+      SCOPED_TRACE(page);
+      const std::vector<SpoolCommand> records = AfterHeadingBlock(document, page);
+      const std::vector<Expected> expected = DetailHeadings(request.columns, c.dtmf);
+      ExpectRecords(records, expected);
+      EXPECT_NEAR(FirstTextY(records, expected.size()), 1.4 + 0.03 + kBodyLine, 1e-9);
+    }
+  }
+}
+
+TEST(PageHeadings, CondensedSummary) {
+  Rig rig(NinetyCalls());
+  rig.Request().kind = kind::kCallHistory;
+  rig.Request().chart = true;
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  for (int page : {1, 2}) {
+    SCOPED_TRACE(page);
+    const std::vector<Expected> expected{Rule(kBlockEnd + 0.03),
+                                         Rule(kBlockEnd + 0.05),
+                                         Font("Arial", true),
+                                         Text(0.5, 1.4, "Name"),
+                                         Text(EndingAt(4.75, "Number", kHeading), 1.4, "Number"),
+                                         Text(EndingAt(5.6, "Calls", kHeading), 1.4, "Calls"),
+                                         Text(EndingAt(6.75, "Duration", kHeading), 1.4, "Duration"),
+                                         Font("Times New Roman", false)};
+    ExpectRecords(AfterHeadingBlock(rig.host.documents[0], page), expected);
+  }
+}
+
+TEST(PageHeadings, LineUsageRepeatsTheWeekdaysFromPageTwo) {
+  Rig rig(NinetyCalls(), 40);
+  rig.Request().kind = kind::kLineUsageStatistics;
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  const SpoolHost::Document& document = rig.host.documents[0];
+  // Page 1: the rule only; the report's own tables follow.
+  const std::vector<SpoolCommand> first = AfterHeadingBlock(document, 1);
+  ExpectRecords(first, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)});
+  ASSERT_GT(first.size(), 2u);
+  EXPECT_FALSE(first[2].keyword == SpoolKeyword::kTextOut && first[2].text == "Day of the Week Summary");
+
+  const std::string title = "Day of the Week Summary";
+  const double rowY = 1.4 + kBodyLine;  // the heading line is set in a 9-point font
+  std::vector<Expected> expected{Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true),
+                                 Text((12240 - FixedPitchMetrics().TextWidth(kHeading, title)) / 2 / kInch, 1.4, title),
+                                 Font("Times New Roman", false)};
+  const char* days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+  for (int k = 1; k <= 7; ++k) expected.push_back(Text(EndingAt(2.0 + 0.6 * k, days[k - 1], kBody), rowY, days[k - 1]));
+  const std::vector<SpoolCommand> second = AfterHeadingBlock(document, 2);
+  ExpectRecords(second, expected);
+  EXPECT_NEAR(FirstTextY(second, expected.size()), rowY + 0.03 + kBodyLine, 1e-9);
+}
+
+TEST(PageHeadings, BusyListingAndSummary) {
+  std::string busyLog;
+  for (int i = 0; i < 90; ++i) busyLog += "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n";
+  {
+    Rig rig;
+    rig.folder.Write("BusyLines.log", busyLog);
+    rig.Request().kind = kind::kAllLinesBusy;
+    rig.Request().variant = "Detailed";
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    const double dateX = rig.Request().columns[3];
+    for (int page : {1, 2}) {
+      SCOPED_TRACE(page);
+      const std::vector<Expected> expected{Rule(kBlockEnd + 0.03),
+                                           Rule(kBlockEnd + 0.05),
+                                           Font("Arial", true),
+                                           Text(dateX, 1.4, "Date"),
+                                           Text(EndingAt(3.65, "Start Time", kHeading), 1.4, "Start Time"),
+                                           Text(EndingAt(4.55, "End Time", kHeading), 1.4, "End Time"),
+                                           Text(EndingAt(5.3, "Duration", kHeading), 1.4, "Duration"),
+                                           Text(EndingAt(5.9, "Lines", kHeading), 1.4, "Lines"),
+                                           Font("Times New Roman", false)};
+      ExpectRecords(AfterHeadingBlock(rig.host.documents[0], page), expected);
+    }
+  }
+  {
+    // The summary has its own tables: the rule and nothing more.
+    Rig rig;
+    rig.folder.Write("BusyLines.log", busyLog);
+    rig.Request().kind = kind::kAllLinesBusy;
+    rig.Request().variant = "Summary";
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    const std::vector<SpoolCommand> records = AfterHeadingBlock(rig.host.documents[0], 1);
+    ExpectRecords(records, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)});
+    EXPECT_TRUE(std::ranges::none_of(records, [](const SpoolCommand& command) { return command.text == "Start Time"; }));
+  }
+}
+
+TEST(PageHeadings, DailyAnalysisLeavesThreeLinesUnlessTheChartTakesThem) {
+  for (bool chart : {false, true}) {
+    SCOPED_TRACE(chart);
+    Rig rig;
+    rig.Request().kind = kind::kDailyCallStatistics;
+    rig.Request().chart = chart;
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    const std::vector<SpoolCommand> records = AfterHeadingBlock(rig.host.documents[0], 1);
+    ExpectRecords(records, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true)});
+    EXPECT_NEAR(FirstTextY(records, 3), chart ? 1.4 : 1.4 + 3 * kBodyLine, 1e-9);
+  }
+}
+
+// ---------------------------------------------------------------------------
+// History of a number
+
+TEST(GetHistory, BuildsTheInAndOutHistoryOverTheWholeLog) {
+  Rig rig({Call().Date("03/02/2025").Number("555-123-4567"), Call().Date("11/20/2026").Number("(555) 123-4567"),
+           Call().Date("11/21/2026").Number("555-999-0000")});
+  rig.host.today = CivilDate::FromYmd(2026, 11, 22);
+  rig.Request().kind = kind::kDailyCallStatistics;
+  rig.Request().partial = true;
+  rig.Request().chart = true;
+  rig.settings.values[{"Vorn Ringtally", "Reports", "DTMF"}] = "1";
+
+  EXPECT_EQ(GetHistory(*rig.form, rig.host, rig.settings, "5551234567"), RequestOutcome::kProduced);
+  const ReportRequest& request = rig.Request();
+  EXPECT_EQ(request.fromDate, "03/02/2025");
+  EXPECT_EQ(request.toDate, "11/22/2026");
+  EXPECT_EQ(request.kind, kind::kByTelNumber);
+  EXPECT_EQ(request.direction, "InOut");
+  EXPECT_FALSE(request.partial);
+  EXPECT_FALSE(request.chart);
+  EXPECT_TRUE(request.dtmf);
+  EXPECT_EQ(request.columns, DetailColumnPositions(true));
+  EXPECT_EQ(request.searchText, "5551234567");
+  ASSERT_EQ(rig.host.previews.size(), 1u);
+  EXPECT_EQ(rig.host.previews[0].title, "CALLER DETAIL REPORT");
+  // Both spellings of the number, and not the other caller.
+  EXPECT_NE(rig.host.previews[0].text.find("555-123-4567"), std::string::npos);
+  EXPECT_NE(rig.host.previews[0].text.find("(555) 123-4567"), std::string::npos);
+  EXPECT_EQ(rig.host.previews[0].text.find("555-999-0000"), std::string::npos);
+  EXPECT_GT(rig.host.eventsRun, 0);
+}
+
+TEST(GetHistory, StartDateAndControlsFromTheLogAndTheHardware) {
+  const CivilDate today = CivilDate::FromYmd(2026, 11, 22);
+  ReportEnvironment environment;
+  MemorySettingsStore settings;
+  {
+    // An undated first line starts the history today.
+    TempFolder folder;
+    environment.logPath = folder.Write("CallLog.txt", "-- log started --\r\n" + Call().Text() + "\r\n");
+    ReportRequest request;
+    BuildHistoryRequest(request, "5551234567", environment, settings, today, {});
+    EXPECT_EQ(request.fromDate, "11/22/2026");
+    EXPECT_EQ(request.columns, DetailColumnPositions(false));
+  }
+  {
+    // Without a log, From stays as it was.
+    environment.logPath = "/nonexistent/CallLog.txt";
+    ReportRequest request;
+    request.fromDate = "05/05/2025";
+    EXPECT_TRUE(BuildHistoryRequest(request, "1", environment, settings, today, {}).directionOptionsEnabled);
+    EXPECT_EQ(request.fromDate, "05/05/2025");
+    EXPECT_EQ(request.toDate, "11/22/2026");
+  }
+  for (std::int16_t hardware : {5, 6}) {
+    environment.hardwareType = hardware;
+    ReportRequest request;
+    const HistoryControls controls = BuildHistoryRequest(request, "1", environment, settings, today, {});
+    EXPECT_FALSE(controls.directionOptionsEnabled);
+    EXPECT_EQ(request.direction, "InOut");
+    EXPECT_EQ(controls.searchLabel, "Number");
+    EXPECT_TRUE(controls.partialEnabled);
+    EXPECT_FALSE(controls.chartEnabled);
+  }
+}
+
+TEST(GetHistory, AStoredDtmfThatIsNoTruthValueStopsWithItsErrorBox) {
+  Rig rig;
+  rig.settings.values[{"Vorn Ringtally", "Reports", "DTMF"}] = "maybe";
+  EXPECT_EQ(GetHistory(*rig.form, rig.host, rig.settings, "5551234567"), RequestOutcome::kFailed);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  EXPECT_EQ(rig.host.messages[0].title, "Error");
+  EXPECT_NE(rig.host.messages[0].text.find("in Form fReport procedure GetHistory."), std::string::npos);
+  EXPECT_TRUE(rig.host.previews.empty());
+}
+
+}  // namespace
+}  // namespace cw
