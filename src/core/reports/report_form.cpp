@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "printer/scale_mode.h"
+#include "reports/busy_columns.h"
 #include "reports/condensed_columns.h"
 #include "reports/form_error_box.h"
 #include "settings/settings_keys.h"
@@ -25,13 +26,6 @@ constexpr std::int32_t kBold = 1;
 
 // Every page's own drawing starts here, under the heading block and its rule.
 constexpr double kFirstRowY = 1.4;
-
-// The all-lines-busy listing: the date from the detail listing's date
-// position, the other columns ending at these.
-constexpr double kBusyStartTimeX = 3.65;
-constexpr double kBusyEndTimeX = 4.55;
-constexpr double kBusyDurationX = 5.3;
-constexpr double kBusyLinesX = 5.9;
 
 // Weekday columns of the line usage heading on later pages (the report's own
 // first-page table uses 0.7; the two spacings have always differed).
@@ -332,11 +326,11 @@ void ReportForm::OnNewPage(std::int16_t page) {
     case kind::kAllLinesBusy:
       if (request_.variant != "Detailed") return;
       SetHeadingFont();
-      left(x[3], "Date");
-      right(kBusyStartTimeX, "Start Time");
-      right(kBusyEndTimeX, "End Time");
-      right(kBusyDurationX, "Duration");
-      right(kBusyLinesX, "Lines");
+      left(busy::kDateX, "Date");
+      right(busy::kStartTimeX, "Start Time");
+      right(busy::kEndTimeX, "End Time");
+      right(busy::kDurationX, "Duration");
+      right(busy::kLinesX, "Lines");
       endHeadings();
       return;
     case kind::kCallHistory:
