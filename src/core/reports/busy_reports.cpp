@@ -33,7 +33,14 @@ constexpr double kDayDurationX = 4.375;
 constexpr double kHourTotalX = 6.8;
 constexpr double WeekdayColumnX(int weekday) { return 2.0 + 0.6 * weekday; }
 
-// Progress is reported every so many lines, never per line.
+// Columns of the busy matrices: the day matrix counts occurrences and their
+// seconds per weekday; the hour matrix counts occurrences per weekday
+// (weekday - 1), their total over the week, and their seconds.
+constexpr int kOccurred = 1;
+constexpr int kSeconds = 2;
+constexpr int kHourTotal = 7;
+constexpr int kHourSeconds = 8;
+
 constexpr std::int64_t kProgressEvery = 4096;
 
 // The busy log is in time order like the call log and carries its date in
@@ -46,6 +53,16 @@ SelectionCriteria BusyPeriod(CivilDate from, CivilDate to) {
   criteria.to = to;
   criteria.direction = "InOut";
   return criteria;
+}
+
+// Every kProgressEvery lines read (never per line): how far through the log
+// the loop is, and a chance for the screen to keep up.
+void ReportProgress(ReportHost& host, const RecordSelection& selection, std::int64_t& nextProgress) {
+  if (selection.RecordsRead() < nextProgress) return;
+  host.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
+                static_cast<std::int64_t>(selection.BufferSize()));
+  host.DoEvents();
+  nextProgress = selection.RecordsRead() + kProgressEvery;
 }
 
 // Attaches the line being worked on to an error, so that the box shows which
@@ -90,13 +107,7 @@ void ReportForm::Print_BusyReport() {
       document.TextOut(RightAlignedX(busy::kDurationX, duration), duration);
       document.TextOut(RightAlignedX(busy::kLinesX, line.lines), line.lines);
       document.NewLine();
-
-      if (selection.RecordsRead() >= nextProgress) {
-        host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
-                       static_cast<std::int64_t>(selection.BufferSize()));
-        host_.DoEvents();
-        nextProgress = selection.RecordsRead() + kProgressEvery;
-      }
+      ReportProgress(host_, selection, nextProgress);
     }
 
     // One blank line, then the totals with their headings above them.
@@ -140,13 +151,7 @@ void ReportForm::Process_BusySummary() {
       }
       processingRecord_ = text;
       Build_BusyMatrix(line.date, line.start, seconds);
-
-      if (selection.RecordsRead() >= nextProgress) {
-        host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
-                       static_cast<std::int64_t>(selection.BufferSize()));
-        host_.DoEvents();
-        nextProgress = selection.RecordsRead() + kProgressEvery;
-      }
+      ReportProgress(host_, selection, nextProgress);
     }
     processingRecord_ = {};
     Print_BusySummary();
@@ -160,21 +165,22 @@ void ReportForm::Build_BusyMatrix(std::string_view date, std::string_view start,
                                   std::int32_t seconds) {
   try {
     const int weekday = ParseLogDate(date).Weekday();
+    // The hour at which all lines became busy, as the "h" format gives it.
     const int hour = ParseTimeText(start) / 3600;
     auto& day = matrices_.busyDay[weekday];
     auto& hourRow = matrices_.busyHour[hour];
     // Everything is worked out before anything is added, so an overflow
     // leaves the tables as they were.
-    const std::int32_t dayCount = AddInt32(day[1], 1);
-    const std::int32_t daySeconds = AddInt32(day[2], seconds);
+    const std::int32_t dayCount = AddInt32(day[kOccurred], 1);
+    const std::int32_t daySeconds = AddInt32(day[kSeconds], seconds);
     const std::int32_t hourCount = AddInt32(hourRow[weekday - 1], 1);
-    const std::int32_t hourTotal = AddInt32(hourRow[7], 1);
-    const std::int32_t hourSeconds = AddInt32(hourRow[8], seconds);
-    day[1] = dayCount;
-    day[2] = daySeconds;
+    const std::int32_t hourTotal = AddInt32(hourRow[kHourTotal], 1);
+    const std::int32_t hourSeconds = AddInt32(hourRow[kHourSeconds], seconds);
+    day[kOccurred] = dayCount;
+    day[kSeconds] = daySeconds;
     hourRow[weekday - 1] = hourCount;
-    hourRow[7] = hourTotal;
-    hourRow[8] = hourSeconds;
+    hourRow[kHourTotal] = hourTotal;
+    hourRow[kHourSeconds] = hourSeconds;
   } catch (RuntimeError& error) {
     error.SetProcessing(std::string(processingRecord_));
     ShowError(error, "Build_BusyMatrix");
@@ -186,84 +192,72 @@ void ReportForm::Print_BusySummary() {
   std::string chartFile;  // the bitmap to delete after the report, once one was asked for
   try {
     const Matrices& m = matrices_;
+    auto right = [&](double x, std::string_view text) { document.TextOut(RightAlignedX(x, text), text); };
 
-    // Day of week: occurrences and how long all lines were busy in total.
+    // Day of week: how often all lines were busy, and for how long in all.
     SetHeadingFont();
     document.TextOut(-1, "All Lines Busy Day Of Week Summary");
     document.NewLine();
-    document.TextOut(RightAlignedX(kOccurredX, "Occurred"), "Occurred");
-    document.TextOut(RightAlignedX(kDayDurationX, "Duration"), "Duration");
+    right(kOccurredX, "Occurred");
+    right(kDayDurationX, "Duration");
     SetBodyFont();
-    std::int32_t dayCountSum = 0;
-    std::int32_t daySecondsSum = 0;
+    std::int32_t countSum = 0;
+    std::int32_t secondsSum = 0;
     for (int weekday = 1; weekday <= 7; ++weekday) {
+      const auto& day = m.busyDay[weekday];
       document.NewLine();
-      const std::string_view name = WeekdayName(weekday, false);
-      const std::string count = std::to_string(m.busyDay[weekday][1]);
-      const std::string duration = SecondsToText(m.busyDay[weekday][2], true);
-      document.TextOut(RightAlignedX(kRowLabelX, name), name);
-      document.TextOut(RightAlignedX(kOccurredX, count), count);
-      document.TextOut(RightAlignedX(kDayDurationX, duration), duration);
-      dayCountSum = AddInt32(dayCountSum, m.busyDay[weekday][1]);
-      daySecondsSum = AddInt32(daySecondsSum, m.busyDay[weekday][2]);
+      right(kRowLabelX, WeekdayName(weekday, false));
+      right(kOccurredX, std::to_string(day[kOccurred]));
+      right(kDayDurationX, SecondsToText(day[kSeconds], true));
+      countSum = AddInt32(countSum, day[kOccurred]);
+      secondsSum = AddInt32(secondsSum, day[kSeconds]);
     }
     document.NewLine();
     SetHeadingFont();
-    {
-      const std::string count = std::to_string(dayCountSum);
-      const std::string duration = SecondsToText(daySecondsSum, true);
-      document.TextOut(RightAlignedX(kRowLabelX, "Totals"), "Totals");
-      document.TextOut(RightAlignedX(kOccurredX, count), count);
-      document.TextOut(RightAlignedX(kDayDurationX, duration), duration);
-    }
+    right(kRowLabelX, "Totals");
+    right(kOccurredX, std::to_string(countSum));
+    right(kDayDurationX, SecondsToText(secondsSum, true));
 
     document.NewLine();
     document.NewLine();
     document.NewLine();
 
-    // Time of day: occurrences by the hour at which all lines became busy.
+    // Time of day: occurrences by the hour at which all lines became busy,
+    // with a totals row so that the table can be checked against the first.
+    SetHeadingFont();
     document.TextOut(-1, "All Lines Busy Time Of Day Summary");
     document.NewLine();
-    for (int weekday = 1; weekday <= 7; ++weekday) {
-      const std::string_view name = WeekdayName(weekday, true);
-      document.TextOut(RightAlignedX(WeekdayColumnX(weekday), name), name);
-    }
-    document.TextOut(RightAlignedX(kHourTotalX, "Total"), "Total");
+    for (int weekday = 1; weekday <= 7; ++weekday) right(WeekdayColumnX(weekday), WeekdayName(weekday, true));
+    right(kHourTotalX, "Total");
     SetBodyFont();
-    std::array<std::int32_t, 8> columnSums{};
+    std::array<std::int32_t, kHourTotal + 1> columnSums{};
     for (int hour = 0; hour < 24; ++hour) {
+      const auto& hourRow = m.busyHour[hour];
       document.NewLine();
-      const std::string label = HourLabel(hour);
-      document.TextOut(RightAlignedX(kRowLabelX, label), label);
+      right(kRowLabelX, HourLabel(hour));
       for (int weekday = 1; weekday <= 7; ++weekday) {
-        const std::int32_t value = m.busyHour[hour][weekday - 1];
-        const std::string count = std::to_string(value);
-        document.TextOut(RightAlignedX(WeekdayColumnX(weekday), count), count);
-        columnSums[weekday - 1] = AddInt32(columnSums[weekday - 1], value);
+        right(WeekdayColumnX(weekday), std::to_string(hourRow[weekday - 1]));
       }
-      const std::string total = std::to_string(m.busyHour[hour][7]);
-      document.TextOut(RightAlignedX(kHourTotalX, total), total);
-      columnSums[7] = AddInt32(columnSums[7], m.busyHour[hour][7]);
+      right(kHourTotalX, std::to_string(hourRow[kHourTotal]));
+      for (int column = 0; column <= kHourTotal; ++column) {
+        columnSums[column] = AddInt32(columnSums[column], hourRow[column]);
+      }
     }
     document.NewLine();
     SetHeadingFont();
-    document.TextOut(RightAlignedX(kRowLabelX, "Totals"), "Totals");
+    right(kRowLabelX, "Totals");
     for (int weekday = 1; weekday <= 7; ++weekday) {
-      const std::string count = std::to_string(columnSums[weekday - 1]);
-      document.TextOut(RightAlignedX(WeekdayColumnX(weekday), count), count);
+      right(WeekdayColumnX(weekday), std::to_string(columnSums[weekday - 1]));
     }
-    {
-      const std::string total = std::to_string(columnSums[7]);
-      document.TextOut(RightAlignedX(kHourTotalX, total), total);
-    }
+    right(kHourTotalX, std::to_string(columnSums[kHourTotal]));
 
     if (request_.chart) {
-      // One blank line between the totals and the chart: ImageOut places the
-      // picture's top at the current line.
+      // ImageOut puts the picture's top at the current line, which still
+      // holds the totals: one line down, and one blank line before the chart.
       document.NewLine();
       document.NewLine();
       std::array<std::int32_t, 24> perHour{};
-      for (int hour = 0; hour < 24; ++hour) perHour[hour] = m.busyHour[hour][7];
+      for (int hour = 0; hour < 24; ++hour) perHour[hour] = m.busyHour[hour][kHourTotal];
       chartFile = ChartBitmapPath(environment_.pathFolder, environment_.tempFolder);
       PlaceBarChart(document, host_, HourlyBarChart(perHour), chartFile, kDailyChartLeft);
     }

@@ -307,7 +307,8 @@ TEST(BusySummary, BadLinesShowTheirBoxes) {
     EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
     ASSERT_EQ(rig.host.messages.size(), 1u);
     const std::string& box = rig.host.messages[0].text;
-    EXPECT_EQ(box.rfind("Error 13 Type mismatch\r\nin Form fReport procedure Build_BusyMatrix.", 0), 0u) << box;
+    EXPECT_EQ(box.rfind("Error 13 Type mismatch\r\nin Form fReport procedure Build_BusyMatrix.", 0), 0u)
+        << box;
     EXPECT_NE(box.find("Processing: 11/03/2026,25:00,09:50:00 AM,60,1-4"), std::string::npos) << box;
     ASSERT_EQ(rig.host.previews.size(), 1u);
     std::vector<std::string> totals;
