@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "settings/edition.h"
 #include "support/civil_date.h"
 
 namespace cw {
@@ -24,9 +25,6 @@ inline constexpr std::int16_t kByTelNumber = 6;
 inline constexpr std::int16_t kCallHistory = 7;
 inline constexpr std::int16_t kByLineNumber = 8;
 }  // namespace kind
-
-inline constexpr std::string_view kEditionCallwarden = "Callwarden MultiLine";
-inline constexpr std::string_view kEditionRingtally = "Vorn Ringtally";
 
 // Tab caption of a kind in an edition ("Unanswered Calls" for kind 4 in
 // "Vorn Ringtally"); empty outside 1..8.
