@@ -1,0 +1,508 @@
+// The call detail reports end to end, from a fixture log through the request
+// to the text export of the finished document, plus the rules behind them.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "data/call_record.h"
+#include "printer/fixed_pitch_metrics.h"
+#include "reports/caller_summary.h"
+#include "reports/detail_rules.h"
+#include "reports/report_form.h"
+#include "support/fast_cat.h"
+#include "support/file_helpers.h"
+#include "support/runtime_error.h"
+#include "testing/memory_settings_store.h"
+#include "testing/recording_host.h"
+
+namespace cw {
+namespace {
+
+std::string DataPath(const std::string& name) { return std::string(CW_TEST_DATA_DIR) + "/reports/" + name; }
+
+std::string ReadWhole(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// The export must equal tests/data/reports/<name>.txt; when it does not, what
+// came out is left in the build folder as <name>.actual.txt for a look.
+void ExpectExport(const std::string& text, const std::string& name) {
+  const std::string expected = ReadWhole(DataPath(name + ".txt"));
+  if (text == expected) return;
+  const std::string actual = std::string(CW_BINARY_DIR) + "/" + name + ".actual.txt";
+  std::ofstream(actual, std::ios::binary) << text;
+  ADD_FAILURE() << "the export differs from " << name << ".txt; it was written to " << actual;
+}
+
+// One call-log line in the fixed columns.
+std::string CallLine(std::string_view date, std::string_view time, std::string_view number, std::string_view name,
+                     std::string_view direction, std::string_view duration, std::string_view answered,
+                     std::string_view rings) {
+  char line[128];
+  std::snprintf(line, sizeof line, "%-10.10s %-7.7s %-18.18s %-40.40s %3s %-3s %7.7s %-3s %3s",
+                std::string(date).c_str(), std::string(time).c_str(), std::string(number).c_str(),
+                std::string(name).c_str(),
+                "1", std::string(direction).c_str(), std::string(duration).c_str(), std::string(answered).c_str(),
+                std::string(rings).c_str());
+  return std::string(Trim(line));
+}
+
+std::string LogLine(std::string_view time, std::string_view name, std::string_view direction,
+                    std::string_view duration, std::string_view answered, std::string_view rings) {
+  return CallLine("11/10/2026", time, "(555) 200-0000", name, direction, duration, answered, rings);
+}
+
+// What a user checks first: the rows of a listing against its totals block.
+struct ListingFigures {
+  int rows = 0;
+  std::int64_t rowSeconds = 0;
+  std::string totalCalls;     // the figures under "Total Calls" and "Duration"
+  std::string totalDuration;
+};
+
+std::int64_t Seconds(const std::string& hms) {
+  int h = 0, m = 0, s = 0;
+  std::sscanf(hms.c_str(), "%d:%d:%d", &h, &m, &s);
+  return h * 3600LL + m * 60 + s;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
+    lines.push_back(text.substr(start, end - start));
+  }
+  // The export does not end its last line.
+  if (start < text.size()) lines.push_back(text.substr(start));
+  return lines;
+}
+
+ListingFigures ReadListing(const std::string& text) {
+  static const std::regex row(R"(^\s*\d+\s.*\s\d\d/\d\d/\d{4}\s*\d+:\d\d[AP]M\s+(In|Out)\s+(\d+:\d\d:\d\d)\s)");
+  static const std::regex figures(R"(^\s*(\d+)\s+(\d+:\d\d:\d\d)\s*$)");
+  ListingFigures result;
+  const std::vector<std::string> lines = Lines(text);
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    std::smatch match;
+    const std::string line = lines[k] + " ";
+    if (std::regex_search(line, match, row)) {
+      ++result.rows;
+      result.rowSeconds += Seconds(match[2]);
+    } else if (lines[k].find("Total Calls") != std::string::npos && k + 1 < lines.size() &&
+               std::regex_search(lines[k + 1], match, figures)) {
+      result.totalCalls = match[1];
+      result.totalDuration = match[2];
+    }
+  }
+  return result;
+}
+
+// What follows "Total Abandoned Calls:" on its line.
+std::string AbandonedFigures(const std::string& text) {
+  const std::string label = "Total Abandoned Calls:";
+  const std::size_t at = text.find(label);
+  if (at == std::string::npos) return "<no abandoned totals>";
+  const std::size_t end = text.find("\r\n", at);
+  return std::string(Trim(text.substr(at + label.size(), end == std::string::npos ? end : end - at - label.size())));
+}
+
+void ExpectTotalsAddUp(const std::string& text, int rows) {
+  const ListingFigures figures = ReadListing(text);
+  EXPECT_EQ(figures.rows, rows);
+  EXPECT_EQ(figures.totalCalls, std::to_string(figures.rows)) << "Total Calls is the number of rows listed";
+  EXPECT_EQ(Seconds(figures.totalDuration), figures.rowSeconds) << "Duration is the sum of the rows' minutes";
+}
+
+// A report form on a fixture log, asked for the first days of November 2026
+// in and out.
+struct DetailRig {
+  explicit DetailRig(const std::string& logPath) : form(Environment(logPath), host, metrics, settings) {
+    ReportRequest& request = form.Request();
+    request.fromDate = "11/01/2026";
+    request.toDate = "11/06/2026";
+    request.direction = "InOut";
+  }
+
+  static ReportEnvironment Environment(const std::string& logPath) {
+    ReportEnvironment environment;
+    environment.logPath = logPath;
+    environment.activeLines = 4;
+    return environment;
+  }
+
+  ReportRequest& Request() { return form.Request(); }
+
+  // Runs the request; the text export of its document, or "" without one.
+  std::string Run() {
+    const std::size_t before = host.previews.size();
+    outcome = form.cmdPrintQuery_Click();
+    return host.previews.size() > before ? host.previews.back().text : std::string();
+  }
+
+  FixedPitchMetrics metrics;
+  testing::RecordingHost host;
+  testing::MemorySettingsStore settings;
+  ReportForm form;
+  RequestOutcome outcome = RequestOutcome::kFailed;
+};
+
+// ---------------------------------------------------------------------------
+// Rules on values
+
+TEST(DetailRulesTest, TotalDurationsAreHoursMinutesSecondsWithoutALimit) {
+  EXPECT_EQ(TotalDurationText(0), "0:00:00");
+  EXPECT_EQ(TotalDurationText(59), "0:00:59");
+  EXPECT_EQ(TotalDurationText(3599), "0:59:59");
+  EXPECT_EQ(TotalDurationText(3600), "1:00:00");
+  EXPECT_EQ(TotalDurationText(100 * 3600 + 40 * 60 + 39), "100:40:39");
+  EXPECT_EQ(TotalDurationText(-300), "-0:05:00");
+}
+
+TEST(DetailRulesTest, AbandonedPercentageRoundsHalvesToEven) {
+  EXPECT_EQ(AbandonedPercentage(12, 40), 30);
+  EXPECT_EQ(AbandonedPercentage(1, 8), 12) << "12.5 goes down to the even 12";
+  EXPECT_EQ(AbandonedPercentage(3, 8), 38) << "37.5 goes up to the even 38";
+  EXPECT_EQ(AbandonedPercentage(2, 3), 67);
+  EXPECT_EQ(AbandonedPercentage(0, 5), 0);
+  EXPECT_EQ(AbandonedPercentage(5, 0), 0) << "no call considered";
+  EXPECT_EQ(AbandonedSummaryText(12, 40), "12 of 40  (30%)");
+  EXPECT_EQ(AbandonedSummaryText(0, 0), "0 of 0  (0%)");
+  try {
+    AbandonedPercentage(30'000'000, 40'000'000);
+    ADD_FAILURE() << "abandoned * 100 beyond 32 bits";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kOverflow);
+  }
+}
+
+TEST(DetailRulesTest, LineListingTitleNamesTheChoice) {
+  EXPECT_EQ(LineListingTitle({3}), "LINE DETAILS REPORT (Line 3)");
+  EXPECT_EQ(LineListingTitle({1, 2, 3, 4}), "LINE DETAILS REPORT (Lines 1-4)");
+  EXPECT_EQ(LineListingTitle({1, 3, 4, 5, 8}), "LINE DETAILS REPORT (Lines 1,3-5,8)");
+  EXPECT_EQ(LineListingTitle({4, 2}), "LINE DETAILS REPORT (Lines 4,2)");
+  EXPECT_EQ(LineListingTitle({}), "LINE DETAILS REPORT");
+}
+
+TEST(DetailRulesTest, AbandonedRulesForInboundCalls) {
+  AbandonedFilter filter;
+  filter.unanswered = true;
+  filter.ringCount = true;
+  filter.rings = "3";
+  filter.notLasting = true;
+  filter.seconds = "30";
+  const AbandonedCallTest in(filter, "In");
+  struct Case {
+    std::string line;
+    bool abandoned;
+    const char* why;
+  };
+  const Case cases[] = {
+      {LogLine("08:00AM", "A", "In", "0:00:10", "No", "3"), true, "a ring count equal to the limit passes"},
+      {LogLine("08:00AM", "A", "In", "0:00:10", "No", "4"), false, "one ring more does not"},
+      {LogLine("08:00AM", "A", "In", "0:00:10", "No", ""), false, "no ring count"},
+      {LogLine("08:00AM", "A", "In", "0:00:10", "Yes", "1"), false, "answered"},
+      {LogLine("08:00AM", "A", "In", "0:00:10", "yes", "1"), true, "only \"Yes\" means answered"},
+      {LogLine("08:00AM", "A", "In", "0:00:30", "No", "1"), false, "lasted exactly the limit"},
+      {LogLine("08:00AM", "A", "In", "0:00:29", "No", "1"), true, "a second short of it"},
+      {LogLine("08:00AM", "A", "In", "1:00:10", "No", "1"), true, "the hour digit is not read"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(in.IsAbandoned(CallRecord(c.line)), c.abandoned) << c.why;
+
+  // Outbound and mixed listings are filtered by the duration only.
+  for (const char* direction : {"Out", "InOut"}) {
+    const AbandonedCallTest other(filter, direction);
+    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("08:00AM", "A", "Out", "0:00:10", "Yes", "9"))));
+    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("08:00AM", "A", "In", "0:00:10", "Yes", ""))));
+    EXPECT_FALSE(other.IsAbandoned(CallRecord(LogLine("08:00AM", "A", "Out", "0:00:30", "No", "1"))));
+  }
+
+  // Without "Calls Not Lasting" the duration is not looked at.
+  AbandonedFilter ringsOnly;
+  ringsOnly.ringCount = true;
+  ringsOnly.rings = "2";
+  EXPECT_TRUE(AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("08:00AM", "A", "In", "0:59:59", "Yes", "2"))));
+  try {
+    AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("08:00AM", "A", "In", "0:00:01", "No", "x")));
+    ADD_FAILURE() << "a ring count that is not a number";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kTypeMismatch);
+  }
+}
+
+TEST(DetailRulesTest, CallerSortLinesComeBackWhole) {
+  CallerSummary callers;
+  const std::string first = CallLine("11/02/2026", "08:05AM", "(555) 123-4567", "SMITH JOHN", "In", "0:03:14", "Yes", "4");
+  const std::string second = CallLine("11/02/2026", "01:15PM", "555-123-4567", "Smith John", "In", "1:02:03", "Yes", "2");
+  callers.Add(CallRecord(first));
+  callers.Add(CallRecord(second));
+  ASSERT_EQ(callers.CallerCount(), 1u) << "one caller under two spellings";
+  cFastCat builder;
+  builder.SetPageSize(static_cast<std::int32_t>(2 * callers.SortTextLength()));
+  callers.AppendSortLines(builder);
+  const std::string text = builder.Value();
+  ASSERT_EQ(text.size(), callers.SortTextLength());
+  const CallerTotals caller = CallerSummary::FromSortLine(std::string_view(text).substr(0, text.size() - 2));
+  EXPECT_EQ(caller.name, "SMITH JOHN");
+  EXPECT_EQ(caller.number, "(555) 123-4567");
+  EXPECT_EQ(caller.calls, 2);
+  EXPECT_EQ(caller.seconds, 194 + 3723);
+  EXPECT_THROW(CallerSummary::FromSortLine("SMITH JOHN"), RuntimeError);
+}
+
+// ---------------------------------------------------------------------------
+// Listings of every call
+
+TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kCallHistory;
+  const std::string inOut = rig.Run();
+  ExpectExport(inOut, "detail-calls-inout");
+  ExpectTotalsAddUp(inOut, 9);
+  EXPECT_EQ(rig.outcome, RequestOutcome::kProduced);
+  EXPECT_EQ(rig.host.previews.back().title, "LOGGED CALLS DETAIL REPORT");
+  EXPECT_EQ(inOut.find("EARLY BIRD"), std::string::npos) << "before the period";
+  EXPECT_EQ(inOut.find("LATE CALL"), std::string::npos) << "after the period";
+
+  // Inbound only, with the touch-tone digits: no split by direction.
+  rig.Request().direction = "In";
+  rig.Request().dtmf = true;
+  rig.Request().columns = DetailColumnPositions(true);
+  const std::string in = rig.Run();
+  ExpectExport(in, "detail-calls-in-dtmf");
+  ExpectTotalsAddUp(in, 7);
+
+  // A kind without a tab of its own lists every call, as mode 0 does.
+  rig.Request().kind = 9;
+  EXPECT_EQ(ReadListing(rig.Run()).totalCalls, "7");
+  EXPECT_EQ(rig.host.previews.back().title, "CALLER DETAIL REPORT");
+}
+
+TEST(DetailListingTest, AnEmptyPeriodPrintsHeadingsAndZeroTotals) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kCallHistory;
+  rig.Request().fromDate = "11/07/2026";
+  rig.Request().toDate = "11/08/2026";
+  const std::string text = rig.Run();
+  ExpectExport(text, "detail-calls-empty");
+  const ListingFigures figures = ReadListing(text);
+  EXPECT_EQ(figures.rows, 0);
+  EXPECT_EQ(figures.totalCalls, "0");
+  EXPECT_EQ(figures.totalDuration, "0:00:00");
+}
+
+TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
+  // Enough calls to fill a page and some; one of these counts leaves room
+  // for the labels but not for their figures.
+  const std::string log = GetTempFile("VPT");
+  for (int calls = 52; calls <= 64; ++calls) {
+    std::string text;
+    for (int k = 0; k < calls; ++k) {
+      const std::string minute = (k % 60 < 10 ? "0" : "") + std::to_string(k % 60);
+      text += CallLine("11/02/2026", (k < 60 ? "09:" : "10:") + minute + "AM", "(555) 100-0000", "CALLER", "In", "0:01:00", "Yes", "2");
+      text += "\r\n";
+    }
+    WriteFileAtomically(log, text);
+    DetailRig rig(log);
+    rig.Request().kind = kind::kCallHistory;
+    rig.Request().direction = "In";
+    rig.form.cmdPrintQuery_Click();
+    ASSERT_FALSE(rig.host.previews.empty()) << (rig.host.messages.empty() ? "" : rig.host.messages[0].text);
+    const std::string exported = rig.host.previews.back().text;
+    ExpectTotalsAddUp(exported, calls);
+    const std::size_t label = exported.find("Total Calls");
+    ASSERT_NE(label, std::string::npos);
+    EXPECT_EQ(exported.find('\f', label), std::string::npos)
+        << calls << " calls: the totals block is split over two pages";
+  }
+  std::remove(log.c_str());
+}
+
+// ---------------------------------------------------------------------------
+// One caller, by name or by number
+
+TEST(CallerListingTest, ByNameExactOrPartial) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kByName;
+  rig.Request().searchText = "smith john";
+  const std::string exact = rig.Run();
+  ExpectTotalsAddUp(exact, 2);
+  EXPECT_NE(exact.find("SMITH JOHN "), std::string::npos);
+  EXPECT_NE(exact.find("Smith John "), std::string::npos) << "names match whatever their case";
+  EXPECT_EQ(exact.find("SMITH JOHNNY"), std::string::npos) << "an exact match is the whole name";
+
+  rig.Request().partial = true;
+  rig.Request().searchText = "SMITH";
+  const std::string partial = rig.Run();
+  ExpectExport(partial, "detail-name-partial");
+  ExpectTotalsAddUp(partial, 4);
+}
+
+TEST(CallerListingTest, ByNumberExactOrPartial) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kByTelNumber;
+  rig.Request().searchText = "5551234567";
+  const std::string exact = rig.Run();
+  ExpectExport(exact, "detail-number-exact");
+  ExpectTotalsAddUp(exact, 3);  // written three ways in the log
+
+  rig.Request().searchText = "5550198841, 5556120934";
+  ExpectTotalsAddUp(rig.Run(), 3);
+
+  rig.Request().searchText = "123";
+  ExpectTotalsAddUp(rig.Run(), 0);  // an exact match is the whole number
+  rig.Request().partial = true;
+  const std::string partial = rig.Run();
+  ExpectTotalsAddUp(partial, 4);
+  EXPECT_NE(partial.find("(555) 312-3000"), std::string::npos);
+  EXPECT_FALSE(rig.form.PartialMatch());
+}
+
+// ---------------------------------------------------------------------------
+// Abandoned calls
+
+TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
+  DetailRig rig(DataPath("detail-abandoned.log"));
+  ReportRequest& request = rig.Request();
+  request.kind = kind::kAbandonedCalls;
+  request.fromDate = "11/10/2026";
+  request.toDate = "11/10/2026";
+  request.direction = "In";
+  request.abandoned.unanswered = true;
+  request.abandoned.ringCount = true;
+  request.abandoned.rings = "3";
+  request.abandoned.notLasting = true;
+  request.abandoned.seconds = "30";
+  const std::string in = rig.Run();
+  ExpectExport(in, "detail-abandoned-in");
+  EXPECT_EQ(rig.host.previews.back().title, "ABANDONED CALLS DETAIL REPORT");
+  EXPECT_EQ(ReadListing(in).rows, 4);
+  EXPECT_EQ(AbandonedFigures(in), "4 of 8  (50%)");
+  for (const char* listed : {"RINGS EQUAL", "ONE SECOND SHORT", "HOUR AND TEN SECONDS", "NO RINGS"}) {
+    EXPECT_NE(in.find(listed), std::string::npos) << listed;
+  }
+
+  // Out and InOut: the answer and the rings are not looked at.
+  request.direction = "Out";
+  const std::string out = rig.Run();
+  EXPECT_EQ(ReadListing(out).rows, 1);
+  EXPECT_NE(out.find("OUT ANSWERED"), std::string::npos);
+  EXPECT_EQ(AbandonedFigures(out), "1 of 2  (50%)");
+  request.direction = "InOut";
+  const std::string both = rig.Run();
+  EXPECT_EQ(ReadListing(both).rows, 8);
+  EXPECT_EQ(AbandonedFigures(both), "8 of 10  (80%)");
+  EXPECT_EQ(both.find("LASTED THE LIMIT"), std::string::npos);
+  EXPECT_EQ(both.find("OUT LONG"), std::string::npos);
+
+  // No call in the period: nothing considered, 0 %.
+  request.fromDate = request.toDate = "11/11/2026";
+  const std::string none = rig.Run();
+  EXPECT_EQ(ReadListing(none).rows, 0);
+  EXPECT_EQ(AbandonedFigures(none), "0 of 0  (0%)");
+}
+
+// ---------------------------------------------------------------------------
+// Condensed history
+
+TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kCallHistory;
+  rig.Request().chart = true;
+  const std::string text = rig.Run();
+  ExpectExport(text, "detail-condensed");
+  EXPECT_EQ(rig.host.previews.back().title, "LOGGED CALLS SUMMARY REPORT");
+  // SMITH JOHN at (555) 123-4567 and Smith John at 555-123-4567 are one
+  // caller; SMITH JOHNNY at 5551234567 is another.
+  EXPECT_NE(text.find("SMITH JOHN"), std::string::npos);
+  EXPECT_EQ(text.find("Smith John"), std::string::npos);
+  const std::size_t maryOther = text.find("(555) 019-0001");
+  const std::size_t mary = text.find("(555) 019-8841");
+  const std::size_t smith = text.find("(555) 123-4567");
+  const std::size_t johnny = text.find("5551234567");
+  const std::size_t williams = text.find("WILLIAMS ROBERT");
+  ASSERT_NE(williams, std::string::npos);
+  EXPECT_LT(maryOther, mary);
+  EXPECT_LT(mary, smith);
+  EXPECT_LT(smith, johnny);
+  EXPECT_LT(johnny, williams);
+
+  rig.Request().fromDate = rig.Request().toDate = "11/07/2026";
+  const ListingFigures empty = ReadListing(rig.Run());
+  EXPECT_EQ(empty.totalCalls, "0");
+  EXPECT_EQ(empty.totalDuration, "0:00:00");
+}
+
+// ---------------------------------------------------------------------------
+// Line listing
+
+TEST(LineListingTest, NoLineChosenIsRefusedWithAMessage) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kByLineNumber;
+  EXPECT_EQ(rig.Run(), "");
+  EXPECT_EQ(rig.outcome, RequestOutcome::kRefused);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  EXPECT_EQ(rig.host.messages[0].title, "Callwarden Reports");
+  EXPECT_EQ(rig.host.messages[0].text,
+            "No line # was selected.\r\nChoose a line # or check the \"All Lines\" option.");
+  EXPECT_EQ(rig.host.messages[0].icon, MessageIcon::kExclamation);
+  EXPECT_TRUE(rig.host.previews.empty());
+}
+
+TEST(LineListingTest, OneLineOrAllLinesEachOnItsOwnPages) {
+  DetailRig rig(DataPath("detail-calls.log"));
+  rig.Request().kind = kind::kByLineNumber;
+  rig.Request().lines.lines = {2};
+  const std::string one = rig.Run();
+  ExpectExport(one, "detail-lines-one");
+  ExpectTotalsAddUp(one, 3);
+  EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Line 2)");
+
+  rig.Request().lines.allLines = true;
+  const std::string all = rig.Run();
+  ExpectExport(all, "detail-lines-all");
+  EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Lines 1-4)");
+  EXPECT_EQ(rig.host.previews.back().totalPages, 4);
+  // Page by page: its line in the heading, its own calls and totals.
+  const int callsOnLine[] = {4, 3, 2, 0};
+  std::size_t start = 0;
+  for (int line = 1; line <= 4; ++line) {
+    const std::size_t end = all.find('\f', start);
+    const std::string page = all.substr(start, end == std::string::npos ? std::string::npos : end - start);
+    EXPECT_NE(page.find("LINE DETAILS REPORT (Line " + std::to_string(line) + ")"), std::string::npos);
+    ExpectTotalsAddUp(page, callsOnLine[line - 1]);
+    start = end == std::string::npos ? all.size() : end + 1;
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Bad records
+
+TEST(DetailErrorTest, ABadRecordEndsInTheProcedureErrorBox) {
+  DetailRig rig(DataPath("detail-bad-time.log"));
+  rig.Request().kind = kind::kCallHistory;
+  EXPECT_EQ(rig.Run(), "");
+  EXPECT_EQ(rig.outcome, RequestOutcome::kFailed);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  EXPECT_EQ(rig.host.messages[0].title, "Error");
+  EXPECT_NE(rig.host.messages[0].text.find("Error: 13\r\n"), std::string::npos);
+  EXPECT_NE(rig.host.messages[0].text.find("Procedure Name: Print_Detail."), std::string::npos);
+
+  DetailRig lines(DataPath("detail-bad-line.log"));
+  lines.Request().kind = kind::kByLineNumber;
+  lines.Request().lines.lines = {1};
+  EXPECT_EQ(lines.Run(), "");
+  EXPECT_EQ(lines.outcome, RequestOutcome::kFailed);
+  ASSERT_EQ(lines.host.messages.size(), 1u);
+  EXPECT_NE(lines.host.messages[0].text.find("Error 13 Type mismatch"), std::string::npos);
+  EXPECT_NE(lines.host.messages[0].text.find("in Form fReport procedure Print_Lines."), std::string::npos);
+}
+
+}  // namespace
+}  // namespace cw
