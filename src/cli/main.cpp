@@ -1,7 +1,6 @@
 // cwreport: the headless front end. Each subcommand lives in its own file and
 // is listed below; arguments that start with no subcommand name are a report
 // request.
-#include <cstdio>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -10,6 +9,7 @@
 #include "cli/dump_command.h"
 #include "cli/export_command.h"
 #include "cli/log_summary_command.h"
+#include "cli/report_command.h"
 
 namespace {
 
@@ -37,10 +37,6 @@ int main(int argc, char** argv) {
       }
     }
   }
-  std::fputs("cwreport: report requests are not available yet; subcommands:", stderr);
-  for (const Subcommand& subcommand : kSubcommands) std::fprintf(stderr, " %.*s",
-                                                                 static_cast<int>(subcommand.name.size()),
-                                                                 subcommand.name.data());
-  std::fputs("\n", stderr);
-  return 2;
+  const std::vector<std::string> args(argv + 1, argv + argc);
+  return cw::cli::RunReport(args, std::cout, std::cerr);
 }

@@ -1,0 +1,175 @@
+#include "cli/cli_report_host.h"
+
+#include <chrono>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <ostream>
+#include <system_error>
+
+#include "cli/stream_output_file.h"
+#include "platform/bar_chart.h"
+#include "platform/pdf_page_device.h"
+#include "platform/png_page_device.h"
+#include "printer/orl_printer.h"
+#include "printer/output_file.h"
+#include "printer/spool_reader.h"
+#include "printer/spool_replay.h"
+#include "printer/text_export.h"
+#include "support/ansi_text.h"
+#include "support/runtime_error.h"
+
+namespace cw::cli {
+
+namespace {
+
+constexpr int kDefaultDpi = 150;
+constexpr std::size_t kCopyBlock = 1 << 20;
+
+// A document that drew nothing is still one page, as a printed report of no
+// rows is.
+template <class Device>
+SpoolProblems ReplayDocument(const std::string& spool, Device& device, const PageSetup& paper) {
+  ReplayOptions options;
+  options.page = paper;
+  ReplayResult result = ReplaySpool(spool, device, options);
+  if (!device.Completed()) {
+    device.BeginDocument(OrientedPage(paper, SpoolReader(spool).Header().orientation));
+    device.BeginPage();
+    device.EndPage();
+    device.EndDocument();
+  }
+  return std::move(result.problems);
+}
+
+}  // namespace
+
+CliReportHost::CliReportHost(ReportOutputs outputs, PageSetup paper, CivilDate today, std::ostream& out,
+                             std::ostream& err, bool progressBar)
+    : outputs_(std::move(outputs)), paper_(paper), today_(today), out_(out), err_(err), progress_(progressBar) {}
+
+MessageAnswer CliReportHost::MessageBox(std::string_view title, std::string_view text, MessageIcon,
+                                        MessageButtons buttons) {
+  progress_.Clear();
+  std::string line;
+  if (!title.empty()) line = Win1252ToUtf8(title) + ": ";
+  // The boxes break their lines with CR LF; a terminal wants LF alone.
+  for (char c : Win1252ToUtf8(text)) {
+    if (c != '\r') line += c;
+  }
+  err_ << line << '\n' << std::flush;
+  // Nobody is there to press Retry.
+  return buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kCancel;
+}
+
+void CliReportHost::SetBusy(bool) {}
+
+void CliReportHost::DoEvents() {}
+
+void CliReportHost::Progress(std::int64_t done, std::int64_t total) { progress_.Update(done, total); }
+
+ScreenTwips CliReportHost::Screen() { return {}; }
+
+CivilDate CliReportHost::Today() { return today_; }
+
+TimeOfDay CliReportHost::Now() {
+  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  std::tm local{};
+  localtime_r(&now, &local);
+  return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+}
+
+std::string CliReportHost::AppTitle() { return "Callwarden Reports"; }
+
+void CliReportHost::DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) {
+  DrawBarChartBitmap(chart, bitmapFile);
+}
+
+// The first document's outputs carry the names given; a report that makes
+// more documents names the next ones NAME-2.EXT, NAME-3.EXT.
+std::string CliReportHost::OutputName(const std::string& name, bool folder) const {
+  if (documents_ <= 1) return name;
+  const std::string suffix = "-" + std::to_string(documents_);
+  const std::filesystem::path path(name);
+  if (folder || !path.has_extension()) return name + suffix;
+  return (path.parent_path() / (path.stem().string() + suffix + path.extension().string())).string();
+}
+
+void CliReportHost::ShowPreview(OrlPrinter& document) {
+  progress_.Clear();
+  ++documents_;
+  // The document is finished (EndDoc): its spool is complete until the
+  // report's DestroyReport deletes it, so everything is taken from it now.
+  const std::string spool = document.PrintFile();
+  if (outputs_.spool) KeepSpool(spool, OutputName(*outputs_.spool, false));
+  if (outputs_.text) WriteText(spool, *outputs_.text == "-" ? "-" : OutputName(*outputs_.text, false));
+  if (outputs_.pdf) WritePdf(spool, OutputName(*outputs_.pdf, false), document.Title());
+  if (outputs_.png) WritePng(spool, OutputName(*outputs_.png, true));
+}
+
+void CliReportHost::KeepSpool(const std::string& spool, const std::string& target) {
+  std::ifstream in(spool, std::ios::binary);
+  if (!in) throw RuntimeError(err::kFileNotFound, "Cannot read the spool file " + spool);
+  AtomicOutputFile output(target);
+  std::string block(kCopyBlock, '\0');
+  while (in) {
+    in.read(block.data(), static_cast<std::streamsize>(block.size()));
+    output.Write(std::string_view(block.data(), static_cast<std::size_t>(in.gcount())));
+  }
+  if (in.bad()) throw RuntimeError(err::kPathFileAccess, "Cannot read the spool file " + spool);
+  output.Commit();
+  written_.push_back(target);
+}
+
+void CliReportHost::WriteText(const std::string& spool, const std::string& target) {
+  const ExportProgress progress = [this](std::int64_t done, std::int64_t total) { progress_.Update(done, total); };
+  if (target == "-") {
+    SpoolReader reader(spool);
+    StreamOutputFile output(out_);
+    ExportSpoolText(reader, output, progress);
+    output.Commit();
+    ReportProblems(spool, reader.Problems().Lines());
+    return;
+  }
+  const SpoolProblems problems = ExportSpoolToTextFile(spool, target, progress);
+  written_.push_back(target);
+  ReportProblems(spool, problems.Lines());
+}
+
+void CliReportHost::WritePdf(const std::string& spool, const std::string& target, const std::string& title) {
+  PdfPageDevice device(target, Win1252ToUtf8(title));
+  const SpoolProblems problems = ReplayDocument(spool, device, paper_);
+  written_.push_back(target);
+  ReportProblems(spool, problems.Lines());
+}
+
+void CliReportHost::WritePng(const std::string& spool, const std::string& folder) {
+  std::error_code error;
+  const bool existed = std::filesystem::exists(folder, error);
+  PngPageDevice device(folder, outputs_.dpi.value_or(kDefaultDpi));
+  const SpoolProblems problems = ReplayDocument(spool, device, paper_);
+  for (int page = 1; page <= device.PagesWritten(); ++page) {
+    written_.push_back((std::filesystem::path(folder) / PngPageDevice::PageFileName(page)).string());
+  }
+  // A folder made for these pages goes with them.
+  if (!existed) written_.push_back(folder);
+  ReportProblems(spool, problems.Lines());
+}
+
+// A spool this program has just written has no problems; if one turns up,
+// it is shown rather than lost.
+void CliReportHost::ReportProblems(const std::string& spool, const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) err_ << spool << ": " << line << '\n';
+}
+
+void CliReportHost::DiscardOutputs() {
+  // In the order written: the page images come before the folder made for
+  // them, which goes only when it is empty.
+  for (const std::string& path : written_) {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+  }
+  written_.clear();
+}
+
+}  // namespace cw::cli

@@ -1,0 +1,65 @@
+#pragma once
+// The ReportHost of cwreport: message boxes become lines on standard error,
+// the preview becomes the requested outputs (text, PDF, page images, the kept
+// spool), charts are drawn by the platform's bar chart, and long work shows a
+// progress bar when standard error is a terminal.
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "cli/report_options.h"
+#include "cli/terminal_progress.h"
+#include "reports/report_host.h"
+
+namespace cw::cli {
+
+class CliReportHost final : public ReportHost {
+ public:
+  // out receives "--text -"; err the messages. progressBar: err is a terminal.
+  CliReportHost(ReportOutputs outputs, PageSetup paper, CivilDate today, std::ostream& out, std::ostream& err,
+                bool progressBar);
+
+  // "TITLE: TEXT" (the text alone when the title is empty), one line per line
+  // of the text. OK boxes answer OK; a Retry/Cancel box answers Cancel.
+  MessageAnswer MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
+                           MessageButtons buttons) override;
+  void SetBusy(bool busy) override;
+  void DoEvents() override;
+  void Progress(std::int64_t done, std::int64_t total) override;
+  // Writes every requested output of the finished document. Throws
+  // RuntimeError when one cannot be written (the report's error box).
+  void ShowPreview(OrlPrinter& document) override;
+  void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override;
+  // No screen: the preview's size is of no use here.
+  ScreenTwips Screen() override;
+  CivilDate Today() override;
+  TimeOfDay Now() override;
+  std::string AppTitle() override;
+
+  // Documents written so far.
+  int Documents() const { return documents_; }
+  // Removes every output file written so far: a request that ended in an
+  // error leaves none behind.
+  void DiscardOutputs();
+  void ClearProgress() { progress_.Clear(); }
+
+ private:
+  std::string OutputName(const std::string& name, bool folder) const;
+  void KeepSpool(const std::string& spool, const std::string& target);
+  void WriteText(const std::string& spool, const std::string& target);
+  void WritePdf(const std::string& spool, const std::string& target, const std::string& title);
+  void WritePng(const std::string& spool, const std::string& folder);
+  void ReportProblems(const std::string& spool, const std::vector<std::string>& lines);
+
+  ReportOutputs outputs_;
+  PageSetup paper_;
+  CivilDate today_;
+  std::ostream& out_;
+  std::ostream& err_;
+  TerminalProgress progress_;
+  int documents_ = 0;
+  std::vector<std::string> written_;
+};
+
+}  // namespace cw::cli

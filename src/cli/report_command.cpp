@@ -1,0 +1,209 @@
+#include "cli/report_command.h"
+
+#include <unistd.h>
+
+#include <QApplication>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "cli/cli_report_host.h"
+#include "cli/report_options.h"
+#include "data/oldest_log_date.h"
+#include "platform/headless_application.h"
+#include "platform/qt_text_metrics.h"
+#include "reports/form_error_box.h"
+#include "reports/get_history.h"
+#include "reports/report_form.h"
+#include "settings/ini_settings_store.h"
+#include "settings/settings_keys.h"
+#include "settings/settings_values.h"
+#include "settings/startup.h"
+#include "support/date_format.h"
+#include "support/runtime_error.h"
+
+namespace cw::cli {
+
+namespace {
+
+CivilDate TodayFromClock() {
+  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  std::tm local{};
+  localtime_r(&now, &local);
+  return CivilDate::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+}
+
+// Fonts and page devices need a Qt application; the bar chart draws with
+// widgets and needs the widgets' one. Only a request that can draw a chart
+// pays for that.
+bool MayDrawChart(const ReportOptions& options) {
+  if (!options.chart || !options.kind) return false;
+  return *options.kind == kind::kDailyCallStatistics || *options.kind == kind::kLineUsageStatistics ||
+         *options.kind == kind::kAllLinesBusy;
+}
+
+QtMessageHandler qtDefaultHandler = nullptr;
+
+// A headless run has no session: Qt's note that the runtime folder is not
+// set would read as a message of the report. Everything else passes.
+void QuietMessages(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (type == QtWarningMsg && message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) return;
+  if (qtDefaultHandler != nullptr) qtDefaultHandler(type, context, message);
+}
+
+std::unique_ptr<QGuiApplication> MakeApplication(bool widgets) {
+  if (!widgets) return MakeHeadlessApplication();
+  if (QCoreApplication::instance() != nullptr) return nullptr;
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  qtDefaultHandler = qInstallMessageHandler(QuietMessages);
+  // Qt keeps references to the argument count and vector for the life of
+  // the application.
+  static int argc = 1;
+  static char name[] = "cwreport";
+  static char* argv[] = {name, nullptr};
+  return std::make_unique<QApplication>(argc, argv);
+}
+
+std::string TemporaryFolder() {
+  const char* folder = std::getenv("TMPDIR");
+  return folder != nullptr && *folder != '\0' ? folder : "/tmp";
+}
+
+std::int16_t ActiveLines(const DataLocations& data) {
+  if (data.activeLines < 0 || data.activeLines > 32767) {
+    throw RuntimeError(err::kOverflow, "ActiveLines " + std::to_string(data.activeLines) + " in " + data.iniPath +
+                                           " is not a number of lines");
+  }
+  return static_cast<std::int16_t>(data.activeLines);
+}
+
+// The request as the form would hold it: the options given, and for the rest
+// what the form restores from the settings (period, direction, touch-tone
+// digits). Throws RuntimeError; `procedure` names the form procedure whose
+// work failed.
+void FillRequest(ReportRequest& request, const ReportOptions& options, const ReportEnvironment& environment,
+                 SettingsStore& store, const ErrorBoxOutput& errors, CivilDate today, std::string& procedure) {
+  const auto stored = [&](const SettingKey& key) {
+    return GetOptions(store, environment.edition, kReportsSection, key.name, key.defaultValue, errors);
+  };
+  procedure = "Form_Load";
+  request.kind = *options.kind;
+  request.dtmf = options.dtmf || SettingIsTrue(stored(setting::kDtmf));
+  request.columns = DetailColumnPositions(request.dtmf);
+
+  procedure = "TabPreSetts";
+  request.direction = options.direction ? *options.direction : stored(setting::kCallType);
+  request.fromDate = options.from ? *options.from : stored(setting::kFromDate);
+  request.toDate = options.to ? *options.to : stored(setting::kToDate);
+  if (!options.to && request.toDate.empty()) request.toDate = FormatDate(today, "mm/dd/yyyy");
+
+  if (options.period) {
+    procedure = "oTimePeriod_Click";
+    std::optional<std::string> oldest;
+    if (*options.period == TimePeriod::kAllLogEntries) oldest = OldestLogDate(environment.logPath, today);
+    const PeriodCaptions captions =
+        ApplyTimePeriod(*options.period, today, oldest, PeriodCaptions{request.fromDate, request.toDate});
+    request.fromDate = captions.fromDate;
+    request.toDate = captions.toDate;
+  }
+
+  request.variant = options.variant.value_or("Detailed");
+  request.searchText = options.search.value_or("");
+  request.partial = options.partial;
+  request.chart = options.chart;
+  request.abandoned.notLasting = options.notLastingSeconds.has_value();
+  request.abandoned.seconds = options.notLastingSeconds.value_or("");
+  request.abandoned.ringCount = options.rings.has_value();
+  request.abandoned.rings = options.rings.value_or("");
+  request.abandoned.unanswered = options.unanswered;
+  request.lines = options.lines.value_or(LineChoice{});
+}
+
+int ExitStatus(RequestOutcome outcome) {
+  switch (outcome) {
+    case RequestOutcome::kProduced: return 0;
+    case RequestOutcome::kRefused: return 2;
+    case RequestOutcome::kFailed: return 1;
+  }
+  return 1;
+}
+
+int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
+  const CivilDate today = options.today.value_or(TodayFromClock());
+  // Destroyed last: the metrics and page devices below use it.
+  const auto application = MakeApplication(MayDrawChart(options));
+
+  const bool terminal = &err == &std::cerr && ::isatty(STDERR_FILENO) == 1;
+  CliReportHost host(options.outputs, options.paper, today, out, err, terminal);
+  IniSettingsStore store(options.settingsFile ? SettingsLocation{*options.settingsFile, {}}
+                                              : ResolveSettingsLocation(SettingsEnvironmentOfProcess()));
+  bool storeFailed = false;
+  const ErrorBoxOutput errors = HostErrorBoxOutput(host, [&storeFailed] { storeFailed = true; });
+
+  DataLocations data = ReadDataLocations(store, options.edition, errors);
+  if (options.log || options.path) {
+    data = LocateData(options.edition, options.path.value_or(data.path), options.log.value_or(data.logs));
+  }
+  ReportEnvironment environment;
+  environment.edition = options.edition;
+  environment.logPath = data.logs;
+  environment.pathFolder = data.path;
+  environment.activeLines = ActiveLines(data);
+  environment.hardwareType = static_cast<std::int16_t>(data.hardwareType);
+  environment.tempFolder = TemporaryFolder();
+  environment.measurePrinter = [paper = options.paper] { return paper; };
+
+  QtTextMetrics metrics;
+  ReportForm form(environment, host, metrics, store);
+  RequestOutcome outcome = RequestOutcome::kFailed;
+  if (options.history) {
+    outcome = GetHistory(form, host, store, *options.history);
+  } else {
+    std::string procedure;
+    bool filled = false;
+    try {
+      FillRequest(form.Request(), options, environment, store, errors, today, procedure);
+      filled = true;
+    } catch (const RuntimeError& error) {
+      form.ShowError(error, procedure, ErrorBoxForm::kModern);
+    }
+    if (filled) outcome = form.cmdPrintQuery_Click();
+  }
+  if (storeFailed && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
+  host.ClearProgress();
+  if (outcome != RequestOutcome::kProduced) host.DiscardOutputs();
+  return ExitStatus(outcome);
+}
+
+}  // namespace
+
+int RunReport(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  ReportOptions options;
+  try {
+    options = ParseReportOptions(args);
+  } catch (const UsageError& usage) {
+    err << "cwreport: " << usage.text << "\nRun \"cwreport --help\" for the options.\n";
+    return 2;
+  }
+  if (options.help) {
+    out << kReportHelp;
+    return 0;
+  }
+  if (options.outputs.print) {
+    err << "cwreport: --print is not available yet: use --pdf and print the PDF\n";
+    return 2;
+  }
+  try {
+    return Run(options, out, err);
+  } catch (const RuntimeError& error) {
+    err << "cwreport: error " << error.Number() << ": " << error.Description() << '\n';
+  } catch (const std::exception& error) {
+    err << "cwreport: " << error.what() << '\n';
+  }
+  return 1;
+}
+
+}  // namespace cw::cli
