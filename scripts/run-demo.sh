@@ -1,9 +1,44 @@
 #!/usr/bin/env bash
-# The main job on the bundled demo office. Until the reports exist this is the
-# newest thing that works end to end: the demo log's oldest date and its calls
-# per line, read with the call-log reader.
+# The main job on the bundled demo office: every report of the report form,
+# both all-lines-busy variants, charts where a report has one, written as PDF
+# and text into ./out/ under the project root.
+#
+# The demo log runs from 08/17/2026 to 11/13/2026; its last day is taken for
+# "today", so the period "all" is the whole log and the output is the same on
+# every run.
 set -euo pipefail
 build=${1:-build}
 root=$(cd "$(dirname "$0")/.." && pwd)
+case $build in /*) ;; *) build=$root/$build ;; esac
 demo=$root/examples/demo
-"$build/src/cli/cwreport" log-summary --settings "$demo/settings.ini" --log "$demo/CallLog.txt"
+out=$root/out
+cwreport=$build/src/cli/cwreport
+mkdir -p "$out"
+
+# The settings file stays untouched: the abandoned-calls request stores its
+# filter, so every run works on a copy.
+settings=$(mktemp "${TMPDIR:-/tmp}/cw-demo-settings-XXXXXX")
+trap 'rm -f "$settings"' EXIT
+cp "$demo/settings.ini" "$settings"
+
+common=(--settings "$settings" --path "$demo" --log "$demo/CallLog.txt" --today 11/13/2026 --period all)
+
+report() {  # report NAME OPTIONS...
+  local name=$1
+  shift
+  "$cwreport" "${common[@]}" "$@" --pdf "$out/$name.pdf" --text "$out/$name.txt"
+  echo "  $name.pdf  $name.txt"
+}
+
+echo "Demo office reports (period Aug 17, 2026 to Nov 13, 2026):"
+report 1-daily-call-analysis       --report daily --chart
+report 2-line-usage                --report line-usage --chart
+report 3-all-lines-busy-detailed   --report busy --variant Detailed
+report 3-all-lines-busy-summary    --report busy --variant Summary --chart
+report 4-abandoned-calls           --report abandoned --direction In --unanswered --rings 4
+report 5-by-name                   --report name --search "smith" --partial
+report 6-by-tel-number             --report number --search "5551234567"
+report 7-call-history              --report history
+report 7-call-history-condensed    --report history --chart
+report 8-by-line-number            --report line --lines all
+echo "Written to $out"
