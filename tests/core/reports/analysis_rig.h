@@ -122,14 +122,19 @@ inline std::vector<std::string> Words(const std::string& line) {
 }
 
 // The words of the first exported row whose text starts (after blanks) with
-// label, from the label's end on; empty when there is none. from skips that
-// many matching rows first.
+// label, from the label's end on; skip passes over that many matching rows
+// first. Empty when there is none. When a value would run into its label the
+// export moves the row's values to the next line; they are taken from there.
 inline std::vector<std::string> RowAfter(const std::string& text, std::string_view label, int skip = 0) {
-  for (const std::string& line : TextLines(text)) {
+  const std::vector<std::string> lines = TextLines(text);
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    const std::string& line = lines[k];
     const std::size_t start = line.find_first_not_of(' ');
     if (start == std::string::npos || line.compare(start, label.size(), label) != 0) continue;
     if (skip-- > 0) continue;
-    return Words(line.substr(start + label.size()));
+    std::vector<std::string> words = Words(line.substr(start + label.size()));
+    if (words.empty() && k + 1 < lines.size()) words = Words(lines[k + 1]);
+    return words;
   }
   return {};
 }
