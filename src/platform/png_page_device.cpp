@@ -67,6 +67,7 @@ void PngPageDevice::BeginPage() {
   image_.fill(Qt::white);
   painter_->begin(&image_);
   pageOpen_ = true;
+  pictureOnPage_ = false;
   SetPainter(painter_.get());
 }
 
@@ -76,12 +77,21 @@ void PngPageDevice::EndPage() {
   painter_->end();
   pageOpen_ = false;
 
+  // Text and rules are black on white: such a page is stored as a grey image,
+  // which is a third of the data to compress and a quarter of the file.
+  const bool grey = !pictureOnPage_ || image_.allGray();
+  const QImage page = grey ? image_.convertToFormat(QImage::Format_Grayscale8) : image_;
   const QString path = PagePath(PagesWritten() + 1);
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly)) throw OutputFileError(path, "Cannot create the page image", file.errorString());
-  if (!image_.save(&file, "PNG")) throw OutputFileError(path, "Cannot write the page image", file.errorString());
+  if (!page.save(&file, "PNG")) throw OutputFileError(path, "Cannot write the page image", file.errorString());
   if (!file.commit()) throw OutputFileError(path, "Cannot complete the page image", file.errorString());
   written_.push_back(path);
+}
+
+bool PngPageDevice::Image(const std::string& file, double x, double y, double width, double height) {
+  pictureOnPage_ = true;
+  return PainterPageDevice::Image(file, x, y, width, height);
 }
 
 void PngPageDevice::EndDocument() {

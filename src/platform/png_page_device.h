@@ -33,6 +33,7 @@ class PngPageDevice final : public PainterPageDevice {
   // Also removes page images left in the folder by an earlier, longer
   // document, which would otherwise read as further pages of this one.
   void EndDocument() override;
+  bool Image(const std::string& file, double x, double y, double width, double height) override;
 
   // "page-0001.png" for page 1.
   static std::string PageFileName(int page);
@@ -51,6 +52,7 @@ class PngPageDevice final : public PainterPageDevice {
   std::vector<QString> written_;
   bool begun_ = false;
   bool pageOpen_ = false;
+  bool pictureOnPage_ = false;
   bool finished_ = false;
 };
 

@@ -214,6 +214,9 @@ TEST(PngPageDeviceTest, OnePictureAPageAtTheChosenResolution) {
   // AND: the white half keeps the line, red over black stays black, red over
   // white is red.
   const QImage second(QDir(folder).filePath("page-0002.png"));
+  // Pages of black text are stored grey; a page with a coloured picture keeps its colours.
+  EXPECT_EQ(first.format(), QImage::Format_Grayscale8);
+  EXPECT_NE(second.format(), QImage::Format_Grayscale8);
   const int lineY = 7;
   ASSERT_EQ(qGray(first.pixel(2, lineY)), 0);
   EXPECT_EQ(qGray(second.pixel(2, lineY)), 0);
