@@ -1,0 +1,290 @@
+// cwreport report requests, run as the program itself: exit status, the exact
+// messages on stderr, the outputs and what is left of them after an error.
+#include <stdlib.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "core/data/log_lines.h"
+
+namespace cw {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Call;
+
+struct ProgramRun {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string Quote(const std::string& text) { return "'" + text + "'"; }
+
+// Three calls in January 2026 by two callers; one unanswered.
+std::string JanuaryLog() {
+  return Call().Date("01/05/2026").Name("SMITH JOHN").Number("(555) 123-4567").Text() + "\r\n" +
+         Call().Date("01/06/2026").Name("MILLER SUSAN").Number("555-884-3016").Answered("No").Rings("4").Text() +
+         "\r\n" + Call().Date("01/07/2026").Name("Smith John").Number("555-123-4567").Direction("Out").Text() + "\r\n";
+}
+
+class ReportCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "cw-report-cli-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+    log_ = Write("CallLog.txt", JanuaryLog());
+    settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Write(const std::string& name, const std::string& bytes) {
+    std::ofstream(Path(name), std::ios::binary) << bytes;
+    return Path(name);
+  }
+
+  // The data options every request here shares; the arguments follow.
+  ProgramRun Report(const std::string& arguments) {
+    return Cwreport("--settings " + Quote(settings_) + " --path " + Quote(folder_.string()) + " --log " +
+                    Quote(log_) + " " + arguments);
+  }
+
+  ProgramRun Cwreport(const std::string& arguments) {
+    const char* fromEnvironment = std::getenv("CWREPORT");
+    const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
+    const fs::path errFile = folder_ / "stderr.txt";
+    const std::string command = Quote(program) + " " + arguments + " 2>" + Quote(errFile.string());
+    ProgramRun run;
+    std::FILE* pipe = ::popen(command.c_str(), "r");
+    if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
+    char chunk[4096];
+    for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) run.out.append(chunk, n);
+    const int status = ::pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.err = ReadFile(errFile);
+    fs::remove(errFile);
+    return run;
+  }
+
+  fs::path folder_;
+  std::string log_;
+  std::string settings_;
+};
+
+constexpr const char* kJanuary = "--from 01/01/2026 --to 01/31/2026";
+
+TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
+  struct Case {
+    std::string arguments;
+    std::string err;
+  };
+  const std::string kMissingLog =
+      "Cannot Find the Call Logs File: If you are using a shared log then please make sure the file exists and "
+      "reset the path to the proper log folder.\n";
+  // The log is looked for first: a missing From is not mentioned.
+  for (const std::string& log : {" --log " + Quote(Path("missing.txt")), std::string()}) {
+    SCOPED_TRACE(log);
+    const ProgramRun run = Cwreport("--settings " + Quote(settings_) + " --report daily" + log);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, kMissingLog);
+  }
+  const Case cases[] = {
+      // Nothing in the settings and no --from.
+      {"--report daily --to 01/31/2026", "Missing Start Date\n"},
+      {"--report daily --from '  ' --to 01/31/2026", "Missing Start Date\n"},
+      {"--report name " + std::string(kJanuary), "Missing Search Criteria: Please Enter a Name\n"},
+      {"--report number --search ' ' " + std::string(kJanuary), "Missing Search Criteria: Please Enter a Number\n"},
+      {"--report abandoned " + std::string(kJanuary), "Missing Filter: Please Choose One or More Options\n"},
+      {"--report abandoned --not-lasting 12a " + std::string(kJanuary),
+       "Missing Filter (Time In Seconds): Please Enter a Valid Numberic Time In Seconds\n"},
+      {"--report abandoned --unanswered --rings '' " + std::string(kJanuary),
+       "Missing Filter (Rings): Please Enter a Valid Numberic Ring Count\n"},
+      {"--report line " + std::string(kJanuary),
+       "Callwarden Reports: No line # was selected.\nChoose a line # or check the \"All Lines\" option.\n"},
+  };
+  const std::string settingsBefore = ReadFile(settings_);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const ProgramRun run = Report(c.arguments + " --pdf " + Quote(Path("refused.pdf")));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.err, c.err);
+    EXPECT_EQ(run.out, "");
+    EXPECT_FALSE(fs::exists(Path("refused.pdf")));
+  }
+  // A refused request changes no setting.
+  EXPECT_EQ(ReadFile(settings_), settingsBefore);
+}
+
+TEST_F(ReportCommand, AnAbandonedCallsRequestStoresItsFilter) {
+  const ProgramRun run = Report("--report abandoned --direction In --unanswered --rings 4 " + std::string(kJanuary));
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_NE(run.out.find("MILLER SUSAN"), std::string::npos);
+  EXPECT_EQ(run.out.find("SMITH JOHN"), std::string::npos);
+  EXPECT_NE(run.out.find("1 of 2  (50%)"), std::string::npos) << run.out;
+  const std::string settings = ReadFile(settings_);
+  for (const char* line : {"Select Seconds=0", "Abandoned Seconds=", "Abandoned Rings=4", "Select Rings=1",
+                           "Select Answered=1"}) {
+    EXPECT_NE(settings.find(line), std::string::npos) << line << " in\n" << settings;
+  }
+}
+
+TEST_F(ReportCommand, ALogDateThatCannotBeBuiltIsAnErrorAndLeavesNoOutput) {
+  std::string log = JanuaryLog();
+  log.replace(log.find("01/06/2026"), 10, "01/xx/2026");
+  Write("CallLog.txt", log);
+  Write("kept.txt", "an earlier report\r\n");
+  struct Case {
+    std::string report;
+    std::string box;  // where the error box names the procedure
+  };
+  for (const Case& c : {Case{"daily", "in Form fReport procedure Process_DailySummary."},
+                        Case{"line-usage", "in Form fReport procedure Process_LineUsage."},
+                        Case{"history", "Procedure Name: Print_Detail."}}) {
+    SCOPED_TRACE(c.report);
+    const ProgramRun run = Report("--report " + c.report + " " + kJanuary + " --pdf " + Quote(Path("new.pdf")) +
+                                  " --text " + Quote(Path("new.txt")) + " --spool " + Quote(Path("new.spl")));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.err.starts_with("Error: ")) << run.err;
+    EXPECT_NE(run.err.find("13"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find(c.box), std::string::npos) << run.err;
+    for (const char* name : {"new.pdf", "new.txt", "new.spl"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
+  }
+  EXPECT_EQ(ReadFile(Path("kept.txt")), "an earlier report\r\n");
+  // An empty To is not checked: it fails in the request's conversion.
+  const ProgramRun run = Report("--report history --from 01/01/2026 --to ''");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.err.starts_with("Error: Error 13 Type mismatch\nin Form fReport procedure cmdPrintQuery_Click.\n"
+                                  "The error Occurred at line: "))
+      << run.err;
+}
+
+TEST_F(ReportCommand, AnOutputThatCannotBeWrittenTakesTheOthersWithIt) {
+  const ProgramRun run = Report("--report history " + std::string(kJanuary) + " --text " + Quote(Path("first.txt")) +
+                                " --pdf " + Quote(Path("no-such-folder/report.pdf")));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("Print_Detail"), std::string::npos) << run.err;
+  EXPECT_FALSE(fs::exists(Path("first.txt")));
+  EXPECT_FALSE(fs::exists(Path("no-such-folder")));
+}
+
+TEST_F(ReportCommand, OutputsOfOneDocumentAgree) {
+  const ProgramRun run = Report("--report history " + std::string(kJanuary) + " --spool " + Quote(Path("kept.spl")) +
+                                " --pdf " + Quote(Path("report.pdf")) + " --text " + Quote(Path("report.txt")) +
+                                " --png " + Quote(Path("pages")));
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out, "");  // outputs were named: nothing goes to stdout
+
+  // The spool outlives the report, whole records only.
+  const auto spoolSize = fs::file_size(Path("kept.spl"));
+  EXPECT_GT(spoolSize, 422u);
+  EXPECT_EQ(spoolSize % 422, 0u);
+  // The kept spool replays into the same text.
+  const ProgramRun exported = Cwreport("export " + Quote(Path("kept.spl")) + " --text -");
+  EXPECT_EQ(exported.status, 0) << exported.err;
+  const std::string text = ReadFile(Path("report.txt"));
+  EXPECT_EQ(exported.out, text);
+  EXPECT_NE(text.find("LOGGED CALLS DETAIL REPORT"), std::string::npos);
+  EXPECT_NE(text.find("Report Period: Jan 01, 2026 to Jan 31, 2026"), std::string::npos);
+
+  // The PDF holds the same report.
+  const std::string pdfText = Path("report.txt.pdf");
+  ASSERT_EQ(std::system(("pdftotext -layout " + Quote(Path("report.pdf")) + " " + Quote(pdfText)).c_str()), 0);
+  const std::string fromPdf = ReadFile(pdfText);
+  for (const char* expected : {"LOGGED CALLS DETAIL REPORT", "Report Period: Jan 01, 2026 to Jan 31, 2026",
+                               "SMITH JOHN", "MILLER SUSAN", "Smith John", "Total Calls", "Page: 1"}) {
+    EXPECT_NE(fromPdf.find(expected), std::string::npos) << expected << " in\n" << fromPdf;
+  }
+  EXPECT_TRUE(fs::exists(Path("pages/page-0001.png")));
+  EXPECT_FALSE(fs::exists(Path("pages/page-0002.png")));
+}
+
+TEST_F(ReportCommand, TextGoesToStandardOutputByDefault) {
+  const ProgramRun run = Report("--report name --search 'smith john' " + std::string(kJanuary));
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_NE(run.out.find("CALLER DETAIL REPORT"), std::string::npos);
+  // An exact name match ignores case: both spellings, not the other caller.
+  EXPECT_NE(run.out.find("SMITH JOHN"), std::string::npos);
+  EXPECT_NE(run.out.find("Smith John"), std::string::npos);
+  EXPECT_EQ(run.out.find("MILLER"), std::string::npos);
+}
+
+TEST_F(ReportCommand, HistoryOfANumberAndPeriodsFromTheClockGiven) {
+  // The history runs over the whole log up to the day given as today.
+  ProgramRun run = Report("--history 5551234567 --today 02/01/2026");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("CALLER DETAIL REPORT"), std::string::npos);
+  EXPECT_NE(run.out.find("Report Period: Jan 05, 2026 to Feb 01, 2026"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("(555) 123-4567"), std::string::npos);
+  EXPECT_NE(run.out.find("555-123-4567"), std::string::npos);
+  EXPECT_EQ(run.out.find("555-884-3016"), std::string::npos);
+
+  struct Case {
+    std::string period;
+    std::string subtitle;
+  };
+  for (const Case& c : {Case{"all", "Jan 05, 2026 to Jan 08, 2026"}, Case{"month", "Jan 01, 2026 to Jan 08, 2026"},
+                        Case{"today", "Jan 08, 2026 to Jan 08, 2026"},
+                        Case{"week", "Jan 04, 2026 to Jan 31, 2026"}}) {
+    SCOPED_TRACE(c.period);
+    // A week runs from Sunday to the To date, which --to may give.
+    const std::string to = c.period == "week" ? " --to 01/31/2026" : "";
+    run = Report("--report history --today 01/08/2026 --period " + c.period + to);
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("Report Period: " + c.subtitle), std::string::npos) << run.out.substr(0, 400);
+  }
+}
+
+TEST_F(ReportCommand, UsageErrorsAndHelp) {
+  for (const char* arguments : {"--report 9 --from 01/01/2026", "--report daily --bogus", "--from 01/01/2026",
+                                "--report daily --today 02/30/2026", "--report line --lines 1,x",
+                                "--history 555 --report daily", "--report daily --period all --from 01/01/2026",
+                                "--report busy --variant Weekly", "--report daily --dpi 150"}) {
+    SCOPED_TRACE(arguments);
+    const ProgramRun run = Report(arguments);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.err.starts_with("cwreport: ")) << run.err;
+    EXPECT_EQ(run.out, "");
+  }
+  const ProgramRun print = Report("--report daily --print");
+  EXPECT_EQ(print.status, 2);
+  EXPECT_EQ(print.err, "cwreport: --print is not available yet: use --pdf and print the PDF\n");
+
+  const ProgramRun help = Cwreport("--help");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(help.err, "");
+  for (const char* option : {"--edition", "--settings", "--log", "--path", "--report", "--from", "--to", "--period",
+                             "--direction", "--variant", "--search", "--partial", "--chart", "--not-lasting",
+                             "--rings", "--unanswered", "--lines", "--dtmf", "--history", "--today", "--paper",
+                             "--text", "--pdf", "--png", "--spool", "--print", "--copies", "--from-page", "--to-page",
+                             "log-summary", "dump", "export", "Exit status"}) {
+    EXPECT_NE(help.out.find(option), std::string::npos) << option;
+  }
+}
+
+TEST_F(ReportCommand, SubcommandsStillAnswer) {
+  const ProgramRun summary = Cwreport("log-summary --log " + Quote(log_) + " --today 02/01/2026");
+  EXPECT_EQ(summary.status, 0) << summary.err;
+  EXPECT_NE(summary.out.find("Total calls: 3"), std::string::npos) << summary.out;
+  EXPECT_EQ(Cwreport("dump --help").status, 0);
+  EXPECT_EQ(Cwreport("export --help").status, 0);
+}
+
+}  // namespace
+}  // namespace cw
