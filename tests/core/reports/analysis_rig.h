@@ -57,6 +57,16 @@ class SpoolCapturingHost : public RecordingHost {
     for (SpoolCommand command; reader.Next(command);) commands.push_back(command);
     RecordingHost::ShowPreview(document);
   }
+  // With writeCharts off the chart component draws nothing, as one whose
+  // bitmap never reaches the disk.
+  void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override {
+    if (writeCharts) {
+      RecordingHost::DrawBarChart(chart, bitmapFile);
+    } else {
+      charts.push_back(chart);
+      chartFiles.push_back(bitmapFile);
+    }
+  }
 
   std::vector<SpoolCommand> Commands(SpoolKeyword keyword) const {
     std::vector<SpoolCommand> found;
@@ -67,6 +77,7 @@ class SpoolCapturingHost : public RecordingHost {
   }
 
   std::vector<SpoolCommand> commands;
+  bool writeCharts = true;
 };
 
 struct AnalysisRig {

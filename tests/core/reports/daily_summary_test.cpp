@@ -188,6 +188,18 @@ TEST(DailyCallAnalysis, ChartOfTwentyFourHoursIsPlacedAndDeleted) {
   EXPECT_LT(texts.back().y1, plain.host.Commands(SpoolKeyword::kTextOut).back().y1);
 }
 
+TEST(DailyCallAnalysis, ChartBitmapThatNeverComesEndsInThePrintBox) {
+  AnalysisRig rig(ReportFixture("daily-week.log"), kind::kDailyCallStatistics);
+  rig.host.writeCharts = false;
+  EXPECT_EQ(rig.Run("11/02/2026", "11/08/2026", true), RequestOutcome::kFailed);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  const std::string& box = rig.host.messages[0].text;
+  EXPECT_NE(box.find("Error 53 The chart bitmap " + rig.ChartFile() + " was not written"), std::string::npos) << box;
+  EXPECT_NE(box.find("in Form fReport procedure Print_DailySummary."), std::string::npos) << box;
+  EXPECT_TRUE(rig.host.previews.empty());
+  EXPECT_FALSE(rig.host.busy);
+}
+
 TEST(DailyCallAnalysis, NoChartMeansNoBitmapMadeOrDeleted) {
   AnalysisRig rig(ReportFixture("daily-week.log"), kind::kDailyCallStatistics);
   // A bitmap of some earlier run stays where it is.
