@@ -40,6 +40,8 @@ void TerminalProgress::Update(std::int64_t done, std::int64_t total) {
 }
 
 void TerminalProgress::Clear() {
+  // The next step shows its bar only if it too takes a while.
+  start_ = Clock::now();
   if (!shown_) return;
   shown_ = false;
   std::fputs(("\r" + std::string(kBarWidth + 18, ' ') + "\r").c_str(), stream_);

@@ -21,7 +21,8 @@ class TerminalProgress {
 
   // done of total units of the current step (total 0: unknown).
   void Update(std::int64_t done, std::int64_t total);
-  // Removes the bar from the screen (before a message, and at the end).
+  // Removes the bar from the screen (before a message, between steps and at
+  // the end); a bar comes back only for a next step that takes a while.
   void Clear();
 
  private:
