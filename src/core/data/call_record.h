@@ -45,10 +45,12 @@ class CallRecord {
 
   constexpr std::string_view Text() const { return line_; }
 
-  // A field cut from its columns and trimmed of blanks; a field that lies
-  // beyond the end of a short line is empty.
-  constexpr std::string_view Field(LogColumn where) const {
-    return Trim(Mid(line_, where.start, where.length));
+  // A field cut from its columns and trimmed of blanks (or, for a caller
+  // that drops blanks itself, untrimmed); a field that lies beyond the end of
+  // a short line is empty.
+  constexpr std::string_view Field(LogColumn where, bool trimmed = true) const {
+    const std::string_view field = Mid(line_, where.start, where.length);
+    return trimmed ? Trim(field) : field;
   }
 
   constexpr std::string_view Date() const { return Field(column::kDate); }

@@ -46,7 +46,9 @@ class ReadOnlyFile {
 }  // namespace
 
 LogBuffer LogBuffer::Load(const std::string& path) {
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  // Non-blocking so that a named pipe in place of the log is refused below
+  // instead of waiting for a writer; a regular file ignores the flag.
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) {
     const int error = errno;
     ThrowFileError(error == ENOENT || error == ENOTDIR ? err::kFileNotFound : err::kPathFileAccess,

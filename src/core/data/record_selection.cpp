@@ -1,5 +1,9 @@
 #include "data/record_selection.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "data/log_conversions.h"
@@ -11,6 +15,35 @@ namespace cw {
 namespace {
 
 constexpr bool DroppedFromNumber(char c) { return c == ' ' || c == '(' || c == ')' || c == '-'; }
+
+// 1 for the bytes the number search keeps, 0 for those it drops.
+constexpr auto kKeptInNumber = [] {
+  std::array<std::uint8_t, 256> kept{};
+  for (int c = 0; c < 256; ++c) kept[c] = DroppedFromNumber(static_cast<char>(c)) ? 0 : 1;
+  return kept;
+}();
+
+// The texts compared once per record (date, direction, numbers) are a few
+// bytes long; comparing them in words rather than calling into the library is
+// what keeps the loop close to the speed of the line search itself.
+[[gnu::always_inline]] inline bool SameShortText(std::string_view a, std::string_view b) {
+  const std::size_t size = a.size();
+  if (size != b.size()) return false;
+  if (size >= 8 && size <= 16) {
+    std::uint64_t x[2];
+    std::uint64_t y[2];
+    std::memcpy(&x[0], a.data(), 8);
+    std::memcpy(&y[0], b.data(), 8);
+    std::memcpy(&x[1], a.data() + size - 8, 8);
+    std::memcpy(&y[1], b.data() + size - 8, 8);
+    return ((x[0] ^ y[0]) | (x[1] ^ y[1])) == 0;
+  }
+  if (size > 16) return a == b;
+  for (std::size_t k = 0; k < size; ++k) {
+    if (a[k] != b[k]) return false;
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -57,59 +90,119 @@ void RecordSelection::Rewind() {
   bytesConsumed_ = 0;
 }
 
-std::optional<CallRecord> RecordSelection::Next() {
-  while (!finished_) {
-    const std::string_view line = GetRecord(buffer_, stop_, reader_);
-    if (line == kDone) {
-      // The reader starts over after "Done"; this loop must not.
-      finished_ = true;
-      if (!stop_) bytesConsumed_ = buffer_.size();
-      break;
-    }
-    ++recordsRead_;
-    bytesConsumed_ = static_cast<std::size_t>(reader_.lastLineFeed);
-    const CallRecord record(line);
-    if (!InPeriod(record)) continue;
-    // With "InOut" or no direction chosen every direction is taken.
-    if (!everyDirection_ && record.Direction() != criteria_.direction) continue;
-    if (!SearchPasses(record)) continue;
-    return record;
+namespace {
+
+// The date of a record; a date that cannot be built carries the record to the
+// error box. Kept out of the record loop, which converts about one date a day.
+[[gnu::noinline]] CivilDate RecordDate(std::string_view dateText, const CallRecord& record) {
+  try {
+    return ParseLogDate(dateText);
+  } catch (RuntimeError& error) {
+    error.SetProcessing(std::string(record.Text()));
+    throw;
   }
-  return std::nullopt;
 }
 
-bool RecordSelection::InPeriod(const CallRecord& record) {
-  const std::string_view dateText = record.Date();
-  if (!haveLastDate_ || dateText != lastDateText_) {
-    try {
-      lastDate_ = ParseLogDate(dateText);
-    } catch (RuntimeError& error) {
-      error.SetProcessing(std::string(record.Text()));
-      throw;
+}  // namespace
+
+RecordSelection::DateColumns RecordSelection::DateColumnsOf(std::string_view line) {
+  // The ten date columns as two overlapping words: a copy of them decides
+  // whether a record has the same date text as the one before.
+  static_assert(column::kDate.start == 1 && column::kDate.length == 10);
+  DateColumns columns{};
+  if (line.size() >= 10) {
+    std::memcpy(&columns.low, line.data(), 8);
+    std::memcpy(&columns.high, line.data() + 2, 8);
+  }
+  return columns;
+}
+
+std::optional<CallRecord> RecordSelection::Next() {
+  if (finished_) return std::nullopt;
+  // This loop runs once per line of a log that may hold millions of calls:
+  // everything it reads or changes on every line is kept in locals while it
+  // runs and written back when it returns.
+  const std::string_view buffer = buffer_;
+  const bool stop = stop_;
+  const CivilDate from = criteria_.from;
+  const CivilDate to = criteria_.to;
+  ReaderState reader = reader_;
+  std::int64_t read = recordsRead_;
+  const std::int32_t consumedBefore = reader.lastLineFeed;
+  bool inRange = inRange_;
+  bool haveDate = haveLastDate_;
+  DateColumns seen = lastDateColumns_;
+  CivilDate date = lastDate_;
+  bool readerDone = false;
+  auto keep = [&] {
+    reader_ = reader;
+    recordsRead_ = read;
+    inRange_ = inRange;
+    haveLastDate_ = haveDate;
+    lastDateColumns_ = seen;
+    lastDate_ = date;
+    // The reader forgets its place at "Done": at the end of the log all of it
+    // has been gone through; with the stop flag set nothing more was read.
+    if (!readerDone) {
+      bytesConsumed_ = static_cast<std::size_t>(reader.lastLineFeed);
+    } else {
+      bytesConsumed_ = stop ? static_cast<std::size_t>(consumedBefore) : buffer.size();
     }
-    lastDateText_ = dateText;
-    haveLastDate_ = true;
+  };
+
+  try {
+    while (true) {
+      const std::string_view line = GetRecord(buffer, stop, reader);
+      if (SameShortText(line, kDone)) {
+        // The reader starts over after "Done"; this loop must not.
+        finished_ = true;
+        readerDone = true;
+        break;
+      }
+      ++read;
+      const CallRecord record(line);
+
+      // The log holds many calls a day: a date is converted only when the
+      // date columns differ from those of the record before.
+      const DateColumns columns = DateColumnsOf(line);
+      if (!haveDate || columns != seen) {
+        date = RecordDate(record.Date(), record);
+        seen = columns;
+        // A line too short to hold the whole date is converted every time.
+        haveDate = line.size() >= column::kDate.length;
+      }
+      // The log is in time order: no record after the first later one can be
+      // in the period.
+      if (date > to) {
+        finished_ = true;
+        break;
+      }
+      // Once the period has begun the From date is not looked at again, so a
+      // record that is out of order there is still taken.
+      if (!inRange) {
+        if (date < from) continue;
+        inRange = true;
+      }
+      // With "InOut" or no direction chosen every direction is taken.
+      if (!everyDirection_ && !SameShortText(record.Direction(), criteria_.direction)) continue;
+      if (!SearchPasses(record)) continue;
+      keep();
+      return record;
+    }
+  } catch (...) {
+    keep();
+    throw;
   }
-  // The log is in time order: no record after the first later one can be in
-  // the period.
-  if (lastDate_ > criteria_.to) {
-    finished_ = true;
-    return false;
-  }
-  // Once the period has begun the From date is not looked at again, so a
-  // record that is out of order there is still taken.
-  if (!inRange_) {
-    if (lastDate_ < criteria_.from) return false;
-    inRange_ = true;
-  }
-  return true;
+  keep();
+  return std::nullopt;
 }
 
 bool RecordSelection::SearchPasses(const CallRecord& record) const {
   switch (criteria_.search) {
     case SearchBy::kNone: return true;
     case SearchBy::kName: return NamePasses(record.Name());
-    case SearchBy::kNumber: return NumberPasses(record.Number());
+    // Cleaning takes the blanks out, so the field need not be trimmed first.
+    case SearchBy::kNumber: return NumberPasses(record.Field(column::kNumber, false));
   }
   return true;
 }
@@ -120,18 +213,25 @@ bool RecordSelection::NamePasses(std::string_view name) const {
   return lower == nameSearch_;
 }
 
-bool RecordSelection::NumberPasses(std::string_view number) const {
-  // The number field is at most 18 characters: it is cleaned on the stack, as
-  // this test runs for every record of the period.
-  char cleaned[column::kNumber.length];
+bool RecordSelection::NumberPasses(std::string_view numberField) const {
+  // This test runs for every record of the period, so the field is cleaned on
+  // the stack: copied into a blank-padded block of its full width (blanks are
+  // dropped anyway), which lets the cleaning run a fixed number of rounds
+  // without a branch per character.
+  constexpr std::size_t kWidth = column::kNumber.length;
+  char field[kWidth];
+  std::memset(field, ' ', kWidth);
+  std::memcpy(field, numberField.data(), std::min(numberField.size(), kWidth));
+  char cleaned[kWidth];
   std::size_t size = 0;
-  for (char c : number.substr(0, sizeof cleaned)) {
-    if (!DroppedFromNumber(c)) cleaned[size++] = c;
+  for (std::size_t k = 0; k < kWidth; ++k) {
+    cleaned[size] = field[k];
+    size += kKeptInNumber[static_cast<unsigned char>(field[k])];
   }
   const std::string_view clean(cleaned, size);
   if (criteria_.partial) return clean.find(criteria_.searchText) != std::string_view::npos;
   for (const std::string& entry : numberList_) {
-    if (clean == entry) return true;
+    if (SameShortText(clean, entry)) return true;
   }
   return false;
 }

@@ -61,12 +61,9 @@ class RecordSelection {
   std::size_t BufferSize() const { return buffer_.size(); }
 
  private:
-  // Whether the record is in the period; sets finished_ at the first record
-  // after it.
-  bool InPeriod(const CallRecord& record);
-  bool SearchPasses(const CallRecord& record) const;
+  [[gnu::always_inline]] inline bool SearchPasses(const CallRecord& record) const;
   bool NamePasses(std::string_view name) const;
-  bool NumberPasses(std::string_view number) const;
+  bool NumberPasses(std::string_view numberField) const;
 
   std::string_view buffer_;
   SelectionCriteria criteria_;
@@ -79,9 +76,16 @@ class RecordSelection {
   bool finished_ = false;
   bool inRange_ = false;
   // The log holds many calls per day: the last date converted is kept with
-  // its text, so a record of the same day is not converted again.
+  // the date columns it came from, so a record of the same day is not
+  // converted again.
+  struct DateColumns {
+    std::uint64_t low;   // columns 1-8
+    std::uint64_t high;  // columns 3-10
+    friend bool operator==(const DateColumns&, const DateColumns&) = default;
+  };
+  static DateColumns DateColumnsOf(std::string_view line);
   bool haveLastDate_ = false;
-  std::string_view lastDateText_;
+  DateColumns lastDateColumns_{};
   CivilDate lastDate_;
   std::int64_t recordsRead_ = 0;
   std::size_t bytesConsumed_ = 0;
