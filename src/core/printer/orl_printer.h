@@ -32,7 +32,9 @@ struct OrlPrinterEnvironment {
   std::function<PageSetup()> measurePrinter;
   // Today's date for the heading block ("Date: " in the short date format).
   std::function<CivilDate()> today;
-  // Shows the standard error box (title "Error") with the given text.
+  // Shows the standard error box (title "Error") with the given text: the
+  // errors that TextOut, SetFont and the page check trap themselves. Empty:
+  // those errors pass on to the caller instead.
   std::function<void(const std::string& text)> showError;
   // Closes every file the program holds open (BeginDoc, DestroyReport).
   std::function<void()> closeAllFiles;
