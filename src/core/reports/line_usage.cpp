@@ -171,7 +171,10 @@ void ReportForm::Print_LineUsage() {
     std::int32_t inbound = 0;
     std::int32_t outbound = 0;
     std::int32_t allCalls = 0;
-    std::int32_t allSeconds = 0;
+    // The time of all lines together is the one sum that outgrows 32 bits
+    // on a log of some years (four busy lines pass 2^31 seconds in about
+    // eight); it is added up in 64.
+    std::int64_t allSeconds = 0;
     for (int line = 1; line <= lines; ++line) {
       const auto& totals = m.lineTotals[static_cast<std::size_t>(line)];
       document.NewLine();
@@ -183,7 +186,7 @@ void ReportForm::Print_LineUsage() {
       inbound = AddInt32(inbound, totals[kInbound]);
       outbound = AddInt32(outbound, totals[kOutbound]);
       allCalls = AddInt32(allCalls, totals[kAllCalls]);
-      allSeconds = AddInt32(allSeconds, totals[kSeconds]);
+      allSeconds += totals[kSeconds];
     }
     document.NewLine();
     rowLabel("Total Calls");

@@ -37,7 +37,7 @@ int SecondsOf(const std::string& text) {
 
 TEST(SecondsToText, MinutesUnderAnHourAndHoursFromThereOn) {
   struct Case {
-    std::int32_t seconds;
+    std::int64_t seconds;
     const char* shortText;
     const char* longText;
   };
@@ -48,6 +48,8 @@ TEST(SecondsToText, MinutesUnderAnHourAndHoursFromThereOn) {
       {360000, "100:00:00", "100:00:00"},
       // A negative length is a call measured across midnight: a day is added.
       {-1, "23:59:59", "23:59:59"},  {-86340, "1:00", "01:00"},
+      // Years of calls on several lines.
+      {3000000000LL, "833333:20:00", "833333:20:00"},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(SecondsToText(c.seconds, true), c.shortText) << c.seconds;
@@ -156,6 +158,18 @@ TEST(LineUsage, SecondsBeyondThirtyTwoBitsAreAnOverflowInTheBuilder) {
   // The call that overflowed left the tables as they were: 3579 calls,
   // 3579 * 599999 seconds.
   EXPECT_EQ(RowAfter(rig.Text(), "Line 1"), (std::vector<std::string>{"3579", "0", "3579", "596499:00:21"}));
+}
+
+TEST(LineUsage, TimeOfAllLinesMayOutgrowThirtyTwoBits) {
+  // Each line's time fits in 32 bits, the two together do not.
+  std::vector<std::string> log(1800, Call().Date("11/02/2026").Line("1").Duration("9999:59").Text());
+  log.insert(log.end(), 1800, Call().Date("11/03/2026").Line("2").Duration("9999:59").Text());
+  AnalysisRig rig(LogOf(log), kind::kLineUsageStatistics, 2);
+  ASSERT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProduced);
+  EXPECT_TRUE(rig.host.messages.empty());
+  // 1800 * 599999 = 1079998200 seconds a line.
+  EXPECT_EQ(RowAfter(rig.Text(), "Line 1"), (std::vector<std::string>{"1800", "0", "1800", "299999:30:00"}));
+  EXPECT_EQ(RowAfter(rig.Text(), "Total Calls"), (std::vector<std::string>{"3600", "0", "3600", "599999:00:00"}));
 }
 
 TEST(LineUsage, ChartOfCallsPerLineUnderTheTables) {
