@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <utility>
 
 #include "data/log_conversions.h"
@@ -92,14 +93,23 @@ void RecordSelection::Rewind() {
 
 namespace {
 
-// The date of a record; a date that cannot be built carries the record to the
-// error box. Kept out of the record loop, which converts about one date a day.
-[[gnu::noinline]] CivilDate RecordDate(std::string_view dateText, const CallRecord& record) {
+// The date of a record. A date that cannot be built gives false and the error,
+// with the record attached for the error box, in failure; the record loop
+// hands it on once it has put its state away. Kept out of the loop, which
+// converts about one date a day.
+[[gnu::noinline]] bool ConvertRecordDate(const CallRecord& record, CivilDate& date,
+                                         std::exception_ptr& failure) noexcept {
   try {
-    return ParseLogDate(dateText);
-  } catch (RuntimeError& error) {
-    error.SetProcessing(std::string(record.Text()));
-    throw;
+    try {
+      date = ParseLogDate(record.Date());
+      return true;
+    } catch (RuntimeError& error) {
+      error.SetProcessing(std::string(record.Text()));
+      throw;
+    }
+  } catch (...) {
+    failure = std::current_exception();
+    return false;
   }
 }
 
@@ -121,80 +131,76 @@ std::optional<CallRecord> RecordSelection::Next() {
   if (finished_) return std::nullopt;
   // This loop runs once per line of a log that may hold millions of calls:
   // everything it reads or changes on every line is kept in locals while it
-  // runs and written back when it returns.
+  // runs and written back when it ends.
   const std::string_view buffer = buffer_;
   const bool stop = stop_;
   const CivilDate from = criteria_.from;
   const CivilDate to = criteria_.to;
+  const std::int32_t consumedBefore = reader_.lastLineFeed;
   ReaderState reader = reader_;
   std::int64_t read = recordsRead_;
-  const std::int32_t consumedBefore = reader.lastLineFeed;
   bool inRange = inRange_;
   bool haveDate = haveLastDate_;
   DateColumns seen = lastDateColumns_;
   CivilDate date = lastDate_;
   bool readerDone = false;
-  auto keep = [&] {
-    reader_ = reader;
-    recordsRead_ = read;
-    inRange_ = inRange;
-    haveLastDate_ = haveDate;
-    lastDateColumns_ = seen;
-    lastDate_ = date;
-    // The reader forgets its place at "Done": at the end of the log all of it
-    // has been gone through; with the stop flag set nothing more was read.
-    if (!readerDone) {
-      bytesConsumed_ = static_cast<std::size_t>(reader.lastLineFeed);
-    } else {
-      bytesConsumed_ = stop ? static_cast<std::size_t>(consumedBefore) : buffer.size();
-    }
-  };
+  std::exception_ptr failure;
+  std::optional<CallRecord> selected;
 
-  try {
-    while (true) {
-      const std::string_view line = GetRecord(buffer, stop, reader);
-      if (SameShortText(line, kDone)) {
-        // The reader starts over after "Done"; this loop must not.
-        finished_ = true;
-        readerDone = true;
-        break;
-      }
-      ++read;
-      const CallRecord record(line);
-
-      // The log holds many calls a day: a date is converted only when the
-      // date columns differ from those of the record before.
-      const DateColumns columns = DateColumnsOf(line);
-      if (!haveDate || columns != seen) {
-        date = RecordDate(record.Date(), record);
-        seen = columns;
-        // A line too short to hold the whole date is converted every time.
-        haveDate = line.size() >= column::kDate.length;
-      }
-      // The log is in time order: no record after the first later one can be
-      // in the period.
-      if (date > to) {
-        finished_ = true;
-        break;
-      }
-      // Once the period has begun the From date is not looked at again, so a
-      // record that is out of order there is still taken.
-      if (!inRange) {
-        if (date < from) continue;
-        inRange = true;
-      }
-      // With "InOut" or no direction chosen every direction is taken.
-      if (!everyDirection_ && !SameShortText(record.Direction(), criteria_.direction)) continue;
-      if (!SearchPasses(record)) continue;
-      keep();
-      return record;
+  while (true) {
+    const std::string_view line = GetRecord(buffer, stop, reader);
+    if (SameShortText(line, kDone)) {
+      // The reader starts over after "Done"; this loop must not.
+      finished_ = true;
+      readerDone = true;
+      break;
     }
-  } catch (...) {
-    keep();
-    throw;
+    ++read;
+    const CallRecord record(line);
+
+    // The log holds many calls a day: a date is converted only when the date
+    // columns differ from those of the record before.
+    const DateColumns columns = DateColumnsOf(line);
+    if (!haveDate || columns != seen) {
+      if (!ConvertRecordDate(record, date, failure)) break;
+      seen = columns;
+      // A line too short to hold the whole date is converted every time.
+      haveDate = line.size() >= column::kDate.length;
+    }
+    // The log is in time order: no record after the first later one can be in
+    // the period.
+    if (date > to) {
+      finished_ = true;
+      break;
+    }
+    // Once the period has begun the From date is not looked at again, so a
+    // record that is out of order there is still taken.
+    if (!inRange) {
+      if (date < from) continue;
+      inRange = true;
+    }
+    // With "InOut" or no direction chosen every direction is taken.
+    if (!everyDirection_ && !SameShortText(record.Direction(), criteria_.direction)) continue;
+    if (!SearchPasses(record)) continue;
+    selected = record;
+    break;
   }
-  keep();
-  return std::nullopt;
+
+  reader_ = reader;
+  recordsRead_ = read;
+  inRange_ = inRange;
+  haveLastDate_ = haveDate;
+  lastDateColumns_ = seen;
+  lastDate_ = date;
+  // The reader forgets its place at "Done": at the end of the log all of it
+  // has been gone through; with the stop flag set nothing more was read.
+  if (!readerDone) {
+    bytesConsumed_ = static_cast<std::size_t>(reader.lastLineFeed);
+  } else {
+    bytesConsumed_ = stop ? static_cast<std::size_t>(consumedBefore) : buffer.size();
+  }
+  if (failure) std::rethrow_exception(failure);
+  return selected;
 }
 
 bool RecordSelection::SearchPasses(const CallRecord& record) const {
@@ -220,8 +226,12 @@ bool RecordSelection::NumberPasses(std::string_view numberField) const {
   // without a branch per character.
   constexpr std::size_t kWidth = column::kNumber.length;
   char field[kWidth];
-  std::memset(field, ' ', kWidth);
-  std::memcpy(field, numberField.data(), std::min(numberField.size(), kWidth));
+  if (numberField.size() == kWidth) {
+    std::memcpy(field, numberField.data(), kWidth);  // a fixed size: no library call
+  } else {
+    std::memset(field, ' ', kWidth);
+    std::memcpy(field, numberField.data(), std::min(numberField.size(), kWidth));
+  }
   char cleaned[kWidth];
   std::size_t size = 0;
   for (std::size_t k = 0; k < kWidth; ++k) {

@@ -67,6 +67,17 @@ TEST(RecordSelection, PeriodStopsAtTheFirstLaterRecord) {
   EXPECT_EQ(early.Next(), std::nullopt);
 }
 
+TEST(RecordSelection, DateDifferingInOneColumnIsConvertedAgain) {
+  // Consecutive records share their date conversion only while all ten date
+  // columns are the same; the first and the last column matter as well.
+  const std::string log = Log({Call().Date("01/10/2024").Name("A"),
+                               Call().Date("11/10/2024").Name("B"),
+                               Call().Date("11/10/2025").Name("C")});
+  EXPECT_EQ(Selected(log, Period(Day(1, 1), Day(1, 31))), Names{"A"});
+  EXPECT_EQ(Selected(log, Period(Day(1, 1), Day(12, 31))), (Names{"A", "B"}));
+  EXPECT_EQ(Selected(log, Period(Day(11, 1), Day(12, 31))), Names{"B"});
+}
+
 TEST(RecordSelection, FromDateIsTestedOnlyUntilThePeriodBegins) {
   const std::string log = Log({Call().Date("01/05/2024").Name("A"),
                                Call().Date("01/15/2024").Name("B"),
@@ -133,6 +144,13 @@ TEST(RecordSelection, NumberSearch) {
   criteria.searchText = "555";
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
 
+  // A line that ends inside the number column has a shorter number.
+  const std::string cut = "01/15/2024 9:05AM  (555) 12\r\n";
+  criteria.partial = false;
+  criteria.searchText = "55512";
+  RecordSelection shortLine(cut, criteria);
+  ASSERT_TRUE(shortLine.Next().has_value());
+
   EXPECT_EQ(CleanNumber(" (555) 123-4567 "), "5551234567");
   EXPECT_EQ(NumberSearchList("1, 2 ,,3"), (std::vector<std::string>{"1", "2", "", "3"}));
 }
@@ -171,6 +189,7 @@ TEST(RecordSelection, StopAndRewind) {
   selection.Stop();
   EXPECT_EQ(selection.Next(), std::nullopt);
   EXPECT_EQ(selection.RecordsRead(), 1);
+  EXPECT_EQ(selection.BytesConsumed(), log.find("\r\n") + 2);
   selection.Rewind();
   EXPECT_EQ(Selected(selection), (Names{"A", "B", "C"}));
 
