@@ -26,17 +26,6 @@ TEST(LogBuffer, HoldsTheWholeFileByteForByte) {
   EXPECT_EQ(LogBuffer().Text(), "");
 }
 
-TEST(LogBuffer, IsASnapshot) {
-  ScratchFile file("first\r\n");
-  const LogBuffer buffer = LogBuffer::Load(file.Path());
-  {
-    // The logging program goes on appending; the loaded log does not change.
-    std::ofstream append(file.Path(), std::ios::binary | std::ios::app);
-    append << "second\r\n";
-  }
-  EXPECT_EQ(buffer.Text(), "first\r\n");
-}
-
 TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {
   const std::string missing = (std::filesystem::temp_directory_path() / "cw_no_such_log.log").string();
   try {
