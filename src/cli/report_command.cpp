@@ -94,7 +94,6 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
   request.dtmf = options.dtmf || SettingIsTrue(stored(setting::kDtmf));
   request.columns = DetailColumnPositions(request.dtmf);
 
-  procedure = "TabPreSetts";
   request.direction = options.direction ? *options.direction : stored(setting::kCallType);
   request.fromDate = options.from ? *options.from : stored(setting::kFromDate);
   request.toDate = options.to ? *options.to : stored(setting::kToDate);

@@ -265,6 +265,7 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
       requestShaped = true;
     } else if (name == "--dtmf") {
       flag(options.dtmf);
+      requestShaped = true;  // the history takes the stored setting
     } else if (name == "--history") {
       const std::string number = takeValue();
       if (Trim(number).empty()) throw UsageError{"--history needs a telephone number"};
@@ -321,7 +322,8 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
 
   ReportOutputs& outputs = options.outputs;
   if (options.history && requestShaped) {
-    throw UsageError{"--history makes its own request: it takes no --report, period, direction, search or filter"};
+    throw UsageError{
+        "--history makes its own request: it takes no --report, period, direction, search, filter or --dtmf"};
   }
   if (!options.history && !options.kind) throw UsageError{"choose a report: --report KIND or --history NUMBER"};
   if (options.period && (options.from || (options.to && *options.period != TimePeriod::kCurrentWeek))) {
