@@ -1,0 +1,171 @@
+// Window generation, window font and the SmartEdge border painter.
+
+#include <QFrame>
+#include <QGroupBox>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QVBoxLayout>
+#include <QtTest>
+#include <memory>
+
+#include "forms/window_appearance.h"
+#include "platform/font_mapping.h"
+
+using namespace cw;
+
+class WindowAppearanceTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void generationFromProductName() {
+    QCOMPARE(GetWinVersion("Microsoft Windows XP"), std::int16_t{5});
+    QCOMPARE(GetWinVersion("Windows Server 2012 R2 Standard"), std::int16_t{6});
+    QCOMPARE(GetWinVersion("Windows 8.1 Pro"), std::int16_t{6});
+    QCOMPARE(GetWinVersion("Windows 10 Pro"), std::int16_t{10});
+    QCOMPARE(GetWinVersion("Windows Server 2016 Datacenter"), std::int16_t{10});
+    QCOMPARE(GetWinVersion("Windows Server Technical Preview"), std::int16_t{10});
+    QCOMPARE(GetWinVersion("Windows Vista (TM) Business"), std::int16_t{6});
+    QCOMPARE(GetWinVersion("Windows 2000"), std::int16_t{5});
+    QCOMPARE(GetWinVersion(""), kUnknownWinVersion);
+    QCOMPARE(GetWinVersion("Windows 11 Home"), kUnknownWinVersion);
+    // The first row wins: "98" comes before every other word.
+    QCOMPARE(GetWinVersion("Windows 98 with Windows 10 parts"), std::int16_t{4});
+    QCOMPARE(GetWinVersion("Windows XP build 1998"), std::int16_t{4});
+    // Case counts.
+    QCOMPARE(GetWinVersion("windows xp"), kUnknownWinVersion);
+#ifndef Q_OS_WIN
+    QCOMPARE(ReadWinProductName(), std::string());
+    QCOMPARE(GetWinVersion(), kUnknownWinVersion);
+#endif
+  }
+
+  void windowFontPerGeneration() {
+    QCOMPARE(WindowFontFor(4).name, std::string("MS Sans Serif"));
+    QCOMPARE(WindowFontFor(4).points, 8);
+    QCOMPARE(WindowFontFor(5).name, std::string("Tahoma"));
+    QCOMPARE(WindowFontFor(5).points, 8);
+    QCOMPARE(WindowFontFor(6).name, std::string("Segoe UI"));
+    QCOMPARE(WindowFontFor(10).points, 9);
+    QCOMPARE(WindowFontFor(kUnknownWinVersion).name, std::string("Segoe UI"));
+    QCOMPARE(WindowFontFor(kUnknownWinVersion).points, 9);
+  }
+
+  void windowFontReachesNestedControls() {
+    QWidget form;
+    auto* outer = new QVBoxLayout(&form);
+    auto* group = new QGroupBox(QStringLiteral("Range"), &form);
+    outer->addWidget(group);
+    auto* inner = new QVBoxLayout(group);
+    auto* panel = new QWidget(group);
+    inner->addWidget(panel);
+    auto* edit = new QLineEdit(panel);
+    auto* label = new QLabel(QStringLiteral("Copies"), panel);
+    QFont bold = label->font();
+    bold.setBold(true);
+    bold.setPointSize(14);
+    label->setFont(bold);
+
+    ApplyWindowFont(&form, kUnknownWinVersion);
+    const QString segoe = ResolveFontFamily("Segoe UI");
+    for (QWidget* widget : {static_cast<QWidget*>(&form), static_cast<QWidget*>(group), panel,
+                            static_cast<QWidget*>(edit), static_cast<QWidget*>(label)}) {
+      QCOMPARE(widget->font().family(), segoe);
+      QCOMPARE(widget->font().pointSize(), 9);
+    }
+    // Only name and size change: the label stays bold.
+    QVERIFY(label->font().bold());
+
+    ApplyWindowFont(&form, 5);
+    QCOMPARE(edit->font().family(), ResolveFontFamily("Tahoma"));
+    QCOMPARE(edit->font().pointSize(), 8);
+  }
+
+  void attachRecordsAndPaintsTheEdge() {
+    QFrame frame;
+    frame.setFrameStyle(QFrame::Box | QFrame::Plain);
+    frame.setAutoFillBackground(true);
+    frame.resize(60, 30);
+    // A frame's own border is part of its contents margins.
+    const QMargins before = frame.contentsMargins();
+
+    QVERIFY(SmartEdgeAttach(&frame, kBorderSunken));
+    QCOMPARE(frame.property(kSedOldStyle).toInt(), int(QFrame::Box | QFrame::Plain));
+    QCOMPARE(frame.property(kSedOldExStyle).value<QMargins>(), before);
+    QCOMPARE(frame.property(kSedBorders).toInt(), kBorderSunken);
+    QVERIFY(frame.property(kSedOldProc).value<QObject*>() != nullptr);
+    QCOMPARE(frame.frameStyle(), int(QFrame::NoFrame));
+    QCOMPARE(frame.contentsMargins(), QMargins(2, 2, 2, 2));
+
+    const QPalette& palette = frame.palette();
+    QImage shot = frame.grab().toImage();
+    QCOMPARE(shot.pixel(0, 0), palette.color(QPalette::Dark).rgb());
+    QCOMPARE(shot.pixel(1, 1), palette.color(QPalette::Shadow).rgb());
+    QCOMPARE(shot.pixel(59, 29), palette.color(QPalette::Light).rgb());
+    QCOMPARE(shot.pixel(58, 28), palette.color(QPalette::Midlight).rgb());
+    QCOMPARE(shot.pixel(30, 15), palette.color(QPalette::Window).rgb());
+
+    QVERIFY(!SmartEdgeAttach(nullptr, kBorderSunken));
+  }
+
+  void attachTwiceKeepsOnePainterAndTheFirstStyles() {
+    QFrame frame;
+    frame.setFrameStyle(QFrame::Panel | QFrame::Raised);
+    frame.setContentsMargins(3, 4, 5, 6);
+    frame.setAutoFillBackground(true);
+    frame.resize(40, 20);
+
+    SmartEdgeAttach(&frame, kBorderSunken);
+    QPointer<QObject> first = frame.property(kSedOldProc).value<QObject*>();
+    SmartEdgeAttach(&frame, kBorderThinSunken);
+
+    QVERIFY(first.isNull());
+    QCOMPARE(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).size(), 1);
+    QCOMPARE(frame.property(kSedOldStyle).toInt(), int(QFrame::Panel | QFrame::Raised));
+    QCOMPARE(frame.property(kSedOldExStyle).value<QMargins>(), QMargins(3, 4, 5, 6));
+    QCOMPARE(frame.property(kSedBorders).toInt(), kBorderThinSunken);
+    QCOMPARE(frame.contentsMargins(), QMargins(1, 1, 1, 1));
+
+    // A thin edge is one pixel: the second ring is the background.
+    const QImage shot = frame.grab().toImage();
+    QCOMPARE(shot.pixel(0, 0), frame.palette().color(QPalette::Dark).rgb());
+    QCOMPARE(shot.pixel(1, 1), frame.palette().color(QPalette::Window).rgb());
+
+    SmartEdgeDetach(&frame);
+    QCOMPARE(frame.frameStyle(), int(QFrame::Panel | QFrame::Raised));
+    QCOMPARE(frame.contentsMargins(), QMargins(3, 4, 5, 6));
+    QVERIFY(!frame.property(kSedOldProc).isValid());
+    QVERIFY(!frame.property(kSedBorders).isValid());
+    QVERIFY(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).isEmpty());
+  }
+
+  void otherBorderKindsDrawNoEdge() {
+    QLineEdit edit;
+    edit.resize(80, 24);
+    SmartEdgeAttach(&edit, 3);
+    // Style 3 changes no frame bits: the edit keeps its own frame and margins.
+    QVERIFY(edit.hasFrame());
+    QCOMPARE(edit.contentsMargins(), QMargins(0, 0, 0, 0));
+    QCOMPARE(EdgeWidth(3), 0);
+    const QImage withPainter = edit.grab().toImage();
+    SmartEdgeDetach(&edit);
+    QCOMPARE(edit.grab().toImage(), withPainter);
+
+    SmartEdgeAttach(&edit, kBorderThinSunken);
+    QVERIFY(!edit.hasFrame());
+    QCOMPARE(edit.property(kSedOldStyle).toInt(), 1);
+  }
+
+  void painterGoesWithItsWidget() {
+    auto frame = std::make_unique<QFrame>();
+    SmartEdgeAttach(frame.get(), kBorderSunken);
+    QPointer<QObject> painter = frame->property(kSedOldProc).value<QObject*>();
+    QVERIFY(!painter.isNull());
+    frame.reset();
+    QVERIFY(painter.isNull());
+  }
+};
+
+QTEST_MAIN(WindowAppearanceTest)
+#include "window_appearance_test.moc"
