@@ -1,0 +1,246 @@
+// The print dialog (PrintOptForm) and the print progress window.
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+#include "forms/print_opt_form.h"
+#include "forms/print_progress_form.h"
+#include "printer/orl_printer.h"
+
+using namespace cw;
+
+namespace {
+
+PrinterCatalog ThreePrinters() {
+  return {{QStringLiteral("Office_Laser"), QStringLiteral("CW_PDF"), QStringLiteral("Front Desk")},
+          QStringLiteral("CW_PDF")};
+}
+
+template <class T>
+T* Control(QWidget& form, const char* name) {
+  T* control = form.findChild<T*>(QString::fromLatin1(name));
+  if (control == nullptr) qFatal("no control %s", name);
+  return control;
+}
+
+}  // namespace
+
+class PrintDialogsTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void keyFilterLetsOnlyDigitsAndBackspaceThrough() {
+    PrintOptForm form(nullptr, ThreePrinters());
+    int beeps = 0;
+    form.beep = [&] { ++beeps; };
+    form.show();
+
+    for (const char* name : {"FromPageEdit", "ToPageEdit", "CopiesEdit"}) {
+      auto* box = Control<QLineEdit>(form, name);
+      box->setFocus();
+      box->clear();
+      beeps = 0;
+      QTest::keyClicks(box, QStringLiteral("12"));
+      QCOMPARE(box->text(), QStringLiteral("12"));
+      QTest::keyClicks(box, QStringLiteral("a-. "));
+      QCOMPARE(box->text(), QStringLiteral("12"));
+      QCOMPARE(beeps, 4);
+      QTest::keyClick(box, Qt::Key_Backspace);
+      QCOMPARE(box->text(), QStringLiteral("1"));
+      QCOMPARE(beeps, 4);
+      // Keys that type nothing still move the cursor.
+      QTest::keyClick(box, Qt::Key_Home);
+      QTest::keyClicks(box, QStringLiteral("9"));
+      QCOMPARE(box->text(), QStringLiteral("91"));
+    }
+
+    int code = '7';
+    form.FilterDigitKey(code);
+    QCOMPARE(code, int('7'));
+    code = 8;
+    form.FilterDigitKey(code);
+    QCOMPARE(code, 8);
+    code = '/';
+    form.FilterDigitKey(code);
+    QCOMPARE(code, 0);
+    code = ':';
+    form.FilterDigitKey(code);
+    QCOMPARE(code, 0);
+
+    // Pasting is not filtered.
+    auto* copies = Control<QLineEdit>(form, "CopiesEdit");
+    copies->clear();
+    QApplication::clipboard()->setText(QStringLiteral("3x"));
+    copies->paste();
+    QCOMPARE(copies->text(), QStringLiteral("3x"));
+  }
+
+  void okReadsTheBoxesAsWholeNumbers() {
+    PrintOptForm form(nullptr, ThreePrinters());
+    form.FromPage = 1;
+    form.ToPage = 7;
+    form.Copies = 2;
+    form.show();
+    QCOMPARE(Control<QLineEdit>(form, "FromPageEdit")->text(), QStringLiteral("1"));
+    QCOMPARE(Control<QLineEdit>(form, "ToPageEdit")->text(), QStringLiteral("7"));
+    QCOMPARE(Control<QLineEdit>(form, "CopiesEdit")->text(), QStringLiteral("2"));
+
+    form.FillPrinterList("Front Desk");
+    Control<QLineEdit>(form, "FromPageEdit")->setText(QStringLiteral("9"));
+    Control<QLineEdit>(form, "ToPageEdit")->setText(QStringLiteral("3"));
+    Control<QLineEdit>(form, "CopiesEdit")->clear();
+    QTest::mouseClick(Control<QPushButton>(form, "OKBtn"), Qt::LeftButton);
+
+    QCOMPARE(form.DialogResult, std::int16_t{1});
+    QCOMPARE(form.result(), int(QDialog::Accepted));
+    QVERIFY(!form.isVisible());
+    QCOMPARE(form.PrinterName, std::string("Front Desk"));
+    // No range check: a from page after the to page and no copies pass on.
+    QCOMPARE(form.FromPage, std::int16_t{9});
+    QCOMPARE(form.ToPage, std::int16_t{3});
+    QCOMPARE(form.Copies, std::int16_t{0});
+  }
+
+  void numbersBeyondSixteenBitsAreRefusedInTheDialog() {
+    PrintOptForm form(nullptr, ThreePrinters());
+    form.Copies = 1;
+    form.show();
+    auto* copies = Control<QLineEdit>(form, "CopiesEdit");
+    copies->setText(QStringLiteral("40000"));
+    QTest::mouseClick(Control<QPushButton>(form, "OKBtn"), Qt::LeftButton);
+    QVERIFY(form.isVisible());
+    QCOMPARE(form.DialogResult, std::int16_t{0});
+    QCOMPARE(form.Copies, std::int16_t{1});
+    auto* message = Control<QLabel>(form, "lblMessage");
+    QVERIFY(message->isVisible());
+    QVERIFY(message->text().contains(QStringLiteral("Copies")));
+    QVERIFY(message->text().contains(QStringLiteral("32767")));
+
+    copies->setText(QStringLiteral("32767"));
+    QTest::mouseClick(Control<QPushButton>(form, "OKBtn"), Qt::LeftButton);
+    QCOMPARE(form.DialogResult, std::int16_t{1});
+    QCOMPARE(form.Copies, std::int16_t{32767});
+  }
+
+  void boxNumbersReadLikeTheRuntime() {
+    QCOMPARE(BoxNumber(QString()), std::optional<std::int16_t>(0));
+    QCOMPARE(BoxNumber(QStringLiteral("12")), std::optional<std::int16_t>(12));
+    QCOMPARE(BoxNumber(QStringLiteral(" 1 2 ")), std::optional<std::int16_t>(12));
+    QCOMPARE(BoxNumber(QStringLiteral("3x")), std::optional<std::int16_t>(3));
+    QCOMPARE(BoxNumber(QStringLiteral("x3")), std::optional<std::int16_t>(0));
+    QCOMPARE(BoxNumber(QStringLiteral("2.5")), std::optional<std::int16_t>(2));
+    QCOMPARE(BoxNumber(QStringLiteral("3.5")), std::optional<std::int16_t>(4));
+    QCOMPARE(BoxNumber(QStringLiteral("-4")), std::optional<std::int16_t>(-4));
+    QCOMPARE(BoxNumber(QStringLiteral("32767")), std::optional<std::int16_t>(32767));
+    QCOMPARE(BoxNumber(QStringLiteral("32768")), std::optional<std::int16_t>());
+    QCOMPARE(BoxNumber(QStringLiteral("-32769")), std::optional<std::int16_t>());
+  }
+
+  void printerListSelectsTheExactName() {
+    PrintOptForm form(nullptr, ThreePrinters());
+    auto* list = Control<QComboBox>(form, "PrinterList");
+
+    form.FillPrinterList("Office_Laser");
+    QCOMPARE(list->count(), 3);
+    QCOMPARE(list->itemText(0), QStringLiteral("Office_Laser"));
+    QCOMPARE(list->itemText(2), QStringLiteral("Front Desk"));
+    QCOMPARE(list->currentText(), QStringLiteral("Office_Laser"));
+
+    // Empty or blank: the current printer.
+    form.FillPrinterList("");
+    QCOMPARE(list->currentText(), QStringLiteral("CW_PDF"));
+    form.FillPrinterList("   ");
+    QCOMPARE(list->currentText(), QStringLiteral("CW_PDF"));
+    QCOMPARE(list->count(), 3);
+
+    // Case and spaces count; no match leaves the text empty.
+    for (const char* name : {"Printer that is gone", "office_laser", " Front Desk"}) {
+      form.FillPrinterList(name);
+      QCOMPARE(list->count(), 3);
+      QCOMPARE(list->currentText(), QString());
+    }
+  }
+
+  void activationFillsTheListFromTheEngine() {
+    OrlPrinter engine{OrlPrinterEnvironment{}};
+    engine.Options().defaultPrinter = "No Such Printer";
+    PrintOptForm form(&engine, ThreePrinters());
+    form.show();
+    auto* list = Control<QComboBox>(form, "PrinterList");
+    QCOMPARE(list->count(), 3);
+    QCOMPARE(list->currentText(), QString());
+    QTest::mouseClick(Control<QPushButton>(form, "OKBtn"), Qt::LeftButton);
+    QCOMPARE(form.PrinterName, std::string());
+
+    engine.Options().defaultPrinter = "Front Desk";
+    PrintOptForm second(&engine, ThreePrinters());
+    second.show();
+    QCOMPARE(Control<QComboBox>(second, "PrinterList")->currentText(), QStringLiteral("Front Desk"));
+
+    // Without an engine the list is left empty.
+    PrintOptForm alone(nullptr, ThreePrinters());
+    alone.show();
+    QCOMPARE(Control<QComboBox>(alone, "PrinterList")->count(), 0);
+  }
+
+  void closeBoxAndCancelLeaveTheResultAtZero() {
+    PrintOptForm closed(nullptr, ThreePrinters());
+    closed.Copies = 4;
+    closed.show();
+    Control<QLineEdit>(closed, "CopiesEdit")->setText(QStringLiteral("9"));
+    QVERIFY(closed.close());
+    QCOMPARE(closed.DialogResult, std::int16_t{0});
+    QCOMPARE(closed.result(), int(QDialog::Rejected));
+    QCOMPARE(closed.Copies, std::int16_t{4});
+
+    PrintOptForm cancelled(nullptr, ThreePrinters());
+    cancelled.show();
+    QTest::mouseClick(Control<QPushButton>(cancelled, "CancelBtn"), Qt::LeftButton);
+    QVERIFY(!cancelled.isVisible());
+    QCOMPARE(cancelled.DialogResult, std::int16_t{0});
+
+    PrintOptForm escaped(nullptr, ThreePrinters());
+    escaped.show();
+    QTest::keyClick(Control<QLineEdit>(escaped, "CopiesEdit"), Qt::Key_Escape);
+    QVERIFY(!escaped.isVisible());
+    QCOMPARE(escaped.DialogResult, std::int16_t{0});
+  }
+
+  void progressBarGrowsWithTheFraction() {
+    PrintProgressForm progress(QStringLiteral("Call Detail"));
+    progress.show();
+    auto* frame = Control<QFrame>(progress, "ProgressBarFrame");
+    auto* bar = Control<QFrame>(progress, "ProgressBar");
+    const double frameTwips = progress.FrameWidthTwips();
+    QVERIFY(frameTwips > 0);
+    QCOMPARE(progress.ProgressBarWidthTwips(), std::int16_t{0});
+    QVERIFY(!bar->isVisible());
+
+    progress.SetProgress(0.5f);
+    QCOMPARE(progress.ProgressBarWidthTwips(), std::int16_t(std::nearbyint(frameTwips / 2)));
+    QVERIFY(std::abs(bar->width() * 2 - frame->width()) <= 1);
+    QVERIFY(bar->isVisible());
+
+    progress.SetProgress(1.0f);
+    QCOMPARE(double(progress.ProgressBarWidthTwips()), std::nearbyint(frameTwips));
+    QCOMPARE(bar->width(), frame->width());
+
+    progress.SetProgress(0.0f);
+    QCOMPARE(progress.ProgressBarWidthTwips(), std::int16_t{0});
+
+    // Cancel and the close box ask to stop; the window stays for the printing routine to close.
+    QVERIFY(!progress.CancelRequested());
+    progress.close();
+    QVERIFY(progress.CancelRequested());
+    QVERIFY(progress.isVisible());
+  }
+};
+
+QTEST_MAIN(PrintDialogsTest)
+#include "print_dialogs_test.moc"
