@@ -16,7 +16,6 @@
 #include "reports/report_form.h"
 #include "support/date_format.h"
 #include "support/runtime_error.h"
-#include "support/time_text.h"
 #include "support/whole_numbers.h"
 
 namespace cw {
@@ -88,7 +87,7 @@ void ReportForm::Build_CallMatrix(std::string_view date, std::string_view time,
     }
     const int weekday = CachedWeekday(m, date);
     // The hour as the "h" format gives it.
-    const int hour = ParseTimeText(time) / 3600;
+    const int hour = HourOfCall(time);
 
     auto& day = m.day[static_cast<std::size_t>(weekday)];
     auto& hourRow = m.hour[static_cast<std::size_t>(hour)];

@@ -74,7 +74,7 @@ void ReportForm::Process_LineUsage() {
       // leaves the record out; the loop goes on.
       std::int16_t line = 0;
       try {
-        line = TextToInt16(record->Line());
+        line = LineOfCall(record->Line());
       } catch (const RuntimeError&) {
         continue;
       }
@@ -103,7 +103,7 @@ void ReportForm::Build_LineMatrix(std::int16_t line, std::string_view direction,
                                   std::string_view duration) {
   try {
     Matrices& m = matrices_;
-    const std::int32_t seconds = DurationToSeconds(duration);
+    const std::int32_t seconds = SecondsOfCall(duration);
     std::size_t kind = 0;
     if (direction == "In") {
       kind = kInbound;

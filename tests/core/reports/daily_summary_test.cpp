@@ -11,6 +11,8 @@
 
 #include "core/data/log_lines.h"
 #include "reports/hour_labels.h"
+#include "reports/matrix_cells.h"
+#include "support/time_text.h"
 #include "support/text.h"
 #include "testing/recording_host.h"
 #include "analysis_rig.h"
@@ -45,6 +47,30 @@ TEST(HourLabels, EveryHourOfTheTimeOfDayTable) {
   EXPECT_EQ(chartLabels[12], " ");
   EXPECT_EQ(chartLabels[13], "1PM");
   EXPECT_EQ(chartLabels[23], "11PM");
+}
+
+TEST(DailyCallAnalysis, HourOfACallAgreesWithTheTimeConversion) {
+  // The logging program's shapes and every other shape the conversion
+  // accepts or refuses.
+  const char* const times[] = {"06:02AM", "6:02AM",  "12:00AM", "12:59AM", "12:00PM", "11:59PM", "00:05AM",
+                               "00:05PM", "9:05am",  "09:05pm", "10:15Am", "13:00PM", "12:60AM", "1:5AM",
+                               "14:05",   "9:05:30", "23:59",   "9:05 PM", "9:05P",   "9:05a",   "24:00",
+                               "9:05XM",  "x9:05AM", ":05AM",   "",        "9:05AMX", "99:00AM", "1:00:00P"};
+  for (const char* time : times) {
+    int expected = -1;
+    try {
+      expected = ParseTimeText(time) / 3600;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), err::kTypeMismatch);
+    }
+    int hour = -1;
+    try {
+      hour = HourOfCall(time);
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.Number(), err::kTypeMismatch) << time;
+    }
+    EXPECT_EQ(hour, expected) << time;
+  }
 }
 
 // The week of the fixture: 13 calls from Monday 11/02 to Sunday 11/08, with

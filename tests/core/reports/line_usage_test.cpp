@@ -12,7 +12,10 @@
 #include <vector>
 
 #include "core/data/log_lines.h"
+#include "data/log_conversions.h"
+#include "reports/matrix_cells.h"
 #include "reports/seconds_to_text.h"
+#include "support/whole_numbers.h"
 #include "support/text.h"
 #include "analysis_rig.h"
 
@@ -54,6 +57,35 @@ TEST(SecondsToText, MinutesUnderAnHourAndHoursFromThereOn) {
   for (const Case& c : cases) {
     EXPECT_EQ(SecondsToText(c.seconds, true), c.shortText) << c.seconds;
     EXPECT_EQ(SecondsToText(c.seconds, false), c.longText) << c.seconds;
+  }
+}
+
+TEST(LineUsage, LengthAndLineOfACallAgreeWithTheConversions) {
+  const char* const durations[] = {"0:04:09", "9:59:59", "12:34:56", "0:00:00", "0:75:00", "04:09",  "9999:59",
+                                   "1:2:3",   "0:04",    "0:04:0x",  "x:04:09", "",        "0:04:09:1", "1.5:00:00",
+                                   "-1:00:00", " 0:04:09", "0:04:09 ", "0::09"};
+  for (const char* duration : durations) {
+    EXPECT_EQ(SecondsOfCall(duration), DurationToSeconds(duration)) << duration;
+  }
+  const char* const lines[] = {"1", "4", "12", "999", "0", "007", "1000", "32767", "32768", "x", "", "1x", "+3", "2.5",
+                               "-1"};
+  for (const char* line : lines) {
+    int expected = -100000;
+    int expectedError = 0;
+    try {
+      expected = TextToInt16(line);
+    } catch (const RuntimeError& error) {
+      expectedError = error.Number();
+    }
+    int actual = -100000;
+    int actualError = 0;
+    try {
+      actual = LineOfCall(line);
+    } catch (const RuntimeError& error) {
+      actualError = error.Number();
+    }
+    EXPECT_EQ(actual, expected) << line;
+    EXPECT_EQ(actualError, expectedError) << line;
   }
 }
 
