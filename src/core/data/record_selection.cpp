@@ -73,11 +73,35 @@ RecordSelection::RecordSelection(std::string_view buffer, SelectionCriteria crit
     : buffer_(buffer),
       criteria_(std::move(criteria)),
       everyDirection_(criteria_.direction.empty() || criteria_.direction == "InOut") {
+  // Trim(field) equals the direction exactly when the three columns hold it
+  // with blanks before and after making up the width. A direction with
+  // blanks of its own at either end, or longer than the field, never matches.
+  const std::string_view direction = criteria_.direction;
+  constexpr std::size_t kWidth = column::kDirection.length;
+  if (!everyDirection_ && Trim(direction) == direction && direction.size() <= kWidth) {
+    for (std::size_t before = 0; before + direction.size() <= kWidth; ++before) {
+      std::string form(kWidth, ' ');
+      form.replace(before, direction.size(), direction);
+      std::uint32_t packed = 0;
+      std::memcpy(&packed, form.data(), kWidth);
+      directionForms_.push_back(packed);
+    }
+  }
+
   if (criteria_.search == SearchBy::kName) {
     nameSearch_ = LowerCase(criteria_.searchText);
     if (!criteria_.partial) nameSearch_ = std::string(Trim(nameSearch_));
   } else if (criteria_.search == SearchBy::kNumber && !criteria_.partial) {
-    numberList_ = NumberSearchList(criteria_.searchText);
+    for (std::string& entry : NumberSearchList(criteria_.searchText)) {
+      ListedNumber listed;
+      listed.inWords = entry.size() >= 8 && entry.size() <= 16;
+      if (listed.inWords) {
+        std::memcpy(&listed.head, entry.data(), 8);
+        std::memcpy(&listed.tail, entry.data() + entry.size() - 8, 8);
+      }
+      listed.text = std::move(entry);
+      numberList_.push_back(std::move(listed));
+    }
   }
 }
 
@@ -179,9 +203,7 @@ std::optional<CallRecord> RecordSelection::Next() {
       if (date < from) continue;
       inRange = true;
     }
-    // With "InOut" or no direction chosen every direction is taken.
-    if (!everyDirection_ && !SameShortText(record.Direction(), criteria_.direction)) continue;
-    if (!SearchPasses(record)) continue;
+    if (!DirectionAndSearchPass(record)) continue;
     selected = record;
     break;
   }
@@ -203,14 +225,33 @@ std::optional<CallRecord> RecordSelection::Next() {
   return selected;
 }
 
-bool RecordSelection::SearchPasses(const CallRecord& record) const {
-  switch (criteria_.search) {
-    case SearchBy::kNone: return true;
-    case SearchBy::kName: return NamePasses(record.Name());
-    // Cleaning takes the blanks out, so the field need not be trimmed first.
-    case SearchBy::kNumber: return NumberPasses(record.Field(column::kNumber, false));
+bool RecordSelection::DirectionPasses(const CallRecord& record) const {
+  // With "InOut" or no direction chosen every direction is taken.
+  if (everyDirection_) return true;
+  const std::string_view line = record.Text();
+  constexpr LogColumn kField = column::kDirection;
+  if (line.size() < kField.start - 1 + kField.length) {
+    return SameShortText(record.Direction(), criteria_.direction);
   }
-  return true;
+  std::uint32_t packed = 0;
+  std::memcpy(&packed, line.data() + kField.start - 1, kField.length);
+  bool passes = false;
+  for (std::uint32_t form : directionForms_) passes |= packed == form;
+  return passes;
+}
+
+bool RecordSelection::DirectionAndSearchPass(const CallRecord& record) const {
+  const bool direction = DirectionPasses(record);
+  switch (criteria_.search) {
+    case SearchBy::kNone: return direction;
+    case SearchBy::kName: return direction && NamePasses(record.Name());
+    case SearchBy::kNumber:
+      // Cleaning takes the blanks out, so the field need not be trimmed
+      // first. The number is tested whatever the direction, so that the two
+      // answers make one branch.
+      return direction & NumberPasses(record.Field(column::kNumber, false));
+  }
+  return direction;
 }
 
 bool RecordSelection::NamePasses(std::string_view name) const {
@@ -219,10 +260,9 @@ bool RecordSelection::NamePasses(std::string_view name) const {
   return lower == nameSearch_;
 }
 
-bool RecordSelection::NumberPasses(std::string_view numberField) const {
-  // This test runs for every record of the period, so the field is cleaned on
-  // the stack: copied into a blank-padded block of its full width (blanks are
-  // dropped anyway), which lets the cleaning run a fixed number of rounds
+std::size_t RecordSelection::CleanNumberField(std::string_view numberField, char* cleaned) {
+  // The field is copied into a blank-padded block of its full width (blanks
+  // are dropped anyway), so that cleaning runs a fixed number of rounds
   // without a branch per character.
   constexpr std::size_t kWidth = column::kNumber.length;
   char field[kWidth];
@@ -232,18 +272,42 @@ bool RecordSelection::NumberPasses(std::string_view numberField) const {
     std::memset(field, ' ', kWidth);
     std::memcpy(field, numberField.data(), std::min(numberField.size(), kWidth));
   }
-  char cleaned[kWidth];
+  std::memset(cleaned, 0, kWidth);
   std::size_t size = 0;
   for (std::size_t k = 0; k < kWidth; ++k) {
     cleaned[size] = field[k];
     size += kKeptInNumber[static_cast<unsigned char>(field[k])];
   }
-  const std::string_view clean(cleaned, size);
-  if (criteria_.partial) return clean.find(criteria_.searchText) != std::string_view::npos;
-  for (const std::string& entry : numberList_) {
-    if (SameShortText(clean, entry)) return true;
+  // The last round may have left a dropped character just past the result.
+  if (size < kWidth) cleaned[size] = 0;
+  return size;
+}
+
+bool RecordSelection::NumberPasses(std::string_view numberField) const {
+  char cleaned[column::kNumber.length];
+  const std::size_t size = CleanNumberField(numberField, cleaned);
+  if (criteria_.partial) {
+    return std::string_view(cleaned, size).find(criteria_.searchText) != std::string_view::npos;
   }
-  return false;
+  return NumberListed(cleaned, size);
+}
+
+bool RecordSelection::NumberListed(const char* cleaned, std::size_t size) const {
+  bool listed = false;
+  for (const ListedNumber& entry : numberList_) {
+    if (entry.inWords) {
+      // Both words are read at the entry's own offsets, inside the cleaned
+      // block whatever its length; the length decides.
+      std::uint64_t head;
+      std::uint64_t tail;
+      std::memcpy(&head, cleaned, 8);
+      std::memcpy(&tail, cleaned + entry.text.size() - 8, 8);
+      listed |= (size == entry.text.size()) & (((head ^ entry.head) | (tail ^ entry.tail)) == 0);
+    } else {
+      listed |= std::string_view(cleaned, size) == entry.text;
+    }
+  }
+  return listed;
 }
 
 }  // namespace cw

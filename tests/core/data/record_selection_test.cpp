@@ -102,6 +102,23 @@ TEST(RecordSelection, DirectionTest) {
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
   criteria.direction = "in";  // the comparison is exact
   EXPECT_EQ(Selected(log, criteria), Names{});
+
+  // The field is trimmed wherever the blanks stand; a choice with blanks of
+  // its own matches nothing.
+  const std::string padded = Log({Call().Name("A").Direction(" In"), Call().Name("B").Direction("In"),
+                                  Call().Name("C").Direction(" I")});
+  criteria.direction = "In";
+  EXPECT_EQ(Selected(padded, criteria), (Names{"A", "B"}));
+  criteria.direction = "I";
+  EXPECT_EQ(Selected(padded, criteria), Names{"C"});
+  criteria.direction = " In";
+  EXPECT_EQ(Selected(padded, criteria), Names{});
+  // A line that ends inside the direction columns.
+  const std::string cut = Call().Name("D").Text().substr(0, 85) + "\r\n";
+  criteria.direction = "In";
+  EXPECT_EQ(Selected(cut, criteria), Names{"D"});
+  criteria.direction = "I";
+  EXPECT_EQ(Selected(cut, criteria), Names{});
 }
 
 TEST(RecordSelection, NameSearch) {
