@@ -108,7 +108,9 @@ void IniDocument::Set(std::string_view section, std::string_view key, std::strin
   const std::size_t header = FindSection(section);
   if (header == lines_.size()) {
     if (!lines_.empty() && !TrimIniBlanks(lines_.back().text).empty()) lines_.push_back(Classify({}));
-    lines_.push_back(Classify("[" + std::string(section) + "]"));
+    std::string sectionLine = "[";
+    sectionLine.append(section).append("]");
+    lines_.push_back(Classify(sectionLine));
     lines_.push_back(Classify(std::string(key) + "=" + std::string(value)));
     return;
   }
