@@ -227,6 +227,8 @@ void ReportForm::ConfigureDocument() {
   OrlPrinterEnvironment env;
   env.metrics = &metrics_;
   env.measurePrinter = environment_.measurePrinter;
+  env.printReport = environment_.printReport;
+  env.askSaveFileName = environment_.askSaveFileName;
   env.today = [this] { return host_.Today(); };
   env.showError = [this](const std::string& text) {
     errorShown_ = true;

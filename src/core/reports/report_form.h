@@ -30,6 +30,11 @@ struct ReportEnvironment {
   std::string tempFolder;    // where the chart goes when "Path" is empty or not writable
   // The printer's page, measured by every BeginDoc; empty: US Letter portrait.
   std::function<PageSetup()> measurePrinter;
+  // What the preview's Print and Save buttons reach: the desktop's print
+  // dialog and printer, and its "Save Report" file dialog. Empty: the
+  // document cannot be printed, and saved only under a name given to it.
+  std::function<void(OrlPrinter& document)> printReport;
+  std::function<std::string()> askSaveFileName;
 };
 
 // How a request ended, for callers that need an exit status.
