@@ -1,0 +1,593 @@
+// The preview window on spools written by the engine with fixed-pitch
+// metrics: zoom rows and fitting rules, keys, page location, the window's
+// size rules, its buttons, the search, and files that go bad under it.
+
+#include "forms/preview_form.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+
+#include "core/printer/engine_test_rig.h"
+#include "core/printer/spool_test_files.h"
+#include "forms/preview_page_image.h"
+#include "forms/preview_zoom.h"
+#include "printer/orl_printer.h"
+#include "testing/recording_host.h"
+
+namespace cw {
+namespace {
+
+using PageExtra = std::function<void(OrlPrinter&, int page)>;
+
+// One report document spooled into the test's folder.
+struct Report {
+  testing::EngineTestRig rig;
+  std::unique_ptr<OrlPrinter> document;
+  int printCalls = 0;
+  std::string saveName;
+
+  // pages of body text (and a rule), landscape when orientation is 2; extra
+  // draws more on each page.
+  void Make(int pages, std::int16_t orientation = 1, const PageExtra& extra = {}) {
+    OrlPrinterEnvironment environment = rig.Environment();
+    environment.printReport = [this](OrlPrinter&) { ++printCalls; };
+    environment.askSaveFileName = [this] { return saveName; };
+    document = std::make_unique<OrlPrinter>(environment);
+    OrlPrinter& d = *document;
+    d.BeginDoc();
+    d.SetScaleMode(5);
+    d.SetOrientation(orientation);
+    d.SetTitle("Preview Test");
+    d.SetFont("Arial", 10, 0);
+    for (int page = 1; page <= pages; ++page) {
+      if (page > 1) d.NewPage();
+      d.SetY(1);
+      d.TextOut(1, "Body of page " + std::to_string(page));
+      d.LineOut(1, 1.5, 7, 1.5);
+      if (extra) extra(d, page);
+    }
+    d.EndDoc();
+    OrlPrinter::OutputOptions& options = d.Options();
+    options.previewSizable = true;
+    options.previewWindowWidth = 12000;
+    options.previewWindowHeight = 9000;
+    options.zoomPercent = 100;
+  }
+};
+
+double NonWhiteShare(const QImage& image) {
+  qint64 dark = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) dark += (row[x] & 0xFFFFFF) != 0xFFFFFF;
+  }
+  return image.isNull() ? 0 : static_cast<double>(dark) / (image.width() * image.height());
+}
+
+}  // namespace
+
+class PreviewFormTest : public QObject {
+  Q_OBJECT
+
+ private:
+  QTemporaryDir folder_;
+  testing::RecordingHost host_;
+
+  // The form on screen, activated, at the given size.
+  std::unique_ptr<PreviewForm> Open(OrlPrinter& document, QSize size = QSize(900, 700)) {
+    auto form = std::make_unique<PreviewForm>(document, host_, PageSetup{});
+    form->show();
+    if (!QTest::qWaitForWindowExposed(form.get())) return form;
+    Resize(*form, size);
+    return form;
+  }
+  static void Resize(PreviewForm& form, QSize size) {
+    form.resize(size);
+    QCoreApplication::processEvents();
+  }
+  static void Pick(PreviewForm& form, const QString& row) {
+    auto* zoom = form.findChild<QComboBox*>("ZoomList");
+    const int index = zoom->findText(row);
+    zoom->setCurrentIndex(index);
+    emit zoom->activated(index);
+  }
+  template <class T>
+  static T* Child(PreviewForm& form, const char* name) {
+    return form.findChild<T*>(name);
+  }
+  static QWidget* PageImg(PreviewForm& form) { return Child<QWidget>(form, "PageImg"); }
+  static QImage Canvas(PreviewForm& form) { return static_cast<PreviewPageImage*>(PageImg(form))->Canvas().copy(); }
+
+ private slots:
+  void initTestCase() {
+    QVERIFY(folder_.isValid());
+    qputenv("TMPDIR", folder_.path().toLocal8Bit());
+  }
+  void init() { host_.messages.clear(); }
+
+  // Table: the rules of each row, worked by hand (twips).
+  void zoomRulesByHand() {
+    ZoomArea portrait{13500, 9000, 255, 255, false, false, 12240, 15840};
+    QCOMPARE(*ZoomFactorFor("50%", portrait), 0.5);
+    QCOMPARE(*ZoomFactorFor("125%", portrait), 1.25);
+    QCOMPARE(*ZoomFactorFor("Full Page", portrait), 9000.0 / 15840 - 0.05);
+    QCOMPARE(*ZoomFactorFor("Page Width", portrait), 13500.0 / 12240 - 0.05);
+    portrait.hScrollShown = portrait.vScrollShown = true;
+    QCOMPARE(*ZoomFactorFor("Full Page", portrait), 8745.0 / 15840 - 0.05);
+    QCOMPARE(*ZoomFactorFor("Page Width", portrait), 13245.0 / 12240 - 0.05);
+    QVERIFY(!ZoomFactorFor("", portrait));  // nothing selected
+
+    // Landscape: the width decides unless the page is then too tall.
+    ZoomArea wide{15000, 7000, 255, 255, false, false, 15840, 12240};
+    QCOMPARE(*ZoomFactorFor("Full Page", wide), 7000.0 / 12240 - 0.05);
+    wide.panelHeight = 13000;
+    QCOMPARE(*ZoomFactorFor("Full Page", wide), 14745.0 / 15840 - 0.05);
+
+    ZoomArea tiny{1000, 1000, 255, 255, false, false, 12240, 15840};
+    QCOMPARE(*ZoomFactorFor("Full Page", tiny), 0.1);
+    QCOMPARE(*ZoomFactorFor("Page Width", tiny), 0.1);
+  }
+
+  void zoomListRowsAndPercentages() {
+    Report report;
+    report.Make(2);
+    auto form = Open(*report.document);
+    auto* zoom = Child<QComboBox>(*form, "ZoomList");
+    QStringList rows;
+    for (int i = 0; i < zoom->count(); ++i) rows << zoom->itemText(i);
+    QCOMPARE(rows, QStringList({"50%", "60%", "70%", "80%", "90%", "100%", "125%", "150%", "200%", "Full Page",
+                                "Page Width"}));
+    for (int percent : {50, 60, 70, 80, 90, 100, 125, 150, 200}) {
+      Pick(*form, QString::number(percent) + "%");
+      QCOMPARE(form->ZoomFactor(), percent / 100.0);
+      QCOMPARE(PageImg(*form)->width(), static_cast<int>(std::lround(12240 * percent / 100.0 / form->TwipsPerPixelX())));
+      QCOMPARE(PageImg(*form)->height(),
+               static_cast<int>(std::lround(15840 * percent / 100.0 / form->TwipsPerPixelY())));
+    }
+  }
+
+  void fitRowsOnAPortraitPage() {
+    Report report;
+    report.Make(2);
+    auto form = Open(*report.document);
+    const double tpp = form->TwipsPerPixelX();
+    auto* panel = Child<QWidget>(*form, "Panel");
+    auto* vscroll = Child<QScrollBar>(*form, "VScroll");
+    QVERIFY(vscroll->isVisible());  // 100 % is taller than the panel
+
+    Pick(*form, "Full Page");
+    QCOMPARE(form->ZoomFactor(), panel->height() * tpp / 15840 - 0.05);
+    QVERIFY(PageImg(*form)->height() < panel->height());
+    QVERIFY(!vscroll->isVisible());
+
+    Pick(*form, "Page Width");
+    QCOMPARE(form->ZoomFactor(), std::floor(form->width() * tpp) / 12240 - 0.05);
+    QVERIFY(vscroll->isVisible());
+    // Now that the bar is shown, its width comes off.
+    Pick(*form, "Page Width");
+    QCOMPARE(form->ZoomFactor(), (std::floor(form->width() * tpp) - vscroll->sizeHint().width() * tpp) / 12240 - 0.05);
+
+    // Full Page follows the window.
+    Pick(*form, "Full Page");
+    Resize(*form, QSize(900, 500));
+    QCOMPARE(form->ZoomFactor(), panel->height() * tpp / 15840 - 0.05);
+  }
+
+  void fitRowsOnALandscapePage() {
+    Report report;
+    report.Make(1, 2);
+    auto form = Open(*report.document, QSize(1000, 500));
+    QCOMPARE(form->PageWidthTwips(), 15840.0);
+    QCOMPARE(form->PageHeightTwips(), 12240.0);
+    const double tpp = form->TwipsPerPixelX();
+    auto* panel = Child<QWidget>(*form, "Panel");
+    const double barWidth = Child<QScrollBar>(*form, "VScroll")->sizeHint().width() * tpp;
+    auto* hscroll = Child<QScrollBar>(*form, "HScroll");
+    // 100 % is wider than the window: the bar the last page showed comes off.
+    QVERIFY(hscroll->isVisible());
+    const double barHeight = hscroll->sizeHint().height() * tpp;
+
+    // Wide window: fitted to the width the page would be too tall.
+    Pick(*form, "Full Page");
+    QCOMPARE(form->ZoomFactor(), (panel->height() * tpp - barHeight) / 12240 - 0.05);
+    QVERIFY(!hscroll->isVisible());
+    Pick(*form, "Full Page");
+    QCOMPARE(form->ZoomFactor(), panel->height() * tpp / 12240 - 0.05);
+
+    // Tall window: the width decides.
+    Resize(*form, QSize(500, 900));
+    QCOMPARE(form->ZoomFactor(), (std::floor(form->width() * tpp) - barWidth) / 15840 - 0.05);
+  }
+
+  void zoomNeverBelowATenth() {
+    Report report;
+    report.Make(1);
+    auto form = Open(*report.document);
+    Pick(*form, "Full Page");
+    Resize(*form, QSize(10, 10));
+    QCOMPARE(form->ZoomFactor(), 0.1);
+    Pick(*form, "Page Width");
+    QCOMPARE(form->ZoomFactor(), 0.1);
+  }
+
+  void initialZoomFromZoomPercent() {
+    struct Row {
+      int percent;
+      int index;  // -1: nothing selected
+    };
+    for (Row row : {Row{75, 5}, Row{0, 5}, Row{150, 7}, Row{200, 8}, Row{-1, 9}, Row{-2, 10}, Row{-3, -1}}) {
+      Report report;
+      report.Make(1);
+      report.document->Options().zoomPercent = static_cast<std::int16_t>(row.percent);
+      auto form = Open(*report.document);
+      QCOMPARE(Child<QComboBox>(*form, "ZoomList")->currentIndex(), row.index);
+    }
+    // Nothing selected keeps the real size.
+    Report report;
+    report.Make(1);
+    report.document->Options().zoomPercent = -3;
+    auto form = Open(*report.document);
+    QCOMPARE(form->ZoomFactor(), 1.0);
+  }
+
+  void keyboardPaging() {
+    Report report;
+    report.Make(6);
+    auto form = Open(*report.document);
+    QWidget* page = PageImg(*form);
+    auto* scroll = Child<QScrollBar>(*form, "PageScroll");
+    auto* label = Child<QLabel>(*form, "PageLabel");
+    QCOMPARE(scroll->minimum(), 1);
+    QCOMPARE(scroll->maximum(), 6);
+    QCOMPARE(form->CurrentPage(), std::int16_t{1});
+    QCOMPARE(label->text(), QString("Page 1 of 6"));
+
+    struct Step {
+      Qt::Key key;
+      Qt::KeyboardModifiers modifiers;
+      int page;
+    };
+    const Step steps[] = {
+        {Qt::Key_PageUp, Qt::NoModifier, 1},                              // nothing before page 1
+        {Qt::Key_PageDown, Qt::NoModifier, 2},
+        {Qt::Key_PageDown, Qt::ControlModifier, 6},                       // the last page
+        {Qt::Key_PageDown, Qt::NoModifier, 6},                            // nothing after it
+        {Qt::Key_PageUp, Qt::NoModifier, 5},
+        {Qt::Key_PageUp, Qt::ControlModifier, 1},                         // the first page
+        {Qt::Key_PageDown, Qt::ControlModifier | Qt::ShiftModifier, 2},   // Ctrl with Shift is not Ctrl
+        {Qt::Key_PageUp, Qt::ControlModifier | Qt::AltModifier, 1},
+    };
+    for (const Step& step : steps) {
+      QTest::keyClick(page, step.key, step.modifiers);
+      QCOMPARE(form->CurrentPage(), static_cast<std::int16_t>(step.page));
+      QCOMPARE(scroll->value(), step.page);
+      QCOMPARE(QApplication::focusWidget(), page);
+    }
+    QCOMPARE(label->text(), QString("Page 1 of 6"));
+
+    // Keys pressed on another control page all the same, and hand the focus back.
+    auto* zoom = Child<QComboBox>(*form, "ZoomList");
+    zoom->setFocus();
+    QTest::keyClick(zoom, Qt::Key_PageDown);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(QApplication::focusWidget(), page);
+
+    // Dragging the thumb only moves the label.
+    emit scroll->sliderMoved(5);
+    QCOMPARE(label->text(), QString("Page 5 of 6"));
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+  }
+
+  void arrowKeysScrollABigPage() {
+    Report report;
+    report.Make(1);
+    auto form = Open(*report.document, QSize(600, 500));
+    Pick(*form, "200%");
+    QWidget* page = PageImg(*form);
+    auto* vscroll = Child<QScrollBar>(*form, "VScroll");
+    auto* hscroll = Child<QScrollBar>(*form, "HScroll");
+    QVERIFY(vscroll->isVisible() && hscroll->isVisible());
+    QCOMPARE(vscroll->value(), 0);
+    QTest::keyClick(page, Qt::Key_Down);
+    QCOMPARE(vscroll->value(), vscroll->pageStep());
+    QCOMPARE(page->y(), -vscroll->pageStep());
+    for (int i = 0; i < 20; ++i) QTest::keyClick(page, Qt::Key_Down);
+    QCOMPARE(vscroll->value(), vscroll->maximum());
+    // The last pixel row of the page is in view.
+    QCOMPARE(page->y() + page->height(), vscroll->height());
+    QTest::keyClick(page, Qt::Key_Right);
+    QCOMPARE(hscroll->value(), hscroll->pageStep());
+    QTest::keyClick(page, Qt::Key_Left);
+    QTest::keyClick(page, Qt::Key_Left);
+    QCOMPARE(hscroll->value(), 0);
+    QTest::keyClick(page, Qt::Key_Up);
+    QCOMPARE(vscroll->value(), vscroll->maximum() - vscroll->pageStep());
+  }
+
+  void onePageReportDoesNotPage() {
+    Report report;
+    report.Make(1);
+    auto form = Open(*report.document);
+    auto* scroll = Child<QScrollBar>(*form, "PageScroll");
+    QCOMPARE(scroll->minimum(), 1);
+    QCOMPARE(scroll->maximum(), 1);
+    const std::int64_t start = form->PageStartRecord();
+    for (auto modifiers : {Qt::KeyboardModifiers(Qt::NoModifier), Qt::KeyboardModifiers(Qt::ControlModifier)}) {
+      QTest::keyClick(PageImg(*form), Qt::Key_PageDown, modifiers);
+      QTest::keyClick(PageImg(*form), Qt::Key_PageUp, modifiers);
+    }
+    QCOMPARE(form->CurrentPage(), std::int16_t{1});
+    QCOMPARE(form->PageStartRecord(), start);
+    QCOMPARE(Child<QLabel>(*form, "PageLabel")->text(), QString("Page 1 of 1"));
+  }
+
+  void backFromTheMiddleOfPageFiveToPageTwo() {
+    Report report;
+    report.Make(6, 1, [](OrlPrinter& d, int) {
+      for (int row = 0; row < 8; ++row) {
+        d.NewLine();
+        d.TextOut(1, "row " + std::to_string(row));
+      }
+    });
+    const std::vector<SpoolCommand> commands = testing::ReadCommands(report.document->PrintFile());
+    auto firstOf = [&](std::int16_t page) {
+      for (const SpoolCommand& command : commands) {
+        if (command.page == page) return command.recordNumber;
+      }
+      return std::int64_t{0};
+    };
+    auto form = Open(*report.document);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    const QImage pageTwo = Canvas(*form);
+    QCOMPARE(form->PageStartRecord(), firstOf(2));
+
+    auto* scroll = Child<QScrollBar>(*form, "PageScroll");
+    scroll->setValue(5);
+    QCOMPARE(form->PageStartRecord(), firstOf(5));
+    form->SetRecordPosition(firstOf(5) + 4);  // in the middle of page 5
+    QCOMPARE(form->LocatePageRecord(2), firstOf(2));
+
+    form->ShowPage(5);
+    form->SetRecordPosition(firstOf(5) + 4);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageUp);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageUp);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageUp);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(form->PageStartRecord(), firstOf(2));
+    QCOMPARE(Canvas(*form), pageTwo);
+
+    // The last page straight from the first, and its text is drawn.
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(form->PageStartRecord(), firstOf(6));
+    QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
+  }
+
+  void windowSizeRules() {
+    Report report;
+    report.Make(1);
+    auto form = Open(*report.document);
+    Resize(*form, QSize(10, 10));
+    QVERIFY(form->width() * form->TwipsPerPixelX() >= 2000);
+    QVERIFY(form->height() * form->TwipsPerPixelY() >= 2000);
+    QVERIFY(form->width() * form->TwipsPerPixelX() < 2000 + form->TwipsPerPixelX());
+
+    // Not sizable: maximised.
+    Report fixed;
+    fixed.Make(1);
+    fixed.document->Options().previewSizable = false;
+    PreviewForm maximised(*fixed.document, host_, PageSetup{});
+    QVERIFY(maximised.windowState() & Qt::WindowMaximized);
+  }
+
+  void closeButtonCaptionAndWidth() {
+    Report report;
+    report.Make(1);
+    report.document->Options().closeButtonCaption.clear();
+    auto form = Open(*report.document);
+    auto* close = Child<QPushButton>(*form, "CloseBtn");
+    QCOMPARE(close->text(), QString("Close"));
+    QCOMPARE(report.document->Options().closeButtonCaption, std::string("Close"));
+    const int least = static_cast<int>(std::ceil(975 / form->TwipsPerPixelX()));
+    QCOMPARE(close->width(), std::max(least, close->fontMetrics().horizontalAdvance("Close") + 20));
+
+    report.document->Options().closeButtonCaption = "X";
+    PreviewForm shortCaption(*report.document, host_, PageSetup{});
+    QCOMPARE(Child<QPushButton>(shortCaption, "CloseBtn")->width(), least);
+
+    report.document->Options().closeButtonCaption = "Close this report and go back to the form";
+    PreviewForm longCaption(*report.document, host_, PageSetup{});
+    auto* wide = Child<QPushButton>(longCaption, "CloseBtn");
+    QCOMPARE(wide->width(), wide->fontMetrics().horizontalAdvance(wide->text()) + 20);
+    QVERIFY(wide->width() > least);
+
+    QTest::mouseClick(close, Qt::LeftButton);
+    QVERIFY(!form->isVisible());
+  }
+
+  void buttonsShownByTheDocument() {
+    Report report;
+    report.Make(1);
+    OrlPrinter::OutputOptions& options = report.document->Options();
+    options.showPreviewPrint = false;
+    options.showPreviewSave = true;
+    options.showPreviewFind = false;
+    auto form = Open(*report.document);
+    QVERIFY(!Child<QPushButton>(*form, "PrintBtn")->isVisible());
+    QVERIFY(Child<QPushButton>(*form, "SaveBtn")->isVisible());
+    QVERIFY(!Child<QPushButton>(*form, "FindBtn")->isVisible());
+  }
+
+  void findButtonAndFindKeysDoNothing() {
+    Report report;
+    report.Make(3);
+    report.document->Options().showPreviewFind = true;
+    auto form = Open(*report.document);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    const QImage before = Canvas(*form);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+
+    QTest::mouseClick(Child<QPushButton>(*form, "FindBtn"), Qt::LeftButton);
+    QTest::keyClick(PageImg(*form), Qt::Key_F);
+    QTest::keyClick(PageImg(*form), Qt::Key_F3);
+    QTest::keyClick(PageImg(*form), Qt::Key_F3, Qt::ShiftModifier);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(form->ZoomFactor(), 1.0);
+    QCOMPARE(Canvas(*form), before);
+    QCOMPARE(QApplication::topLevelWidgets(), windows);
+    QCOMPARE(QApplication::activeModalWidget(), nullptr);
+    QCOMPARE(QApplication::focusWidget(), PageImg(*form));
+    QVERIFY(host_.messages.empty());
+  }
+
+  void printAndSaveGoThroughTheEngine() {
+    Report report;
+    report.Make(2);
+    auto form = Open(*report.document);
+    QTest::mouseClick(Child<QPushButton>(*form, "PrintBtn"), Qt::LeftButton);
+    QCOMPARE(report.printCalls, 1);
+
+    const std::string saved = folder_.filePath("saved.txt").toStdString();
+    report.saveName = saved;
+    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
+    const std::string text = testing::ReadBytes(saved);
+    QVERIFY(text.find("Body of page 2") != std::string::npos);
+
+    // A save to a folder that is not there: the error box, and the window goes on.
+    report.saveName = folder_.filePath("no-such-folder/saved.txt").toStdString();
+    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+    QCOMPARE(host_.messages[0].title, std::string("Error"));
+    QVERIFY(host_.messages[0].text.find("procedure SaveBtn_Click.") != std::string::npos);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+  }
+
+  void findInReport() {
+    Report report;
+    report.Make(5, 1, [](OrlPrinter& d, int page) {
+      d.NewLine();
+      if (page == 1) d.TextOut(1, "calls total");
+      if (page == 3) d.TextOut(1, "TOTAL CALLS");
+      if (page == 4) {
+        d.TextOut(1, "SPLIT");
+        d.TextOut(3, "TEXT");
+      }
+    });
+    auto form = Open(*report.document);
+    auto* scroll = Child<QScrollBar>(*form, "PageScroll");
+
+    form->FindInReport("total", true);  // page 1's own hit
+    QCOMPARE(form->CurrentPage(), std::int16_t{1});
+    form->FindInReport("total calls", false);  // from page 2 on
+    QCOMPARE(scroll->value(), 3);
+    QCOMPARE(form->CurrentPage(), std::int16_t{3});
+    QCOMPARE(form->PageStartRecord(), form->LocatePageRecord(3));
+
+    form->FindInReport("splittext", true);  // split over two records
+    form->FindInReport("split text", true);
+    QCOMPARE(form->CurrentPage(), std::int16_t{3});
+
+    // The blank padding of the field is searched too.
+    form->FindInReport("TEXT    ", true);
+    QCOMPARE(form->CurrentPage(), std::int16_t{4});
+
+    // From the last page, not from the top: nothing is searched.
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
+    form->FindInReport("body of page", false);
+    QCOMPARE(form->CurrentPage(), std::int16_t{5});
+    form->FindInReport("Body of page 2", true);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QVERIFY(host_.messages.empty());
+  }
+
+  void missingPictureLeavesThePageAsDrawn() {
+    Report report;
+    const std::string missing = folder_.filePath("gone/Chart.bmp").toStdString();
+    report.Make(2, 1, [&](OrlPrinter& d, int page) {
+      if (page == 2) d.ImageOut(missing, 1, 2, 4, 3);
+    });
+    auto form = Open(*report.document);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+    QVERIFY(host_.messages[0].text.find(missing) != std::string::npos);
+    QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);  // the text is there
+    // Said once, not on every redraw.
+    Pick(*form, "50%");
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+  }
+
+  void spoolRemovedUnderThePreview() {
+    Report report;
+    report.Make(3);
+    auto form = Open(*report.document);
+    std::filesystem::remove(report.document->PrintFile());
+    report.saveName = folder_.filePath("never.txt").toStdString();
+    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
+    QTest::mouseClick(Child<QPushButton>(*form, "PrintBtn"), Qt::LeftButton);
+    QCOMPARE(host_.messages.size(), std::size_t{2});
+    QVERIFY(host_.messages[0].text.find("has been removed") != std::string::npos);
+    QCOMPARE(report.printCalls, 0);
+    QVERIFY(!QFile::exists(folder_.filePath("never.txt")));
+    // What the preview holds is still shown.
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(form->CurrentPage(), std::int16_t{3});
+    QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
+  }
+
+  void spoolCutShortUnderThePreview() {
+    Report report;
+    report.Make(4);
+    auto form = Open(*report.document);
+    const auto size = std::filesystem::file_size(report.document->PrintFile());
+    std::filesystem::resize_file(report.document->PrintFile(), size / 2);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(form->CurrentPage(), std::int16_t{4});
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+    QVERIFY(host_.messages[0].text.find("cut short") != std::string::npos);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageUp, Qt::ControlModifier);
+    QCOMPARE(form->CurrentPage(), std::int16_t{1});
+  }
+
+  void damagedOrMissingSpool() {
+    Report report;
+    report.Make(2);
+    {
+      // Record 3 gets a keyword the engine never writes.
+      std::fstream file(report.document->PrintFile(), std::ios::binary | std::ios::in | std::ios::out);
+      file.seekp(2 * kSpoolRecordSize + spool::kKeyword);
+      file.write("GARBAGE ", 8);
+    }
+    auto form = Open(*report.document);
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+    QVERIFY(host_.messages[0].text.find("is damaged") != std::string::npos);
+    QVERIFY(host_.messages[0].text.find("GARBAGE") != std::string::npos);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+
+    host_.messages.clear();
+    std::filesystem::remove(report.document->PrintFile());
+    PreviewForm missing(*report.document, host_, PageSetup{});
+    QVERIFY(!missing.IsLoaded());
+    QCOMPARE(missing.exec(), int(QDialog::Rejected));
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+    QCOMPARE(host_.messages[0].title, std::string("Error"));
+    QVERIFY(host_.messages[0].text.find("File not found") != std::string::npos);
+  }
+};
+
+}  // namespace cw
+
+QTEST_MAIN(cw::PreviewFormTest)
+#include "preview_form_test.moc"
