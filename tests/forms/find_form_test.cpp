@@ -1,0 +1,110 @@
+// The find dialog's history: what OK and Cancel keep between uses.
+
+#include "forms/find_form.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPushButton>
+#include <QtTest>
+#include <string>
+#include <vector>
+
+namespace cw {
+
+class FindFormTest : public QObject {
+  Q_OBJECT
+
+ private:
+  // Opens the dialog on the values, types the text, sets the box and
+  // presses OK (or Cancel); returns what the list offered on opening.
+  static QStringList Search(FindValues& values, const QString& text, bool fromTop = false, bool ok = true) {
+    FindForm form(values);
+    auto* search = form.findChild<QComboBox*>("SearchText");
+    QStringList offered;
+    for (int row = 0; row < search->count(); ++row) offered << search->itemText(row);
+    search->setEditText(text);
+    form.findChild<QCheckBox*>("StartTopChk")->setChecked(fromTop);
+    QTest::mouseClick(form.findChild<QPushButton*>(ok ? "OKBtn" : "CancelBtn"), Qt::LeftButton);
+    return offered;
+  }
+
+  static std::vector<std::string> Kept(const FindValues& values) {
+    std::vector<std::string> kept;
+    for (const std::string& entry : values.FindHistory) {
+      if (!entry.empty()) kept.push_back(entry);
+    }
+    return kept;
+  }
+
+ private slots:
+  void elevenSearchesKeepTheTenLatest() {
+    FindValues values;
+    for (int i = 1; i <= 11; ++i) Search(values, QString("text %1").arg(i));
+    const std::vector<std::string> expected = {"text 11", "text 10", "text 9", "text 8", "text 7",
+                                               "text 6",  "text 5",  "text 4", "text 3", "text 2"};
+    QCOMPARE(Kept(values), expected);
+    QVERIFY(values.FindHistory[10].empty());  // never written
+    QCOMPARE(values.FindWhat, std::string("text 11"));
+    // The next opening offers them in that order, the latest selected.
+    FindForm form(values);
+    auto* search = form.findChild<QComboBox*>("SearchText");
+    QCOMPARE(search->count(), 10);
+    QCOMPARE(search->currentIndex(), 0);
+    QCOMPARE(search->currentText(), QString("text 11"));
+  }
+
+  void sameTextIsNotRepeatedButOtherCaseIs() {
+    FindValues values;
+    Search(values, "Total");
+    Search(values, "Calls");
+    Search(values, "Calls");
+    QCOMPARE(Kept(values), (std::vector<std::string>{"Calls", "Total"}));
+    Search(values, "CALLS");
+    QCOMPARE(Kept(values), (std::vector<std::string>{"CALLS", "Calls", "Total"}));
+    // Only the latest is compared: an older text comes back as a new row.
+    Search(values, "Total");
+    QCOMPARE(Kept(values), (std::vector<std::string>{"Total", "CALLS", "Calls", "Total"}));
+    QCOMPARE(values.FindWhat, std::string("Total"));
+  }
+
+  void startFromTopAndCancel() {
+    FindValues values;
+    Search(values, "Total", true);
+    QVERIFY(values.StartFromTop);
+    {
+      FindForm form(values);
+      QVERIFY(form.findChild<QCheckBox*>("StartTopChk")->isChecked());
+    }
+    // Cancel changes nothing.
+    const QStringList offered = Search(values, "Other", false, false);
+    QCOMPARE(offered, QStringList({"Total"}));
+    QVERIFY(values.StartFromTop);
+    QCOMPARE(values.FindWhat, std::string("Total"));
+    QCOMPARE(Kept(values), (std::vector<std::string>{"Total"}));
+
+    Search(values, "Total", false);
+    QVERIFY(!values.StartFromTop);
+  }
+
+  void blankEntriesAreNotOffered() {
+    FindValues values;
+    values.FindHistory[0] = "   ";
+    values.FindHistory[1] = "Line 2";
+    FindForm form(values);
+    auto* search = form.findChild<QComboBox*>("SearchText");
+    QCOMPARE(search->count(), 1);
+    QCOMPARE(search->currentText(), QString("Line 2"));
+  }
+
+  void textsKeepTheirWindowsBytes() {
+    FindValues values;
+    Search(values, QString::fromUtf8("Caf\u00e9"));
+    QCOMPARE(values.FindWhat, std::string("Caf\xe9"));
+    QCOMPARE(values.FindHistory[0], std::string("Caf\xe9"));
+  }
+};
+
+}  // namespace cw
+
+QTEST_MAIN(cw::FindFormTest)
+#include "find_form_test.moc"
