@@ -1,0 +1,354 @@
+// Printing a report on a real printer: a CUPS PDF queue (set up by
+// scripts/start-cups-pdf.sh) receives the job, and the PDF it writes is read
+// back; a printer that is not there raises OnPrinterError; the page device
+// keeps positions measured from the paper's edge.
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+#include <functional>
+
+#include "forms/print_opt_form.h"
+#include "forms/qt_print_report.h"
+#include "platform/printer_page_device.h"
+#include "platform/qt_text_metrics.h"
+#include "printer/orl_printer.h"
+#include "printer/scale_mode.h"
+#include "printer/spool_replay.h"
+
+using namespace cw;
+
+namespace {
+
+const char* const kPageTexts[] = {"PAGEONEALPHA", "PAGETWOBRAVO", "PAGETHREECHARLIE"};
+
+QString QueueName() {
+  const QString name = qEnvironmentVariable("CW_CUPS_PDF_QUEUE");
+  return name.isEmpty() ? QStringLiteral("CW_PDF") : name;
+}
+
+// Where cups-pdf writes the jobs of this user: its configuration's "Out",
+// unless CW_CUPS_PDF_DIR names the folder.
+QString CupsPdfFolder() {
+  const QString given = qEnvironmentVariable("CW_CUPS_PDF_DIR");
+  if (!given.isEmpty()) return given;
+  QString out = QStringLiteral("${HOME}/PDF");
+  QFile conf(QStringLiteral("/etc/cups/cups-pdf.conf"));
+  if (conf.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    const QRegularExpression line(QStringLiteral("^\\s*Out\\s+(\\S.*?)\\s*$"));
+    for (const QByteArray& raw : conf.readAll().split('\n')) {
+      const QRegularExpressionMatch match = line.match(QString::fromLocal8Bit(raw));
+      if (match.hasMatch()) out = match.captured(1);
+    }
+  }
+  out.replace(QStringLiteral("${HOME}"), QDir::homePath());
+  out.replace(QStringLiteral("${USER}"), qEnvironmentVariable("USER", QStringLiteral("root")));
+  return out;
+}
+
+QString RunTool(const QString& program, const QStringList& arguments) {
+  QProcess process;
+  process.start(program, arguments);
+  if (!process.waitForFinished(60000) || process.exitCode() != 0) {
+    qWarning("%s failed: %s", qPrintable(program), process.readAllStandardError().constData());
+    return {};
+  }
+  return QString::fromLocal8Bit(process.readAllStandardOutput());
+}
+
+int PdfPages(const QString& pdf) {
+  const QRegularExpressionMatch match =
+      QRegularExpression(QStringLiteral("Pages:\\s+(\\d+)")).match(RunTool(QStringLiteral("pdfinfo"), {pdf}));
+  return match.hasMatch() ? match.captured(1).toInt() : -1;
+}
+
+// Three pages, each with its own word one inch from the left edge, the first
+// one inch down and each next page's two inches further.
+void WriteThreePages(OrlPrinter& document, const std::string& title) {
+  document.BeginDoc();
+  document.SetScaleMode(scale::kInches);
+  document.SetOrientation(1);
+  document.SetTitle(title);
+  for (int page = 0; page < 3; ++page) {
+    if (page > 0) document.NewPage();
+    // Records of the pages before a printed range are skipped, font changes
+    // too: like a report's heading block, each page sets its own font.
+    document.SetFont("Arial", 24, 1);
+    document.SetY(1 + 2 * page);
+    document.TextOut(1, kPageTexts[page]);
+  }
+  document.EndDoc();
+}
+
+// The pages of a PDF as black-and-white masks (pdftoppm at 72 dots per inch).
+QList<QImage> PageMasks(const QString& pdf, const QString& folder, const QString& prefix) {
+  const QString root = QDir(folder).filePath(prefix);
+  RunTool(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-gray"), pdf, root});
+  QList<QImage> masks;
+  QStringList files = QDir(folder).entryList({prefix + QStringLiteral("-*.pgm")}, QDir::Files, QDir::Name);
+  for (const QString& file : files) {
+    const QImage page(QDir(folder).filePath(file));
+    masks << page.convertToFormat(QImage::Format_Grayscale8);
+  }
+  return masks;
+}
+
+// How unlike two page images are: 1 - (ink in both) / (ink in either); 0 for
+// the same marks, 1 for marks in different places.
+double InkDistance(const QImage& a, const QImage& b) {
+  if (a.size() != b.size()) return 1;
+  qint64 both = 0;
+  qint64 either = 0;
+  for (int y = 0; y < a.height(); ++y) {
+    const uchar* rowA = a.constScanLine(y);
+    const uchar* rowB = b.constScanLine(y);
+    for (int x = 0; x < a.width(); ++x) {
+      const bool inkA = rowA[x] < 128;
+      const bool inkB = rowB[x] < 128;
+      both += inkA && inkB;
+      either += inkA || inkB;
+    }
+  }
+  return either == 0 ? 0 : 1 - double(both) / double(either);
+}
+
+// Which reference page (1-based) each page of `printed` shows; 0 when none
+// is clearly it. `distances` tells how far each was from each.
+QList<int> RecognisePages(const QList<QImage>& printed, const QList<QImage>& reference, QString& distances) {
+  QList<int> pages;
+  for (const QImage& page : printed) {
+    int best = 0;
+    double bestDistance = 1;
+    distances += QStringLiteral("page %1x%2:").arg(page.width()).arg(page.height());
+    for (int i = 0; i < reference.size(); ++i) {
+      const double distance = InkDistance(page, reference[i]);
+      distances += QStringLiteral(" %1").arg(distance, 0, 'f', 3);
+      if (distance < bestDistance) {
+        bestDistance = distance;
+        best = i + 1;
+      }
+    }
+    distances += QLatin1Char(';');
+    pages << (bestDistance < 0.35 ? best : 0);
+  }
+  return pages;
+}
+
+// Answers the next modal dialog once it is up.
+void WhenDialogShows(std::function<void(QWidget&)> answer) {
+  auto* timer = new QTimer;
+  timer->setInterval(20);
+  QObject::connect(timer, &QTimer::timeout, [timer, answer = std::move(answer)] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr) return;
+    timer->stop();
+    timer->deleteLater();
+    answer(*dialog);
+  });
+  timer->start();
+}
+
+// The job's PDF: the queue works in the background, so wait (bounded) for a
+// finished file whose name holds the job title.
+QString WaitForPdf(const QString& folder, const QString& token) {
+  QElapsedTimer clock;
+  clock.start();
+  while (clock.elapsed() < 90000) {
+    const QFileInfoList files = QDir(folder).entryInfoList({QStringLiteral("*%1*.pdf").arg(token)}, QDir::Files);
+    if (!files.isEmpty() && PdfPages(files.first().absoluteFilePath()) > 0) return files.first().absoluteFilePath();
+    QTest::qWait(250);
+  }
+  return {};
+}
+
+}  // namespace
+
+class PrintCupsTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void pagesAndCopiesReachTheCupsPdfQueue() {
+    const QString queue = QueueName();
+    if (QPrinterInfo::printerInfo(queue).isNull()) {
+      QSKIP(qPrintable(QStringLiteral("no CUPS queue named %1: run scripts/start-cups-pdf.sh as root (it needs the "
+                                      "cups and printer-driver-cups-pdf packages)")
+                           .arg(queue)));
+    }
+    const QString token =
+        QStringLiteral("cwprint%1x%2").arg(QCoreApplication::applicationPid()).arg(QDateTime::currentMSecsSinceEpoch());
+
+    QtTextMetrics metrics;
+    OrlPrinterEnvironment environment;
+    environment.metrics = &metrics;
+    OrlPrinter document(std::move(environment));
+    int printerErrors = 0;
+    document.OnPrinterError = [&](bool&) { ++printerErrors; };
+    WriteThreePages(document, token.toStdString());
+    QCOMPARE(document.TotalPages(), std::int16_t{3});
+    document.Options().showPrintDialog = true;
+    document.Options().showProgress = true;
+    document.Options().defaultPrinter = "a printer this machine does not have";
+
+    // What the dialog showed when it came up, checked once it has closed.
+    QString dialogName, shownFrom, shownTo, shownCopies, shownPrinter;
+    WhenDialogShows([&](QWidget& dialog) {
+      dialogName = dialog.objectName();
+      auto* from = dialog.findChild<QLineEdit*>(QStringLiteral("FromPageEdit"));
+      auto* copies = dialog.findChild<QLineEdit*>(QStringLiteral("CopiesEdit"));
+      auto* list = dialog.findChild<QComboBox*>(QStringLiteral("PrinterList"));
+      auto* ok = dialog.findChild<QPushButton*>(QStringLiteral("OKBtn"));
+      if (from == nullptr || copies == nullptr || list == nullptr || ok == nullptr) {
+        dialog.close();
+        return;
+      }
+      shownFrom = from->text();
+      shownTo = dialog.findChild<QLineEdit*>(QStringLiteral("ToPageEdit"))->text();
+      shownCopies = copies->text();
+      shownPrinter = list->currentText();
+      list->setCurrentIndex(list->findText(queue));
+      from->setText(QStringLiteral("2"));
+      copies->setText(QStringLiteral("2"));
+      ok->click();
+    });
+    QCOMPARE(PrintReportOnPrinter(document), PrintOutcome::kPrinted);
+    QCOMPARE(dialogName, QStringLiteral("PrintOptForm"));
+    // Filled from the document: the whole document once; the unknown printer
+    // leaves the list's text empty.
+    QCOMPARE(shownFrom, QStringLiteral("1"));
+    QCOMPARE(shownTo, QStringLiteral("3"));
+    QCOMPARE(shownCopies, QStringLiteral("1"));
+    QCOMPARE(shownPrinter, QString());
+    QCOMPARE(printerErrors, 0);
+    QCOMPARE(document.Options().defaultPrinter, queue.toStdString());
+    QCOMPARE(document.Options().printFromPage, std::int16_t{2});
+    QCOMPARE(document.Options().printToPage, std::int16_t{3});
+    QCOMPARE(document.Options().printCopies, std::int16_t{2});
+
+    const QString pdf = WaitForPdf(CupsPdfFolder(), token);
+    QVERIFY2(!pdf.isEmpty(), qPrintable(QStringLiteral("no PDF of the job in %1").arg(CupsPdfFolder())));
+    QTemporaryDir work;
+    QVERIFY(work.isValid());
+    const QString kept = work.filePath(QStringLiteral("printed.pdf"));
+    QVERIFY(QFile::rename(pdf, kept) || (QFile::copy(pdf, kept) && QFile::remove(pdf)));
+    QCOMPARE(PdfPages(kept), 4);
+
+    // The queue turns the job's fonts into outlines, so its pages are told
+    // apart by where their marks are: each is matched with the document's
+    // pages as this printer lays them out, written straight to a PDF.
+    QPrinter reference(QPrinterInfo::printerInfo(queue), QPrinter::HighResolution);
+    const QPageLayout layout = reference.pageLayout();
+    reference.setOutputFormat(QPrinter::PdfFormat);
+    reference.setOutputFileName(work.filePath(QStringLiteral("reference.pdf")));
+    reference.setPageLayout(layout);
+    ReplayOptions whole;
+    whole.page = PrinterPageDevice::Paper(reference);
+    const QPointF offset = PrinterPageDevice::PhysicalOffsetTwips(reference);
+    whole.offsetXTwips = offset.x();
+    whole.offsetYTwips = offset.y();
+    PrinterPageDevice referenceDevice(reference);
+    ReplaySpool(document.PrintFile(), referenceDevice, whole);
+    referenceDevice.Finish();
+    const QList<QImage> expected = PageMasks(reference.outputFileName(), work.path(), QStringLiteral("reference"));
+    QCOMPARE(expected.size(), 3);
+    QVERIFY(InkDistance(expected[0], expected[1]) > 0.9);
+    QVERIFY(InkDistance(expected[1], expected[2]) > 0.9);
+
+    // Pages 2 and 3, twice, each copy the whole range in turn.
+    QString distances;
+    const QList<int> printedPages =
+        RecognisePages(PageMasks(kept, work.path(), QStringLiteral("printed")), expected, distances);
+    QVERIFY2(printedPages == QList<int>({2, 3, 2, 3}), qPrintable(distances));
+
+    // Cancelling the dialog prints nothing and changes nothing.
+    WhenDialogShows([](QWidget& dialog) { dialog.findChild<QPushButton*>(QStringLiteral("CancelBtn"))->click(); });
+    QCOMPARE(PrintReportOnPrinter(document), PrintOutcome::kCancelled);
+    QCOMPARE(document.Options().printCopies, std::int16_t{2});
+    document.DestroyReport();
+  }
+
+  void aMissingPrinterRaisesOnPrinterError() {
+    QtTextMetrics metrics;
+    OrlPrinterEnvironment environment;
+    environment.metrics = &metrics;
+    OrlPrinter document(std::move(environment));
+    WriteThreePages(document, "gone");
+    document.Options().showPrintDialog = false;
+    document.Options().defaultPrinter = "  Gone_Printer ";
+    QtPrintReportOptions options;
+    options.printers = [] { return PrinterCatalog{{QStringLiteral("Gone_Printer")}, QString()}; };
+
+    // Retry once, then give up: the step is tried twice and the rest dropped.
+    int calls = 0;
+    document.OnPrinterError = [&](bool& retry) { retry = ++calls < 2; };
+    QCOMPARE(PrintReportOnPrinter(document, options), PrintOutcome::kPrinterFailed);
+    QCOMPARE(calls, 2);
+    QVERIFY(document.PrinterFailed());
+    // A failed printer prints nothing more and asks nothing more.
+    QCOMPARE(PrintReportOnPrinter(document, options), PrintOutcome::kNothingToDo);
+    QCOMPARE(calls, 2);
+    document.DestroyReport();
+  }
+
+  void positionsAreMeasuredFromThePaperEdge() {
+    QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    QtTextMetrics metrics;
+    OrlPrinterEnvironment environment;
+    environment.metrics = &metrics;
+    OrlPrinter document(std::move(environment));
+    WriteThreePages(document, "offsets");
+
+    // A printer whose printable area starts half an inch in from the left
+    // and a quarter inch down.
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    const QString pdf = folder.filePath(QStringLiteral("offsets.pdf"));
+    printer.setOutputFileName(pdf);
+    printer.setPageSize(QPageSize(QPageSize::Letter));
+    printer.setPageMargins(QMarginsF(36, 18, 36, 18), QPageLayout::Point);
+    const QPointF offset = PrinterPageDevice::PhysicalOffsetTwips(printer);
+    QCOMPARE(offset, QPointF(720, 360));
+    const PageSetup paper = PrinterPageDevice::Paper(printer);
+    QCOMPARE(paper.widthTwips, 12240.0);
+    QCOMPARE(paper.heightTwips, 15840.0);
+
+    ReplayOptions replay;
+    replay.page = paper;
+    replay.fromPage = 3;
+    replay.toPage = 3;
+    replay.offsetXTwips = offset.x();
+    replay.offsetYTwips = offset.y();
+    PrinterPageDevice device(printer);
+    const ReplayResult result = ReplaySpool(document.PrintFile(), device, replay);
+    QCOMPARE(result.pagesBegun, 1);
+    device.Finish();
+    document.DestroyReport();
+
+    // The word's left edge is one inch (72 points) from the paper's edge, not
+    // from the printable area's.
+    const QString boxes = RunTool(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), pdf, QStringLiteral("-")});
+    const QRegularExpressionMatch word =
+        QRegularExpression(QStringLiteral("xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\"[^>]*>%1<").arg(kPageTexts[2]))
+            .match(boxes);
+    QVERIFY2(word.hasMatch(), qPrintable(boxes));
+    QVERIFY2(std::abs(word.captured(1).toDouble() - 72) < 1.5, qPrintable(word.captured(1)));
+    // The third page's line starts five inches (360 points) down.
+    QVERIFY2(word.captured(2).toDouble() > 359 && word.captured(2).toDouble() < 368, qPrintable(word.captured(2)));
+  }
+};
+
+QTEST_MAIN(PrintCupsTest)
+#include "print_cups_test.moc"
