@@ -11,6 +11,8 @@ packages=(
   fonts-liberation2 fontconfig
   # tests and benchmarks: PDF text read-back, awk comparison, a display for GUI runs
   poppler-utils mawk xvfb xauth
+  # printing tests: a CUPS scheduler with a PDF queue (scripts/start-cups-pdf.sh)
+  cups cups-client printer-driver-cups-pdf
 )
 
 missing=()
