@@ -80,11 +80,8 @@ void ReportForm::Build_CallMatrix(std::string_view date, std::string_view time,
     Matrices& m = matrices_;
     // A call logged without a direction is counted with the kind of the call
     // before it; before the first "In" or "Out" it counts in the totals only.
-    if (direction == "In") {
-      m.lastKind = kInbound;
-    } else if (direction == "Out") {
-      m.lastKind = kOutbound;
-    }
+    const int kind = DirectionKind(direction);
+    m.lastKind = static_cast<std::int16_t>(kind != 0 ? kind : m.lastKind);
     const int weekday = CachedWeekday(m, date);
     // The hour as the "h" format gives it.
     const int hour = HourOfCall(time);

@@ -104,14 +104,8 @@ void ReportForm::Build_LineMatrix(std::int16_t line, std::string_view direction,
   try {
     Matrices& m = matrices_;
     const std::int32_t seconds = SecondsOfCall(duration);
-    std::size_t kind = 0;
-    if (direction == "In") {
-      kind = kInbound;
-    } else if (direction == "Out") {
-      kind = kOutbound;
-    } else {
-      return;
-    }
+    const auto kind = static_cast<std::size_t>(DirectionKind(direction));
+    if (kind == 0) return;
     const int weekday = CachedWeekday(m, date);
     // Lines count from 1; the last week row is the seconds row.
     if (line < 1 || static_cast<std::size_t>(line) >= m.lineTotals.size()) throw RuntimeError(err::kSubscript);

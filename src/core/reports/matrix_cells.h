@@ -55,6 +55,19 @@ constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr int Digit(char c) { return c - '0'; }
 }  // namespace matrix_detail
 
+// Kind of a call by its trimmed direction: 1 for "In", 2 for "Out", 0 for
+// anything else (compared exactly, case included). In and out calls come in
+// no order, so the test is done without a branch on which one it is.
+inline int DirectionKind(std::string_view direction) {
+  if (direction.size() < 2 || direction.size() > 3) return 0;
+  const auto byte = [&](std::size_t k) { return static_cast<std::uint32_t>(static_cast<unsigned char>(direction[k])); };
+  const std::uint32_t third = direction.size() == 3 ? byte(2) : 0u;
+  const std::uint32_t word = byte(0) | byte(1) << 8 | third << 16;
+  constexpr std::uint32_t kIn = 'I' | 'n' << 8;
+  constexpr std::uint32_t kOut = 'O' | 'u' << 8 | static_cast<std::uint32_t>('t') << 16;
+  return static_cast<int>(word == kIn) + 2 * static_cast<int>(word == kOut);
+}
+
 // The hour (0..23) of a call's time, as ParseTimeText and the "h" format give
 // it. The logging program writes "hh:mmAM" or "h:mmPM".
 inline int HourOfCall(std::string_view time) {
@@ -67,9 +80,11 @@ inline int HourOfCall(std::string_view time) {
     if (time[colon] == ':' && IsDigit(time[0]) && (colon == 1 || IsDigit(time[1])) && IsDigit(time[colon + 1]) &&
         IsDigit(time[colon + 2]) && time[colon + 1] <= '5') {
       const int hour = colon == 1 ? Digit(time[0]) : Digit(time[0]) * 10 + Digit(time[1]);
-      if (hour <= 12 && (half == 'A' || half == 'a' || half == 'P' || half == 'p')) {
-        return hour % 12 + (half == 'P' || half == 'p' ? 12 : 0);
-      }
+      // Morning and afternoon calls alternate all day: no branch on which.
+      const char lower = static_cast<char>(half | 0x20);
+      const bool am = lower == 'a';
+      const bool pm = lower == 'p';
+      if (hour <= 12 && (am | pm)) return hour % 12 + 12 * static_cast<int>(pm);
     }
   }
   return ParseTimeText(time) / 3600;

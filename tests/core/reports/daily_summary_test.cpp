@@ -73,6 +73,16 @@ TEST(DailyCallAnalysis, HourOfACallAgreesWithTheTimeConversion) {
   }
 }
 
+TEST(DailyCallAnalysis, DirectionKindIsAnExactComparison) {
+  const char* const directions[] = {"In", "Out", "in", "IN", "OUT", "out", "Ou", "Outt", "I", "", "??",
+                                    "In ", " In", "Ot", "Oux", "InO", "\xC9n"};
+  for (const char* direction : directions) {
+    const std::string_view text = direction;
+    const int expected = text == "In" ? 1 : text == "Out" ? 2 : 0;
+    EXPECT_EQ(DirectionKind(text), expected) << direction;
+  }
+}
+
 // The week of the fixture: 13 calls from Monday 11/02 to Sunday 11/08, with
 // calls before and after the period, a first call without a direction, later
 // ones without a direction, 12 AM / 11 AM / 12 PM / 11 PM and a 24-hour time.
