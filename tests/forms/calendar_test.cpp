@@ -1,0 +1,181 @@
+// fCalendar: the month grid, today's highlight, keys, clicks and PickDate.
+
+#include <QImage>
+#include <QLabel>
+#include <QTimer>
+#include <QtTest>
+
+#include "forms/calendar_form.h"
+
+using namespace cw;
+
+namespace {
+
+CivilDate Date(int month, int day, int year) { return CivilDate::FromYmd(year, month, day); }
+
+QString Title(fCalendar& calendar) { return calendar.findChild<QLabel*>(QStringLiteral("lblTitle"))->text(); }
+
+// Pixels of pure blue in the painted month: today's number, when it is drawn.
+int BluePixels(fCalendar& calendar) {
+  const QImage month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"))->grab().toImage();
+  int count = 0;
+  for (int y = 0; y < month.height(); ++y) {
+    for (int x = 0; x < month.width(); ++x) {
+      const QColor colour = month.pixelColor(x, y);
+      count += colour.blue() > 200 && colour.red() < 60 && colour.green() < 60;
+    }
+  }
+  return count;
+}
+
+}  // namespace
+
+class CalendarTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void monthGridPlacesDaysSundayFirst() {
+    // June 2024 starts on a Saturday: its 30 days need six rows.
+    const std::vector<CalendarCell> june = MonthGrid(Date(6, 15, 2024));
+    QCOMPARE(june.size(), std::size_t{30});
+    QCOMPARE(june.front().column, 6);
+    QCOMPARE(june.front().row, 0);
+    QCOMPARE(june[1].column, 0);  // the 2nd, a Sunday, opens the next row
+    QCOMPARE(june[1].row, 1);
+    QCOMPARE(june.back().column, 0);
+    QCOMPARE(june.back().row, 5);
+    QCOMPARE(MonthGridRows(Date(6, 1, 2024)), 6);
+    // February 2015: 28 days from a Sunday fill exactly four rows.
+    QCOMPARE(MonthGridRows(Date(2, 10, 2015)), 4);
+    QCOMPARE(MonthGrid(Date(2, 1, 2015)).back().column, 6);
+    // Leap years: February 2024 has 29 days.
+    QCOMPARE(MonthGrid(Date(2, 1, 2024)).size(), std::size_t{29});
+    QCOMPARE(MonthGrid(Date(2, 1, 2023)).size(), std::size_t{28});
+    QCOMPARE(MonthGridRows(Date(11, 1, 2026)), 5);
+  }
+
+  void monthsStepToTheSameDayOrTheMonthEnd() {
+    QCOMPARE(AddMonths(Date(1, 31, 2024), 1), Date(2, 29, 2024));
+    QCOMPARE(AddMonths(Date(3, 31, 2023), -1), Date(2, 28, 2023));
+    QCOMPARE(AddMonths(Date(12, 15, 2024), 1), Date(1, 15, 2025));
+    QCOMPARE(AddMonths(Date(1, 15, 2024), -1), Date(12, 15, 2023));
+  }
+
+  void todayIsBlueOnlyInTheCurrentMonthAndYear() {
+    const CivilDate today = Date(11, 22, 2026);
+    QVERIFY(IsTodayCell(Date(11, 3, 2026), 22, today));
+    QVERIFY(!IsTodayCell(Date(11, 3, 2026), 21, today));
+    QVERIFY(!IsTodayCell(Date(12, 3, 2026), 22, today));
+    QVERIFY(!IsTodayCell(Date(11, 3, 2025), 22, today));
+
+    fCalendar calendar(Date(11, 5, 2026), today);
+    calendar.show();
+    QCOMPARE(Title(calendar), QStringLiteral("November 2026"));
+    QVERIFY(BluePixels(calendar) > 5);
+    calendar.SetShownDate(Date(11, 5, 2025));  // same month, another year
+    QCOMPARE(Title(calendar), QStringLiteral("November 2025"));
+    QCOMPARE(BluePixels(calendar), 0);
+    calendar.SetShownDate(Date(10, 22, 2026));  // same day number, another month
+    QCOMPARE(BluePixels(calendar), 0);
+  }
+
+  void keysMoveTheShownDate() {
+    fCalendar calendar(Date(1, 31, 2024), Date(11, 22, 2026));
+    calendar.show();
+    QWidget* month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"));
+    QVERIFY(month != nullptr);
+
+    QTest::keyClick(month, Qt::Key_Right);
+    QCOMPARE(calendar.ShownDate(), Date(2, 1, 2024));
+    QCOMPARE(Title(calendar), QStringLiteral("February 2024"));
+    QTest::keyClick(month, Qt::Key_Left);
+    QCOMPARE(calendar.ShownDate(), Date(1, 31, 2024));
+    QTest::keyClick(month, Qt::Key_Down);
+    QCOMPARE(calendar.ShownDate(), Date(2, 7, 2024));
+    QTest::keyClick(month, Qt::Key_Up);
+    QTest::keyClick(month, Qt::Key_Up);
+    QCOMPARE(calendar.ShownDate(), Date(1, 24, 2024));
+    QTest::keyClick(month, Qt::Key_PageDown);
+    QCOMPARE(calendar.ShownDate(), Date(2, 24, 2024));
+    QTest::keyClick(month, Qt::Key_PageUp);
+    QTest::keyClick(month, Qt::Key_PageUp);
+    QCOMPARE(calendar.ShownDate(), Date(12, 24, 2023));
+    QCOMPARE(Title(calendar), QStringLiteral("December 2023"));
+    QVERIFY(!calendar.Chosen());
+    QVERIFY(calendar.isVisible());
+
+    QTest::keyClick(month, Qt::Key_Return);
+    QVERIFY(!calendar.isVisible());
+    QCOMPARE(calendar.Chosen(), std::optional<CivilDate>(Date(12, 24, 2023)));
+
+    fCalendar closed(Date(5, 5, 2024), Date(11, 22, 2026));
+    closed.show();
+    QTest::keyClick(closed.findChild<QWidget*>(QStringLiteral("picMonth")), Qt::Key_Escape);
+    QVERIFY(!closed.isVisible());
+    QCOMPARE(closed.result(), int(QDialog::Rejected));
+    QVERIFY(!closed.Chosen());
+  }
+
+  void arrowsStepAMonth() {
+    fCalendar calendar(Date(3, 31, 2024), Date(11, 22, 2026));
+    calendar.show();
+    QTest::mouseClick(calendar.findChild<QWidget*>(QStringLiteral("lblPrev")), Qt::LeftButton);
+    QCOMPARE(calendar.ShownDate(), Date(2, 29, 2024));
+    QTest::mouseClick(calendar.findChild<QWidget*>(QStringLiteral("lblNext")), Qt::LeftButton);
+    QTest::mouseClick(calendar.findChild<QWidget*>(QStringLiteral("lblNext")), Qt::LeftButton);
+    QCOMPARE(calendar.ShownDate(), Date(4, 29, 2024));
+    QCOMPARE(Title(calendar), QStringLiteral("April 2024"));
+  }
+
+  void aClickPicksTheDayUnderThePointer() {
+    // June 2024: the 1st is in the last column of the first row, the 18th a
+    // Tuesday in the fourth row.
+    fCalendar calendar(Date(6, 10, 2024), Date(11, 22, 2026));
+    calendar.show();
+    QWidget* month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"));
+    const int w = calendar.CellWidth();
+    const int h = calendar.CellHeight();
+    QVERIFY(w > 0 && h > 0);
+
+    // The empty cells before the 1st pick nothing.
+    QTest::mouseClick(month, Qt::LeftButton, {}, QPoint(w / 2, h / 2));
+    QVERIFY(calendar.isVisible());
+    QVERIFY(!calendar.Chosen());
+
+    QTest::mouseClick(month, Qt::LeftButton, {}, QPoint(2 * w + w / 3, 3 * h + h / 2));
+    QVERIFY(!calendar.isVisible());
+    QCOMPARE(calendar.Chosen(), std::optional<CivilDate>(Date(6, 18, 2024)));
+  }
+
+  void pickDateAnswersInCaptionForm() {
+    const CivilDate today = Date(11, 22, 2026);
+    // Once the calendar is up: one day later, then the key.
+    const auto pressWhenShown = [](Qt::Key key) {
+      auto* timer = new QTimer;
+      timer->setInterval(10);
+      QObject::connect(timer, &QTimer::timeout, [timer, key] {
+        QWidget* calendar = QApplication::activeModalWidget();
+        if (calendar == nullptr) return;
+        timer->stop();
+        timer->deleteLater();
+        QWidget* month = calendar->findChild<QWidget*>(QStringLiteral("picMonth"));
+        QTest::keyClick(month, Qt::Key_Right);
+        QTest::keyClick(month, key);
+      });
+      timer->start();
+    };
+
+    pressWhenShown(Qt::Key_Enter);
+    QCOMPARE(fCalendar::PickDate(nullptr, "02/28/2024", today), std::optional<std::string>("02/29/2024"));
+    // Not a date: the calendar opens on today.
+    pressWhenShown(Qt::Key_Return);
+    QCOMPARE(fCalendar::PickDate(nullptr, "no date", today), std::optional<std::string>("11/23/2026"));
+    pressWhenShown(Qt::Key_Return);
+    QCOMPARE(fCalendar::PickDate(nullptr, "", today), std::optional<std::string>("11/23/2026"));
+    pressWhenShown(Qt::Key_Escape);
+    QCOMPARE(fCalendar::PickDate(nullptr, "02/28/2024", today), std::optional<std::string>());
+  }
+};
+
+QTEST_MAIN(CalendarTest)
+#include "calendar_test.moc"
