@@ -1,0 +1,147 @@
+#include "forms/desktop_report_host.h"
+
+#include <QApplication>
+#include <QDate>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QScreen>
+#include <QTime>
+#include <QUrl>
+
+#include "forms/calendar_form.h"
+#include "forms/preview_form.h"
+#include "platform/bar_chart.h"
+#include "platform/printer_page_device.h"
+#include "printer/orl_printer.h"
+#include "printer/scale_mode.h"
+#include "support/ansi_text.h"
+
+namespace cw {
+
+namespace {
+
+// The boxes' texts break lines with CR LF; Qt breaks them with LF alone.
+QString BoxText(std::string_view text) {
+  QString converted = QString::fromStdString(Win1252ToUtf8(text));
+  converted.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  return converted;
+}
+
+QMessageBox::Icon BoxIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kCritical: return QMessageBox::Critical;
+    case MessageIcon::kQuestion: return QMessageBox::Question;
+    case MessageIcon::kExclamation: return QMessageBox::Warning;
+    case MessageIcon::kInformation: return QMessageBox::Information;
+    case MessageIcon::kNone: break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+}  // namespace
+
+DesktopReportHost::DesktopReportHost(QObject* parent) : QObject(parent) {}
+
+DesktopReportHost::~DesktopReportHost() {
+  if (busy_) QApplication::restoreOverrideCursor();
+}
+
+void DesktopReportHost::SetOwner(QWidget* owner) { owner_ = owner; }
+
+MessageAnswer DesktopReportHost::MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
+                                            MessageButtons buttons) {
+  QMessageBox box(BoxIcon(icon), BoxText(title), BoxText(text), QMessageBox::NoButton, owner_);
+  if (buttons == MessageButtons::kRetryCancel) {
+    box.setStandardButtons(QMessageBox::Retry | QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Retry);
+  } else {
+    box.setStandardButtons(QMessageBox::Ok);
+  }
+  // A box asked for while the hourglass is up still wants the arrow.
+  const bool wasBusy = busy_;
+  if (wasBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const int answer = box.exec();
+  if (wasBusy) QApplication::restoreOverrideCursor();
+  if (answer == QMessageBox::Retry) return MessageAnswer::kRetry;
+  if (answer == QMessageBox::Cancel) return MessageAnswer::kCancel;
+  return MessageAnswer::kOk;
+}
+
+void DesktopReportHost::SetBusy(bool busy) {
+  if (busy == busy_) return;
+  busy_ = busy;
+  if (busy) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+    emit ProgressChanged(-1, 0);
+  }
+}
+
+void DesktopReportHost::DoEvents() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
+
+void DesktopReportHost::Progress(std::int64_t done, std::int64_t total) { emit ProgressChanged(done, total); }
+
+void DesktopReportHost::ShowPreview(OrlPrinter& document) {
+  emit ProgressChanged(-1, 0);
+  // The preview is the user's to work in: no hourglass over it.
+  const bool wasBusy = busy_;
+  if (wasBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  PreviewForm preview(document, *this, paper_, owner_);
+  preview.exec();
+  if (wasBusy) QApplication::restoreOverrideCursor();
+}
+
+void DesktopReportHost::DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) {
+  DrawBarChartBitmap(chart, bitmapFile);
+}
+
+ScreenTwips DesktopReportHost::Screen() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return {};
+  const double twipsPerPixelX = scale::kTwipsPerInch / screen->logicalDotsPerInchX();
+  const double twipsPerPixelY = scale::kTwipsPerInch / screen->logicalDotsPerInchY();
+  const QRect geometry = screen->geometry();
+  return {geometry.width() * twipsPerPixelX, geometry.height() * twipsPerPixelY};
+}
+
+CivilDate DesktopReportHost::Today() {
+  const QDate today = QDate::currentDate();
+  return CivilDate::FromYmd(today.year(), today.month(), today.day());
+}
+
+TimeOfDay DesktopReportHost::Now() { return QTime::currentTime().msecsSinceStartOfDay() / 1000; }
+
+std::string DesktopReportHost::AppTitle() { return appTitle_; }
+
+PageSetup DesktopReportHost::MeasurePrinter() {
+  const QPrinterInfo current = QPrinterInfo::defaultPrinter();
+  if (current.isNull()) {
+    paper_ = PageSetup{};
+  } else {
+    const QPrinter printer(current);
+    paper_ = PrinterPageDevice::Paper(printer);
+  }
+  return paper_;
+}
+
+std::optional<std::string> DesktopReportHost::InputBox(std::string_view prompt, std::string_view title,
+                                                       std::string_view defaultAnswer) {
+  bool accepted = false;
+  const QString answer = QInputDialog::getText(owner_, BoxText(title), BoxText(prompt), QLineEdit::Normal,
+                                               BoxText(defaultAnswer), &accepted);
+  if (!accepted) return std::nullopt;
+  return Utf8ToWin1252(answer.toStdString());
+}
+
+std::optional<std::string> DesktopReportHost::PickDate(std::string_view caption) {
+  return fCalendar::PickDate(owner_, std::string(caption), Today());
+}
+
+bool DesktopReportHost::OpenUrl(const QUrl& url) { return QDesktopServices::openUrl(url); }
+
+}  // namespace cw
