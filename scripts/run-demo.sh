@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # The main job on the bundled demo office: every report of the report form,
 # both all-lines-busy variants, charts where a report has one, written as PDF
-# and text into ./out/ under the project root.
+# and text into ./out/ under the project root. Then, when there is a display
+# to show it on (and this is not a CI run), the desktop program opens on the
+# same office; the script ends when its window is closed.
 #
 # The demo log runs from 08/17/2026 to 11/13/2026; its last day is taken for
 # "today", so the period "all" is the whole log and the output is the same on
@@ -42,3 +44,29 @@ report 7-call-history              --report history
 report 7-call-history-condensed    --report history --chart
 report 8-by-line-number            --report line --lines all
 echo "Written to $out"
+
+# The desktop program keeps its settings in the build folder, so that the
+# form remembers the user's choices from one run to the next. "Path" and
+# "Logs" must be full paths: they are pointed at this checkout's demo office
+# on every run.
+start_desktop() {
+  local desktop=$build/src/app/callwarden-reports
+  local desktop_settings=$build/demo-office-settings.ini
+  if [ ! -x "$desktop" ]; then
+    echo "The desktop program $desktop is not built; skipping it."
+    return
+  fi
+  [ -f "$desktop_settings" ] || cp "$demo/settings.ini" "$desktop_settings"
+  DEMO=$demo awk '/^Path=/ { print "Path=" ENVIRON["DEMO"]; next }
+                  /^Logs=/ { print "Logs=" ENVIRON["DEMO"] "/CallLog.txt"; next }
+                  { print }' "$desktop_settings" >"$desktop_settings.new"
+  mv "$desktop_settings.new" "$desktop_settings"
+  echo "Starting the desktop program on the demo office (close its window to finish)."
+  CW_SETTINGS=$desktop_settings "$desktop"
+}
+
+if [ -z "${CI:-}" ] && { [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; }; then
+  start_desktop
+else
+  echo "No display (or a CI run): the desktop program is not started."
+fi
