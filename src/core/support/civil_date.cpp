@@ -58,8 +58,13 @@ std::int64_t FloorDiv(std::int64_t a, std::int64_t b) {
 CivilDate CivilDate::FromYmd(int year, int month, int day) {
   // Month and day roll over the way DateSerial does: the month first moves
   // the year, then the day counts from the first of that month.
+  // A year of two digits is read as DateSerial reads it: 0-29 are 2000-2029,
+  // 30-99 are 1930-1999.
+  std::int64_t fullYear = year;
+  if (year >= 0 && year <= 29) fullYear += 2000;
+  else if (year >= 30 && year <= 99) fullYear += 1900;
   const std::int64_t monthIndex = static_cast<std::int64_t>(month) - 1;
-  const std::int64_t wholeYear = static_cast<std::int64_t>(year) + FloorDiv(monthIndex, 12);
+  const std::int64_t wholeYear = fullYear + FloorDiv(monthIndex, 12);
   const int normalMonth = static_cast<int>(monthIndex - FloorDiv(monthIndex, 12) * 12) + 1;
   const std::int64_t serial = DaysFromCivil(wholeYear, normalMonth, 1) + kSerialOfEraOrigin +
                               (static_cast<std::int64_t>(day) - 1);

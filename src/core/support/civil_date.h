@@ -16,7 +16,8 @@ class CivilDate {
   // Builds a date from year, month and day the way DateSerial does: a month
   // outside 1..12 or a day outside the month rolls over into the neighbouring
   // months and years (13/01/2024 is 01/01/2025, 02/30/2024 is 03/01/2024).
-  // Error 5 when the result falls outside the years 100 to 9999.
+  // A two-digit year 0-29 is 2000-2029 and 30-99 is 1930-1999. Error 5 when
+  // the result falls outside the years 100 to 9999.
   static CivilDate FromYmd(int year, int month, int day);
 
   constexpr std::int32_t Serial() const { return serial_; }

@@ -87,14 +87,21 @@ TEST(CivilDateTest, WeekdayCountsFromSunday) {
   EXPECT_EQ(CivilDate::FromSerial(-7).Weekday(), 7);
 }
 
+TEST(CivilDateTest, TwoDigitYearsAreReadAsDateSerialReadsThem) {
+  ExpectYmd(CivilDate::FromYmd(24, 1, 5), {2024, 1, 5});
+  ExpectYmd(CivilDate::FromYmd(29, 12, 31), {2029, 12, 31});
+  ExpectYmd(CivilDate::FromYmd(30, 1, 1), {1930, 1, 1});
+  ExpectYmd(CivilDate::FromYmd(99, 12, 31), {1999, 12, 31});
+  ExpectYmd(CivilDate::FromYmd(0, 0, 0), {1999, 11, 30});
+}
+
 TEST(CivilDateTest, YearsOutsideOneHundredToNineThousandNineHundredNinetyNineAreInvalid) {
   ExpectYmd(CivilDate::FromYmd(100, 1, 1), {100, 1, 1});
   ExpectYmd(CivilDate::FromYmd(9999, 12, 31), {9999, 12, 31});
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(99, 12, 31); }), 5);
   EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(100, 1, 0); }), 5);
   EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(9999, 12, 32); }), 5);
   EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(10000, 1, 1); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(0, 0, 0); }), 5);
+  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(-1, 1, 1); }), 5);
   EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(2024, 2147483647, 2147483647); }), 5);
 }
 

@@ -100,7 +100,8 @@ TEST(DateFormatTest, CaptionDatesParseByColumnWithDateSerialRules) {
   EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/xx/2024"); }), 13);
   EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/05/24"); }), 13);
   EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate(""); }), 13);
-  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/05/0099"); }), 5);
+  EXPECT_EQ(ParseCaptionDate("01/05/0099"), CivilDate::FromYmd(1999, 1, 5));
+  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/05/-001"); }), 5);
 }
 
 }  // namespace
