@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QDir>
 #include <QGroupBox>
 #include <QLabel>
@@ -222,6 +223,15 @@ void fReport::Unload() {
 void fReport::closeEvent(QCloseEvent* event) {
   Form_Unload();
   event->accept();
+}
+
+void fReport::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && event->modifiers() == Qt::NoModifier && cmdPrintQuery->isEnabled()) {
+    cmdPrintQuery->click();
+    return;
+  }
+  QWidget::keyPressEvent(event);
 }
 
 // Centred on the whole screen, as the logging program expects to find it.

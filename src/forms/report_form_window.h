@@ -82,6 +82,8 @@ class fReport : public QWidget {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  // Enter anywhere on the form presses the preview button, as in a dialog.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void BuildControls();

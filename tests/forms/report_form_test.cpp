@@ -621,7 +621,8 @@ void ReportFormTest::messagesOfTheRequestGoThroughTheHost() {
   named.host.messages.clear();
   named.Click("oTimePeriod_3");
   named.Get<QLineEdit>("tNameNumber")->setText("  ");
-  named.Preview();
+  // Enter in the name box presses the preview button.
+  QTest::keyClick(named.Get<QLineEdit>("tNameNumber"), Qt::Key_Return);
   QCOMPARE(named.host.messages.size(), std::size_t{1});
   QCOMPARE(named.host.messages[0].title, std::string("Missing Search Criteria"));
   QCOMPARE(named.host.messages[0].text, std::string("Please Enter a Name"));
