@@ -52,7 +52,6 @@ QString LockFileName() {
 int main(int argc, char* argv[]) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("callwarden-reports"));
-  QApplication::setApplicationDisplayName(QStringLiteral("Callwarden Reports"));
   QApplication::setDesktopFileName(QStringLiteral("callwarden-reports"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/callwarden-reports.png")));
 

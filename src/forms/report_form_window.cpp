@@ -166,7 +166,8 @@ void fReport::Form_Load() {
     adjustSize();
     setFixedSize(size());
     Centre();
-    if (startup_.windowHandle) EmbedInto(*startup_.windowHandle);
+    // A window that cannot hold the form leaves it a window of its own.
+    if (startup_.windowHandle) Trap("Form_Load", [&] { EmbedInto(*startup_.windowHandle); });
 
     if (!startup_.historyMode) {
       const std::int16_t lastTab = ClampLastTab(Option(setting::kLastTab.name, setting::kLastTab.defaultValue), kTabCount);
@@ -251,6 +252,8 @@ void fReport::EmbedInto(std::int32_t handle) {
   }
   setAttribute(Qt::WA_NativeWindow);
   winId();
+  // The form keeps its screen-centred place, which inside the logging
+  // program's window counts from that window's corner.
   windowHandle()->setParent(container.get());
   container_ = std::move(container);
 }

@@ -723,6 +723,22 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   failing.Tab(3);
   QCOMPARE(failing.form->ReportKind(), 3);
 
+  // A window handle: the form goes into that window where the desktop can
+  // hold foreign windows, and stays a window of its own with a box where it
+  // cannot; either way it is loaded.
+  Bench embedded("h=1234", kCallwarden);
+  embedded.Set(kCallwarden, "LastTab", "3");
+  embedded.Load();
+  QCOMPARE(embedded.form->Startup().windowHandle, std::optional<std::int32_t>(1234));
+  QVERIFY(!embedded.form->Startup().historyMode);
+  QCOMPARE(embedded.form->ReportKind(), 3);
+  QVERIFY(!embedded.form->Unloaded());
+  if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+    QCOMPARE(embedded.host.messages.size(), std::size_t{1});
+    QVERIFY(embedded.host.LastText().find("inside window 1234") != std::string::npos);
+    QVERIFY(embedded.host.LastText().find("Procedure Name: Form_Load.") != std::string::npos);
+  }
+
   // A handle that is no number ends the start-up with its box.
   Bench garbled("h=12x");
   garbled.Load();
