@@ -1,8 +1,8 @@
 #pragma once
-// What the daily-analysis, line-usage and chart tests share: one report
-// request over a call log in a scratch folder that is also the "Path"
-// folder, the text export compared with an expected file, and the numbers
-// read back out of the exported rows.
+// What the daily-analysis and line-usage tests share: one report request over
+// a call log in a scratch folder that is also the "Path" folder, a host that
+// keeps the drawing commands too, the text export compared with an expected
+// file, and the values read back out of its rows.
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/settings/temp_folder.h"
@@ -19,26 +20,35 @@
 #include "printer/spool_format.h"
 #include "printer/spool_reader.h"
 #include "reports/report_form.h"
+#include "support/runtime_error.h"
 #include "testing/memory_settings_store.h"
 #include "testing/recording_host.h"
 
 namespace cw::testing {
 
 inline std::string ReportFixture(std::string_view name) {
-  const std::string path = std::string(CW_TEST_DATA_DIR) + "/reports/" + std::string(name);
-  std::ifstream in(path, std::ios::binary);
-  EXPECT_TRUE(in.good()) << "missing fixture " << path;
+  std::ifstream in(std::string(CW_TEST_DATA_DIR) + "/reports/" + std::string(name), std::ios::binary);
+  EXPECT_TRUE(in.good()) << "missing fixture " << name;
   return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 // Compares a text export with its expected file; on a difference the actual
 // text is left in the build folder for a look with diff.
 inline void ExpectMatchesFixture(const std::string& actual, std::string_view expectedName) {
-  const std::string expected = ReportFixture(expectedName);
-  if (actual == expected) return;
+  if (actual == ReportFixture(expectedName)) return;
   const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + std::string(expectedName) + ".actual";
   std::ofstream(actualFile, std::ios::binary) << actual;
   ADD_FAILURE() << "text export differs from " << expectedName << "; actual text in " << actualFile;
+}
+
+// What a conversion gives: its value and 0, or -1 and its error number.
+template <typename Call>
+std::pair<int, int> Outcome(Call&& call) {
+  try {
+    return {static_cast<int>(call()), 0};
+  } catch (const RuntimeError& error) {
+    return {-1, error.Number()};
+  }
 }
 
 // A call log of the given lines, each ended by CR LF.
@@ -49,7 +59,8 @@ inline std::string LogOf(const std::vector<std::string>& lines) {
 }
 
 // A recording host that also keeps the drawing commands of every previewed
-// document, to see where a chart went.
+// document, to see where a chart went. With writeCharts off its chart
+// component draws nothing, as one whose bitmap never reaches the disk.
 class SpoolCapturingHost : public RecordingHost {
  public:
   void ShowPreview(OrlPrinter& document) override {
@@ -57,15 +68,10 @@ class SpoolCapturingHost : public RecordingHost {
     for (SpoolCommand command; reader.Next(command);) commands.push_back(command);
     RecordingHost::ShowPreview(document);
   }
-  // With writeCharts off the chart component draws nothing, as one whose
-  // bitmap never reaches the disk.
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override {
-    if (writeCharts) {
-      RecordingHost::DrawBarChart(chart, bitmapFile);
-    } else {
-      charts.push_back(chart);
-      chartFiles.push_back(bitmapFile);
-    }
+    if (writeCharts) return RecordingHost::DrawBarChart(chart, bitmapFile);
+    charts.push_back(chart);
+    chartFiles.push_back(bitmapFile);
   }
 
   std::vector<SpoolCommand> Commands(SpoolKeyword keyword) const {
@@ -93,9 +99,8 @@ struct AnalysisRig {
     environment.pathFolder = folder.Path().string();
     environment.activeLines = activeLines;
     form = std::make_unique<ReportForm>(environment, host, metrics, settings);
-    ReportRequest& request = form->Request();
-    request.kind = reportKind;
-    request.direction = "InOut";
+    form->Request().kind = reportKind;
+    form->Request().direction = "InOut";
   }
 
   RequestOutcome Run(std::string_view from, std::string_view to, bool chart = false) {
@@ -115,37 +120,26 @@ struct AnalysisRig {
   std::string ChartFile() const { return folder.File("Chart.bmp"); }
 };
 
-inline std::vector<std::string> TextLines(const std::string& text) {
+// The words of the first exported row that starts (after blanks) with label,
+// from the label's end on; skip passes over that many matching rows first.
+// Empty when there is none. When a value would run into its label the export
+// moves the row's values to the next line; they are taken from there.
+inline std::vector<std::string> RowAfter(const std::string& text, std::string_view label, int skip = 0) {
+  auto words = [](const std::string& line) {
+    std::vector<std::string> found;
+    std::istringstream in(line);
+    for (std::string word; in >> word;) found.push_back(word);
+    return found;
+  };
   std::vector<std::string> lines;
   std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-  }
-  return lines;
-}
-
-inline std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> words;
-  std::istringstream in(line);
-  for (std::string word; in >> word;) words.push_back(word);
-  return words;
-}
-
-// The words of the first exported row whose text starts (after blanks) with
-// label, from the label's end on; skip passes over that many matching rows
-// first. Empty when there is none. When a value would run into its label the
-// export moves the row's values to the next line; they are taken from there.
-inline std::vector<std::string> RowAfter(const std::string& text, std::string_view label, int skip = 0) {
-  const std::vector<std::string> lines = TextLines(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
   for (std::size_t k = 0; k < lines.size(); ++k) {
-    const std::string& line = lines[k];
-    const std::size_t start = line.find_first_not_of(' ');
-    if (start == std::string::npos || line.compare(start, label.size(), label) != 0) continue;
-    if (skip-- > 0) continue;
-    std::vector<std::string> words = Words(line.substr(start + label.size()));
-    if (words.empty() && k + 1 < lines.size()) words = Words(lines[k + 1]);
-    return words;
+    const std::size_t start = lines[k].find_first_not_of(' ');
+    if (start == std::string::npos || lines[k].compare(start, label.size(), label) != 0 || skip-- > 0) continue;
+    std::vector<std::string> row = words(lines[k].substr(start + label.size()));
+    if (row.empty() && k + 1 < lines.size()) row = words(lines[k + 1]);
+    return row;
   }
   return {};
 }
