@@ -21,6 +21,9 @@
 #include <QtTest>
 #include <functional>
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include "forms/print_opt_form.h"
 #include "forms/qt_print_report.h"
 #include "platform/printer_page_device.h"
@@ -54,8 +57,11 @@ QString CupsPdfFolder() {
       if (match.hasMatch()) out = match.captured(1);
     }
   }
-  out.replace(QStringLiteral("${HOME}"), QDir::homePath());
-  out.replace(QStringLiteral("${USER}"), qEnvironmentVariable("USER", QStringLiteral("root")));
+  // cups-pdf takes the home folder and name of the job's user from the
+  // password database, not from the environment.
+  const passwd* user = getpwuid(getuid());
+  out.replace(QStringLiteral("${HOME}"), user != nullptr ? QFile::decodeName(user->pw_dir) : QDir::homePath());
+  out.replace(QStringLiteral("${USER}"), user != nullptr ? QFile::decodeName(user->pw_name) : QString());
   return out;
 }
 
