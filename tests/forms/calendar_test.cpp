@@ -50,15 +50,6 @@ class CalendarTest : public QObject {
     QCOMPARE(MonthGrid(Date(2, 1, 2015)).back().column, 6);
     // Leap years: February 2024 has 29 days.
     QCOMPARE(MonthGrid(Date(2, 1, 2024)).size(), std::size_t{29});
-    QCOMPARE(MonthGrid(Date(2, 1, 2023)).size(), std::size_t{28});
-    QCOMPARE(MonthGridRows(Date(11, 1, 2026)), 5);
-  }
-
-  void monthsStepToTheSameDayOrTheMonthEnd() {
-    QCOMPARE(AddMonths(Date(1, 31, 2024), 1), Date(2, 29, 2024));
-    QCOMPARE(AddMonths(Date(3, 31, 2023), -1), Date(2, 28, 2023));
-    QCOMPARE(AddMonths(Date(12, 15, 2024), 1), Date(1, 15, 2025));
-    QCOMPARE(AddMonths(Date(1, 15, 2024), -1), Date(12, 15, 2023));
   }
 
   void todayIsBlueOnlyInTheCurrentMonthAndYear() {
