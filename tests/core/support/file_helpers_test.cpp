@@ -79,7 +79,9 @@ TEST_F(FileHelpersTest, TempFilesAreNewEmptyPrivateAndUnique) {
     EXPECT_EQ(fs::path(path).parent_path(), folder_);
     const std::string name = fs::path(path).filename().string();
     EXPECT_EQ(name.substr(0, 3), "VPR");
-    EXPECT_NE(name.substr(0, 4), "VPRI");  // only three characters of the prefix
+    // Only three characters of the prefix, then six unique characters.
+    EXPECT_EQ(name.size(), 3u + 6u + 4u) << name;
+    EXPECT_EQ(name.substr(name.size() - 4), ".tmp");
     struct stat info;
     ASSERT_EQ(::stat(path.c_str(), &info), 0);
     EXPECT_TRUE(S_ISREG(info.st_mode));
