@@ -11,6 +11,13 @@
 
 namespace cw {
 
+// A large log is mapped read-only rather than copied; the rest live in an
+// array of their own.
+struct LogBytesRelease {
+  std::size_t mappedSize = 0;
+  void operator()(char* bytes) const;
+};
+
 class LogBuffer {
  public:
   LogBuffer() = default;  // an empty log
@@ -28,7 +35,7 @@ class LogBuffer {
   std::size_t Size() const { return size_; }
 
  private:
-  std::unique_ptr<char[]> data_;
+  std::unique_ptr<char, LogBytesRelease> data_;
   std::size_t size_ = 0;
 };
 

@@ -24,6 +24,17 @@ TEST(LogBuffer, HoldsTheWholeFileByteForByte) {
   ScratchFile empty("");
   EXPECT_EQ(LogBuffer::Load(empty.Path()).Size(), 0u);
   EXPECT_EQ(LogBuffer().Text(), "");
+
+  // A log of several megabytes is mapped rather than copied; it must read the
+  // same, up to its last byte, and stay valid after the buffer is moved.
+  std::string large;
+  for (int i = 0; large.size() < (std::size_t{5} << 20); ++i) large += "line " + std::to_string(i) + "\r\n";
+  large += "tail";
+  ScratchFile largeFile(large);
+  LogBuffer loaded = LogBuffer::Load(largeFile.Path());
+  const LogBuffer moved = std::move(loaded);
+  EXPECT_EQ(moved.Size(), large.size());
+  EXPECT_TRUE(moved.Text() == large);
 }
 
 TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {
