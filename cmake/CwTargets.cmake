@@ -7,6 +7,11 @@ function(cw_warnings target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(${target} PRIVATE -Wno-restrict)
   endif()
+  # With the sanitizers' instrumentation g++ reports uninitialised reads inside
+  # the standard library (std::regex, std::function) that are not there.
+  if(CW_SANITIZE)
+    target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+  endif()
 endfunction()
 
 # cw_core_module(NAME DEPENDS ...): one folder of src/core as a static library
