@@ -235,7 +235,7 @@ int main(int argc, char** argv) {
     std::printf("request: %s to %s, direction In, exact numbers \"%s\"\n",
                 cw::FormatDate(from, "mm/dd/yyyy").c_str(), cw::FormatDate(to, "mm/dd/yyyy").c_str(),
                 numbers.c_str());
-    std::printf("load: %.2f s (%.0f MB/s, one read into one buffer)\n\n", loadSeconds,
+    std::printf("load: %.2f s (%.0f MB/s, LogBuffer::Load, a read-only mapping for a large log)\n\n", loadSeconds,
                 static_cast<double>(buffer.size()) / 1e6 / loadSeconds);
 
     auto wanted = [&options](char pass) { return options.passes.find(pass) != std::string::npos; };
