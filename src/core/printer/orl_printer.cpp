@@ -8,6 +8,7 @@
 #include "printer/memo_wrap.h"
 #include "printer/scale_mode.h"
 #include "printer/spool_format.h"
+#include "printer/spool_replay.h"
 #include "printer/spool_writer.h"
 #include "printer/text_export.h"
 #include "support/date_format.h"
@@ -154,7 +155,7 @@ void OrlPrinter::BeginDoc() {
   s.y = 0;
   s.spacing = spool::kDefaultSpacing;
   s.page = 1;
-  for (;;) {
+  for (int repeats = 0;; ++repeats) {
     try {
       const PageSetup page = s.env.measurePrinter ? s.env.measurePrinter() : PageSetup{};
       s.surfaceWidth = page.widthTwips;
@@ -163,6 +164,10 @@ void OrlPrinter::BeginDoc() {
       break;
     } catch (const RuntimeError&) {
       if (!RaisePrinterError()) break;
+      if (repeats == kPrinterStepRepeats) {
+        s.printerFailed = true;
+        break;
+      }
     }
   }
 }

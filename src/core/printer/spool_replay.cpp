@@ -140,13 +140,13 @@ class PrinterReplay {
   // A device step; a printer error asks the host whether to repeat it.
   template <class Action>
   bool Step(Action action) {
-    while (!result_.printerFailed) {
+    for (int repeats = 0; !result_.printerFailed; ++repeats) {
       try {
         action();
         return true;
       } catch (const RuntimeError&) {
         if (!options_.onPrinterError) throw;
-        if (!options_.onPrinterError()) result_.printerFailed = true;
+        if (!options_.onPrinterError() || repeats == kPrinterStepRepeats) result_.printerFailed = true;
       }
     }
     return false;

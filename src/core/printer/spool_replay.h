@@ -19,6 +19,12 @@
 
 namespace cw {
 
+// How often one failed printer step is repeated when the error handler asks
+// for it. The report form's handler asks every time, so a printer that stays
+// away would otherwise keep the user answering boxes for ever; after these
+// repeats the printer counts as failed and the rest of the job is dropped.
+inline constexpr int kPrinterStepRepeats = 3;
+
 struct ReplayOptions {
   // The paper; its sides are swapped to match the header's orientation.
   PageSetup page;

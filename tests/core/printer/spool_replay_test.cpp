@@ -192,8 +192,19 @@ TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
   EXPECT_TRUE(failed.printerFailed);
   EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage"}));
 
+  // A printer that stays away is asked about a bounded number of times even
+  // when the host always answers retry, then the job is dropped.
+  device.calls.clear();
+  device.beforeCall = [&](const std::string& call) {
+    if (call == "Text 1440,1440 p2") throw RuntimeError(482, "Printer error");
+  };
+  retries = 0;
+  retry.onPrinterError = [&] { ++retries; return true; };
+  ReplayResult gone = ReplaySpool(spool, device, retry);
+  EXPECT_TRUE(gone.printerFailed);
+  EXPECT_EQ(retries, kPrinterStepRepeats + 1);
+
   // Without a host to ask, the error goes to the caller.
-  failures = 0;
   retry.onPrinterError = nullptr;
   EXPECT_THROW(ReplaySpool(spool, device, retry), RuntimeError);
 }
