@@ -41,7 +41,7 @@ const std::string_view kReportHelp =
     "  --not-lasting SECONDS abandoned calls: shorter than SECONDS\n"
     "  --rings N             abandoned calls: that rang at most N times (In only)\n"
     "  --unanswered          abandoned calls: unanswered ones only (In only)\n"
-    "  --lines SPEC          report 8: the lines to list, e.g. 2 or 1,3-5, or all\n"
+    "  --lines LIST          report 8: the lines to list, e.g. 2 or 1,3-5, or all\n"
     "  --dtmf                show the touch-tone digits (also when the setting \"DTMF\" is on)\n"
     "  --history NUMBER      the in-and-out history of one number over the whole log, as\n"
     "                        the logging program asks for it (takes no other request option)\n"
@@ -81,14 +81,14 @@ std::int16_t PositiveInt16(std::string_view name, const std::string& text) {
   return static_cast<std::int16_t>(value);
 }
 
-LineChoice ParseLines(const std::string& spec) {
-  if (LowerAscii(Trim(spec)) == "all") return LineChoice{true, {}};
+LineChoice ParseLines(const std::string& list) {
+  if (LowerAscii(Trim(list)) == "all") return LineChoice{true, {}};
   const auto bad = [&](std::string why) {
-    return UsageError{"--lines needs line numbers such as 2, 1,3-5 or all, not \"" + spec + "\"" + why};
+    return UsageError{"--lines needs line numbers such as 2, 1,3-5 or all, not \"" + list + "\"" + why};
   };
   std::string expanded;
   try {
-    expanded = ExpandLineFilter(spec);
+    expanded = ExpandLineFilter(list);
   } catch (const RuntimeError& error) {
     throw bad(" (" + error.Description() + ")");
   }

@@ -143,20 +143,20 @@ QImage BarChart::DrawChart() const {
   return image;
 }
 
-void DrawBarChartBitmap(const BarChartSpec& spec, const std::string& bitmapFile) {
+void DrawBarChartBitmap(const BarChartSpec& wanted, const std::string& bitmapFile) {
   BarChart chart;
-  chart.Picture = QSize(static_cast<int>(std::lround(spec.widthTwips / 1440.0 * kChartBitmapDotsPerInch)),
-                        static_cast<int>(std::lround(spec.heightTwips / 1440.0 * kChartBitmapDotsPerInch)));
+  chart.Picture = QSize(static_cast<int>(std::lround(wanted.widthTwips / 1440.0 * kChartBitmapDotsPerInch)),
+                        static_cast<int>(std::lround(wanted.heightTwips / 1440.0 * kChartBitmapDotsPerInch)));
   chart.PictureDotsPerInch = kChartBitmapDotsPerInch;
-  chart.FontName = spec.fontName;
-  chart.FontSize = spec.fontSize;
-  chart.BackgroundColor = spec.backgroundColor;
-  chart.MaxY = spec.maxY;
-  chart.Ticks = spec.ticks;
-  chart.Margin = spec.margin;
-  chart.xTitle = spec.xTitle;
-  chart.ColLabels = spec.colLabels;
-  chart.Lines.Add(spec.values, spec.seriesWidth, spec.seriesColor, spec.seriesStyle, "");
+  chart.FontName = wanted.fontName;
+  chart.FontSize = wanted.fontSize;
+  chart.BackgroundColor = wanted.backgroundColor;
+  chart.MaxY = wanted.maxY;
+  chart.Ticks = wanted.ticks;
+  chart.Margin = wanted.margin;
+  chart.xTitle = wanted.xTitle;
+  chart.ColLabels = wanted.colLabels;
+  chart.Lines.Add(wanted.values, wanted.seriesWidth, wanted.seriesColor, wanted.seriesStyle, "");
   const QImage image = chart.DrawChart();
 
   QByteArray bytes;

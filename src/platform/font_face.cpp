@@ -29,14 +29,14 @@ void ReadVerticalMetrics(FontFace& face) {
   face.descent = face.raw.descent();
 }
 
-std::unique_ptr<FontFace> LoadFace(const FontSpec& spec) {
-  QFont qfont = MakeLayoutFont(spec);
+std::unique_ptr<FontFace> LoadFace(const FontSpec& font) {
+  QFont qfont = MakeLayoutFont(font);
   qfont.setPixelSize(2048);
   auto face = std::make_unique<FontFace>();
   face->raw = QRawFont::fromFont(qfont);
   if (!face->raw.isValid() || face->raw.unitsPerEm() <= 0) {
     throw RuntimeError(err::kFileNotFound,
-                       "No installed font can draw \"" + spec.name + "\" (looked for \"" +
+                       "No installed font can draw \"" + font.name + "\" (looked for \"" +
                            qfont.family().toStdString() + "\"; install fonts-liberation2)");
   }
   face->unitsPerEm = face->raw.unitsPerEm();

@@ -17,7 +17,7 @@ namespace cw {
 // else the Liberation font of the same kind (mono, serif, else sans).
 QString ResolveFontFamily(std::string_view name);
 
-// A QFont of that family with the spec's bold, italic and underline, set up
+// A QFont of that family with the requested bold, italic and underline, set up
 // for exact layout: no hinting, no kerning, no glyphs borrowed from other fonts.
 // Its size is left to the caller.
 QFont MakeLayoutFont(const FontSpec& font);
