@@ -8,28 +8,12 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include "run_cwreport.h"
 
 namespace {
 
-struct ProgramRun {
-  int status = -1;
-  std::string out;
-};
-
-ProgramRun RunCwreport(const std::string& arguments) {
-  // The program named by CWREPORT, or else the one of this build.
-  const char* fromEnvironment = std::getenv("CWREPORT");
-  const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
-  const std::string command = "'" + program + "' " + arguments + " 2>&1";
-  ProgramRun run;
-  std::FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
-  char chunk[4096];
-  for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) run.out.append(chunk, n);
-  const int status = ::pclose(pipe);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return run;
-}
+using cw::testing::ProgramRun;
+using cw::testing::RunCwreport;
 
 class LogSummary : public ::testing::Test {
  protected:

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/data/log_lines.h"
+#include "run_cwreport.h"
 
 namespace cw {
 namespace {
@@ -20,11 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::Call;
 
-struct ProgramRun {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
+using cw::testing::ProgramRun;
 
 std::string ReadFile(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -63,21 +60,9 @@ class ReportCommand : public ::testing::Test {
                     Quote(log_) + " " + arguments);
   }
 
+  // Runs cwreport with the arguments (already quoted for the shell).
   ProgramRun Cwreport(const std::string& arguments) {
-    const char* fromEnvironment = std::getenv("CWREPORT");
-    const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
-    const fs::path errFile = folder_ / "stderr.txt";
-    const std::string command = Quote(program) + " " + arguments + " 2>" + Quote(errFile.string());
-    ProgramRun run;
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
-    char chunk[4096];
-    for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) run.out.append(chunk, n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.err = ReadFile(errFile);
-    fs::remove(errFile);
-    return run;
+    return cw::testing::RunCwreport(arguments, folder_ / "stderr.txt");
   }
 
   fs::path folder_;

@@ -15,17 +15,14 @@
 
 #include "printer/spool_format.h"
 #include "printer/spool_writer.h"
+#include "run_cwreport.h"
 
 namespace cw {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct ProgramRun {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
+using cw::testing::ProgramRun;
 
 std::string ReadFile(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -43,20 +40,7 @@ class SpoolCommands : public ::testing::Test {
 
   // Runs cwreport with the arguments (already quoted for the shell).
   ProgramRun Cwreport(const std::string& arguments) {
-    const char* fromEnvironment = std::getenv("CWREPORT");
-    const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
-    const fs::path errFile = folder_ / "stderr.txt";
-    const std::string command = "'" + program + "' " + arguments + " 2>'" + errFile.string() + "'";
-    ProgramRun run;
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
-    char chunk[4096];
-    for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) run.out.append(chunk, n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.err = ReadFile(errFile);
-    fs::remove(errFile);
-    return run;
+    return cw::testing::RunCwreport(arguments, folder_ / "stderr.txt");
   }
 
   std::string Path(const std::string& name) const { return (folder_ / name).string(); }
