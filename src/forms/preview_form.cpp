@@ -390,9 +390,15 @@ void PreviewForm::PageScroll_Change(int value) {
 
 void PreviewForm::PageScroll_Scroll(int value) { UpdatePageLabel(value); }
 
-void PreviewForm::HScroll_Change(int value) { PageImg->move(-value, PageImg->y()); }
+void PreviewForm::HScroll_Change(int value) {
+  PageImg->move(-value, PageImg->y());
+  FocusPage();
+}
 
-void PreviewForm::VScroll_Change(int value) { PageImg->move(PageImg->x(), -value); }
+void PreviewForm::VScroll_Change(int value) {
+  PageImg->move(PageImg->x(), -value);
+  FocusPage();
+}
 
 void PreviewForm::UpdatePageLabel(int page) {
   PageLabel->setText(QStringLiteral("Page %1 of %2").arg(page).arg(pageCount_));

@@ -6,6 +6,8 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFileDialog>
+#include <QTimer>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
@@ -21,6 +23,7 @@
 #include "core/printer/engine_test_rig.h"
 #include "core/printer/spool_test_files.h"
 #include "forms/preview_page_image.h"
+#include "forms/save_report_dialog.h"
 #include "forms/preview_zoom.h"
 #include "printer/orl_printer.h"
 #include "testing/recording_host.h"
@@ -471,6 +474,31 @@ class PreviewFormTest : public QObject {
     QVERIFY(host_.messages[0].text.find("procedure SaveBtn_Click.") != std::string::npos);
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
+  }
+
+  void saveReportDialog() {
+    const QString folder = folder_.path();
+    QString title;
+    QStringList filters;
+    QString suffix;
+    QTimer::singleShot(0, [&] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      QVERIFY(dialog != nullptr);
+      title = dialog->windowTitle();
+      filters = dialog->nameFilters();
+      suffix = dialog->defaultSuffix();
+      dialog->setDirectory(folder);
+      dialog->selectFile("March calls");
+      QMetaObject::invokeMethod(dialog, "accept");
+    });
+    const std::string chosen = AskSaveReportFileName(nullptr);
+    QCOMPARE(title, QString("Save Report"));
+    QCOMPARE(filters, QStringList({"Text Files (*.txt)", "All Files (*.*)"}));
+    QCOMPARE(suffix, QString("txt"));
+    QCOMPARE(QString::fromStdString(chosen), folder + "/March calls.txt");
+
+    QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
+    QCOMPARE(AskSaveReportFileName(nullptr), std::string());
   }
 
   void findInReport() {
