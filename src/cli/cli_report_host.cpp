@@ -8,13 +8,14 @@
 #include <system_error>
 
 #include "cli/stream_output_file.h"
+#include "cli/system_printer.h"
+#include "cli/whole_document_replay.h"
 #include "platform/bar_chart.h"
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
 #include "printer/orl_printer.h"
 #include "printer/output_file.h"
 #include "printer/spool_reader.h"
-#include "printer/spool_replay.h"
 #include "printer/text_export.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
@@ -25,22 +26,6 @@ namespace {
 
 constexpr int kDefaultDpi = 150;
 constexpr std::size_t kCopyBlock = 1 << 20;
-
-// A document that drew nothing is still one page, as a printed report of no
-// rows is.
-template <class Device>
-SpoolProblems ReplayDocument(const std::string& spool, Device& device, const PageSetup& paper) {
-  ReplayOptions options;
-  options.page = paper;
-  ReplayResult result = ReplaySpool(spool, device, options);
-  if (!device.Completed()) {
-    device.BeginDocument(OrientedPage(paper, SpoolReader(spool).Header().orientation));
-    device.BeginPage();
-    device.EndPage();
-    device.EndDocument();
-  }
-  return std::move(result.problems);
-}
 
 }  // namespace
 
@@ -105,6 +90,39 @@ void CliReportHost::ShowPreview(OrlPrinter& document) {
   if (outputs_.text) WriteText(spool, *outputs_.text == "-" ? "-" : OutputName(*outputs_.text, false));
   if (outputs_.pdf) WritePdf(spool, OutputName(*outputs_.pdf, false), document.Title());
   if (outputs_.png) WritePng(spool, OutputName(*outputs_.png, true));
+  // Last: a job that has gone to the printer cannot be called back when a
+  // file above fails.
+  if (outputs_.print && !printerFailed_) Print(document);
+}
+
+void CliReportHost::Print(OrlPrinter& document) {
+  PrintJob job;
+  job.printer = outputs_.printer;
+  job.copies = outputs_.copies;
+  job.fromPage = outputs_.fromPage;
+  job.toPage = outputs_.toPage;
+  job.progress = [this](std::int64_t done, std::int64_t total) { progress_.Update(done, total); };
+  job.reportProblems = [this, &document](const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t start = 0; start < text.size();) {
+      const std::size_t end = text.find("\r\n", start);
+      lines.push_back(text.substr(start, end - start));
+      start = end == std::string::npos ? text.size() : end + 2;
+    }
+    ReportProblems(document.PrintFile(), lines);
+  };
+  const PrintOutcome outcome = PrintOnSystemPrinter(document, job);
+  progress_.Clear();
+  if (outcome == PrintOutcome::kPrinterFailed || outcome == PrintOutcome::kNothingToDo) {
+    printerFailed_ = true;
+    err_ << "cwreport: the report was not printed: the printer \"" << outputs_.printer << "\" failed\n" << std::flush;
+    return;
+  }
+  const std::int16_t pages = document.TotalPages();
+  if (outputs_.fromPage && *outputs_.fromPage > pages) {
+    err_ << "cwreport: nothing was printed: the document has " << pages << (pages == 1 ? " page" : " pages")
+         << ", --from-page is " << *outputs_.fromPage << '\n' << std::flush;
+  }
 }
 
 void CliReportHost::KeepSpool(const std::string& spool, const std::string& target) {
@@ -138,7 +156,7 @@ void CliReportHost::WriteText(const std::string& spool, const std::string& targe
 
 void CliReportHost::WritePdf(const std::string& spool, const std::string& target, const std::string& title) {
   PdfPageDevice device(target, Win1252ToUtf8(title));
-  const SpoolProblems problems = ReplayDocument(spool, device, paper_);
+  const SpoolProblems problems = ReplayWholeDocument(spool, device, paper_);
   written_.push_back(target);
   ReportProblems(spool, problems.Lines());
 }
@@ -147,7 +165,7 @@ void CliReportHost::WritePng(const std::string& spool, const std::string& folder
   std::error_code error;
   const bool existed = std::filesystem::exists(folder, error);
   PngPageDevice device(folder, outputs_.dpi.value_or(kDefaultDpi));
-  const SpoolProblems problems = ReplayDocument(spool, device, paper_);
+  const SpoolProblems problems = ReplayWholeDocument(spool, device, paper_);
   for (int page = 1; page <= device.PagesWritten(); ++page) {
     written_.push_back((std::filesystem::path(folder) / PngPageDevice::PageFileName(page)).string());
   }

@@ -1,7 +1,7 @@
 #pragma once
 // The ReportHost of cwreport: message boxes become lines on standard error,
 // the preview becomes the requested outputs (text, PDF, page images, the kept
-// spool), charts are drawn by the platform's bar chart, and long work shows a
+// spool, the printer), charts are drawn by the platform's bar chart, and long work shows a
 // progress bar when standard error is a terminal.
 
 #include <iosfwd>
@@ -17,6 +17,8 @@ namespace cw::cli {
 class CliReportHost final : public ReportHost {
  public:
   // out receives "--text -"; err the messages. progressBar: err is a terminal.
+  // paper: the page the report is laid out on. With --print, outputs.printer
+  // is a name ChoosePrinter gave.
   CliReportHost(ReportOutputs outputs, PageSetup paper, CivilDate today, std::ostream& out, std::ostream& err,
                 bool progressBar);
 
@@ -27,8 +29,10 @@ class CliReportHost final : public ReportHost {
   void SetBusy(bool busy) override;
   void DoEvents() override;
   void Progress(std::int64_t done, std::int64_t total) override;
-  // Writes every requested output of the finished document. Throws
-  // RuntimeError when one cannot be written (the report's error box).
+  // Writes every requested output of the finished document, and prints it
+  // last. Throws RuntimeError when a file cannot be written (the report's
+  // error box); a printer that fails is told on err and kept in
+  // PrinterFailed().
   void ShowPreview(OrlPrinter& document) override;
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override;
   // No screen: the preview's size is of no use here.
@@ -43,6 +47,8 @@ class CliReportHost final : public ReportHost {
   // error leaves none behind.
   void DiscardOutputs();
   void ClearProgress() { progress_.Clear(); }
+  // --print met a printer that failed: the request has not done its work.
+  bool PrinterFailed() const { return printerFailed_; }
 
  private:
   std::string OutputName(const std::string& name, bool folder) const;
@@ -50,6 +56,7 @@ class CliReportHost final : public ReportHost {
   void WriteText(const std::string& spool, const std::string& target);
   void WritePdf(const std::string& spool, const std::string& target, const std::string& title);
   void WritePng(const std::string& spool, const std::string& folder);
+  void Print(OrlPrinter& document);
   void ReportProblems(const std::string& spool, const std::vector<std::string>& lines);
 
   ReportOutputs outputs_;
@@ -59,6 +66,7 @@ class CliReportHost final : public ReportHost {
   std::ostream& err_;
   TerminalProgress progress_;
   int documents_ = 0;
+  bool printerFailed_ = false;
   std::vector<std::string> written_;
 };
 

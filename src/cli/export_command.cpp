@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "cli/export_command.h"
+#include "cli/stream_output_file.h"
+#include "cli/whole_document_replay.h"
 #include "platform/headless_application.h"
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
-#include "printer/output_file.h"
 #include "printer/spool_reader.h"
-#include "printer/spool_replay.h"
 #include "printer/text_export.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
@@ -126,23 +126,6 @@ ExportRequest ParseExport(const std::vector<std::string>& arguments) {
   return request;
 }
 
-// The text export on standard output.
-class StreamOutputFile final : public OutputFile {
- public:
-  explicit StreamOutputFile(std::ostream& out) : out_(out) {}
-  void Write(std::string_view bytes) override {
-    if (!out_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()))) Fail();
-  }
-  void Commit() override {
-    if (!out_.flush()) Fail();
-  }
-
- private:
-  [[noreturn]] static void Fail() { throw RuntimeError(err::kPathFileAccess, "Cannot write to standard output"); }
-
-  std::ostream& out_;
-};
-
 // Problem lines of every output, each once: the outputs read the same spool.
 class ProblemList {
  public:
@@ -157,22 +140,6 @@ class ProblemList {
   std::set<std::string> seen_;
   std::vector<std::string> lines_;
 };
-
-// A document that drew nothing is still one page, as a printed report of no
-// rows is.
-template <class Device>
-void Replay(const ExportRequest& request, const SpoolHeader& header, Device& device, ProblemList& problems) {
-  ReplayOptions options;
-  options.page = request.paper;
-  const ReplayResult result = ReplaySpool(request.spool, device, options);
-  if (!device.Completed()) {
-    device.BeginDocument(OrientedPage(request.paper, header.orientation));
-    device.BeginPage();
-    device.EndPage();
-    device.EndDocument();
-  }
-  problems.Add(result.problems);
-}
 
 int Export(const ExportRequest& request, std::ostream& out, std::ostream& err) {
   ProblemList problems;
@@ -195,11 +162,11 @@ int Export(const ExportRequest& request, std::ostream& out, std::ostream& err) {
     const auto application = MakeHeadlessApplication();
     if (request.pdf) {
       PdfPageDevice device(*request.pdf, Win1252ToUtf8(header.title));
-      Replay(request, header, device, problems);
+      problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
     }
     if (request.png) {
       PngPageDevice device(*request.png, request.dpi.value_or(kDefaultDpi));
-      Replay(request, header, device, problems);
+      problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
     }
   }
   for (const std::string& line : problems.Lines()) err << request.spool << ": " << line << "\n";

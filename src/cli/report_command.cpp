@@ -2,16 +2,17 @@
 
 #include <unistd.h>
 
-#include <QApplication>
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "cli/cli_report_host.h"
 #include "cli/report_options.h"
+#include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
 #include "platform/headless_application.h"
 #include "platform/qt_text_metrics.h"
@@ -43,28 +44,6 @@ bool MayDrawChart(const ReportOptions& options) {
   if (!options.chart || !options.kind) return false;
   return *options.kind == kind::kDailyCallStatistics || *options.kind == kind::kLineUsageStatistics ||
          *options.kind == kind::kAllLinesBusy;
-}
-
-QtMessageHandler qtDefaultHandler = nullptr;
-
-// A headless run has no session: Qt's note that the runtime folder is not
-// set would read as a message of the report. Everything else passes.
-void QuietMessages(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-  if (type == QtWarningMsg && message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) return;
-  if (qtDefaultHandler != nullptr) qtDefaultHandler(type, context, message);
-}
-
-std::unique_ptr<QGuiApplication> MakeApplication(bool widgets) {
-  if (!widgets) return MakeHeadlessApplication();
-  if (QCoreApplication::instance() != nullptr) return nullptr;
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  qtDefaultHandler = qInstallMessageHandler(QuietMessages);
-  // Qt keeps references to the argument count and vector for the life of
-  // the application.
-  static int argc = 1;
-  static char name[] = "cwreport";
-  static char* argv[] = {name, nullptr};
-  return std::make_unique<QApplication>(argc, argv);
 }
 
 std::string TemporaryFolder() {
@@ -133,10 +112,21 @@ int ExitStatus(RequestOutcome outcome) {
 int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   const CivilDate today = options.today.value_or(TodayFromClock());
   // Destroyed last: the metrics and page devices below use it.
-  const auto application = MakeApplication(MayDrawChart(options));
+  const auto application =
+      MakeHeadlessApplication(MayDrawChart(options) ? HeadlessKind::kWidgets : HeadlessKind::kGui);
+
+  // The printer is looked up before any work: a wrong name fails at once.
+  // The report is laid out on its paper unless --paper says otherwise.
+  ReportOutputs outputs = options.outputs;
+  PageSetup paper = options.paper.value_or(PageSetup{});
+  if (outputs.print) {
+    const ChosenPrinter printer = ChoosePrinter(outputs.printer);
+    outputs.printer = printer.name;
+    if (!options.paper) paper = printer.paper;
+  }
 
   const bool terminal = &err == &std::cerr && ::isatty(STDERR_FILENO) == 1;
-  CliReportHost host(options.outputs, options.paper, today, out, err, terminal);
+  CliReportHost host(std::move(outputs), paper, today, out, err, terminal);
   IniSettingsStore store(options.settingsFile ? SettingsLocation{*options.settingsFile, {}}
                                               : ResolveSettingsLocation(SettingsEnvironmentOfProcess()));
   bool storeFailed = false;
@@ -153,7 +143,7 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   environment.activeLines = ActiveLines(data);
   environment.hardwareType = static_cast<std::int16_t>(data.hardwareType);
   environment.tempFolder = TemporaryFolder();
-  environment.measurePrinter = [paper = options.paper] { return paper; };
+  environment.measurePrinter = [paper] { return paper; };
 
   QtTextMetrics metrics;
   ReportForm form(environment, host, metrics, store);
@@ -171,7 +161,7 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     }
     if (filled) outcome = form.cmdPrintQuery_Click();
   }
-  if (storeFailed && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
+  if ((storeFailed || host.PrinterFailed()) && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
   host.ClearProgress();
   if (outcome != RequestOutcome::kProduced) host.DiscardOutputs();
   return ExitStatus(outcome);
@@ -190,10 +180,6 @@ int RunReport(const std::vector<std::string>& args, std::ostream& out, std::ostr
   if (options.help) {
     out << kReportHelp;
     return 0;
-  }
-  if (options.outputs.print) {
-    err << "cwreport: --print is not available yet: use --pdf and print the PDF\n";
-    return 2;
   }
   try {
     return Run(options, out, err);

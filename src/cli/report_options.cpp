@@ -46,7 +46,8 @@ const std::string_view kReportHelp =
     "  --history NUMBER      the in-and-out history of one number over the whole log, as\n"
     "                        the logging program asks for it (takes no other request option)\n"
     "  --today mm/dd/yyyy    the date to take for today (default: the system clock)\n"
-    "  --paper P             letter (default) or a4: the page the report is laid out on\n"
+    "  --paper P             letter or a4: the page the report is laid out on (default:\n"
+    "                        the paper of the --print printer, else letter)\n"
     "\n"
     "Outputs (any number; with none, --text -):\n"
     "  --text FILE|-         the text export (Windows-1252, CR LF); - is standard output\n"
@@ -55,8 +56,13 @@ const std::string_view kReportHelp =
     "                        600, default 150)\n"
     "  --spool FILE          keep the report's spool file (422-byte records); see\n"
     "                        cwreport dump and cwreport export\n"
-    "  --print [PRINTER]     print (with --copies N --from-page N --to-page N); not\n"
-    "                        available yet from the command line: use --pdf\n"
+    "  --print [PRINTER]     print on PRINTER (default: the system's default printer),\n"
+    "                        no dialog; a printer that is not there or fails is an\n"
+    "                        error (exit status 1)\n"
+    "  --copies N            with --print: N copies, each the whole page range in turn\n"
+    "  --from-page N         with --print: the first page to print (default 1)\n"
+    "  --to-page N           with --print: the last page (default the last); pages the\n"
+    "                        document does not have are not printed\n"
     "\n"
     "Every output appears under its name only when it is complete; a request that\n"
     "ends in an error leaves none. A report that yields several documents writes\n"
@@ -278,9 +284,9 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
     } else if (name == "--paper") {
       const std::string paper = LowerAscii(takeValue());
       if (paper == "letter") {
-        options.paper = PageSetup{12240, 15840, 1};
+        once(options.paper, PageSetup{12240, 15840, 1});
       } else if (paper == "a4") {
-        options.paper = PageSetup{11906, 16838, 1};  // 210 x 297 mm
+        once(options.paper, PageSetup{11906, 16838, 1});  // 210 x 297 mm
       } else {
         throw UsageError{"--paper must be letter or a4, not \"" + paper + "\""};
       }
@@ -335,6 +341,10 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
   if (outputs.dpi && !outputs.png) throw UsageError{"--dpi applies to --png only"};
   if ((outputs.copies || outputs.fromPage || outputs.toPage) && !outputs.print) {
     throw UsageError{"--copies, --from-page and --to-page apply to --print only"};
+  }
+  if (outputs.fromPage && outputs.toPage && *outputs.fromPage > *outputs.toPage) {
+    throw UsageError{"--from-page " + std::to_string(*outputs.fromPage) + " comes after --to-page " +
+                     std::to_string(*outputs.toPage)};
   }
   if (!outputs.text && !outputs.pdf && !outputs.png && !outputs.spool && !outputs.print) outputs.text = "-";
   return options;

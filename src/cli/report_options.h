@@ -24,7 +24,8 @@ struct ReportOutputs {
   std::optional<std::string> png;    // a folder: page-0001.png, ...
   std::optional<std::string> spool;  // the 422-byte records, kept
   std::optional<int> dpi;            // of the page images
-  // --print [PRINTER] with its copies and page range.
+  // --print [PRINTER] with its copies and page range; no printer named: the
+  // system's default.
   bool print = false;
   std::string printer;
   std::optional<std::int16_t> copies;
@@ -56,7 +57,8 @@ struct ReportOptions {
   bool dtmf = false;
   std::optional<std::string> history;  // the history of this number
   std::optional<CivilDate> today;
-  PageSetup paper;  // US Letter unless --paper a4
+  // --paper; without it the page of the printer of --print, else US Letter.
+  std::optional<PageSetup> paper;
 
   ReportOutputs outputs;
 };

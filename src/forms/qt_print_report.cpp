@@ -112,6 +112,8 @@ PrintOutcome PrintReportOnPrinter(OrlPrinter& document, const QtPrintReportOptio
     replay.progress = [&](std::int64_t done, std::int64_t total) {
       if (total > 0) progress->SetProgress(static_cast<float>(static_cast<double>(done) / total));
     };
+  } else if (settings.progress) {
+    replay.progress = settings.progress;
   }
   replay.beginCopy = [&](std::int16_t) {
     // A job takes its name when it starts; the later copies are in that job.

@@ -6,6 +6,7 @@
 // as OrlPrinterEnvironment::printReport.
 
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -26,6 +27,10 @@ struct QtPrintReportOptions {
   // could not be loaded) once the job has gone out; one text of one or more
   // lines. Empty: not told.
   std::function<void(const std::string& text)> reportProblems;
+  // Told how far the replay is (records read of the total for all copies)
+  // when ShowProgress is off: a headless caller's own progress bar. Empty:
+  // not told.
+  std::function<void(std::int64_t done, std::int64_t total)> progress;
 };
 
 // What happened to one PrintReport call, for the caller and for tests.

@@ -1,5 +1,6 @@
 #include "platform/headless_application.h"
 
+#include <QApplication>
 #include <QByteArray>
 #include <QString>
 
@@ -10,7 +11,7 @@ QtMessageHandler defaultHandler = nullptr;
 bool handlerInstalled = false;
 
 // A headless run has no session, so Qt's note that the runtime folder is
-// not set says nothing to the user; everything else passes through.
+// not set would read as a message of the report; everything else passes.
 void QuietHandler(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (type == QtWarningMsg && message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) return;
   if (defaultHandler != nullptr) defaultHandler(type, context, message);
@@ -18,7 +19,7 @@ void QuietHandler(QtMsgType type, const QMessageLogContext& context, const QStri
 
 }  // namespace
 
-std::unique_ptr<QGuiApplication> MakeHeadlessApplication() {
+std::unique_ptr<QGuiApplication> MakeHeadlessApplication(HeadlessKind kind) {
   if (QGuiApplication::instance() != nullptr) return nullptr;
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   if (!handlerInstalled) {
@@ -30,6 +31,7 @@ std::unique_ptr<QGuiApplication> MakeHeadlessApplication() {
   static int argc = 1;
   static char name[] = "cwreport";
   static char* argv[] = {name, nullptr};
+  if (kind == HeadlessKind::kWidgets) return std::make_unique<QApplication>(argc, argv);
   return std::make_unique<QGuiApplication>(argc, argv);
 }
 

@@ -247,10 +247,6 @@ TEST_F(ReportCommand, UsageErrorsAndHelp) {
     EXPECT_TRUE(run.err.starts_with("cwreport: ")) << run.err;
     EXPECT_EQ(run.out, "");
   }
-  const ProgramRun print = Report("--report daily --print");
-  EXPECT_EQ(print.status, 2);
-  EXPECT_EQ(print.err, "cwreport: --print is not available yet: use --pdf and print the PDF\n");
-
   const ProgramRun help = Cwreport("--help");
   EXPECT_EQ(help.status, 0);
   EXPECT_EQ(help.err, "");

@@ -21,9 +21,6 @@
 #include <QtTest>
 #include <functional>
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include "forms/print_opt_form.h"
 #include "forms/qt_print_report.h"
 #include "platform/printer_page_device.h"
@@ -31,6 +28,7 @@
 #include "printer/orl_printer.h"
 #include "printer/scale_mode.h"
 #include "printer/spool_replay.h"
+#include "testing/cups_pdf_queue.h"
 
 using namespace cw;
 
@@ -38,32 +36,9 @@ namespace {
 
 const char* const kPageTexts[] = {"PAGEONEALPHA", "PAGETWOBRAVO", "PAGETHREECHARLIE"};
 
-QString QueueName() {
-  const QString name = qEnvironmentVariable("CW_CUPS_PDF_QUEUE");
-  return name.isEmpty() ? QStringLiteral("CW_PDF") : name;
-}
+QString QueueName() { return QString::fromStdString(cw::testing::CupsPdfQueueName()); }
 
-// Where cups-pdf writes the jobs of this user: its configuration's "Out",
-// unless CW_CUPS_PDF_DIR names the folder.
-QString CupsPdfFolder() {
-  const QString given = qEnvironmentVariable("CW_CUPS_PDF_DIR");
-  if (!given.isEmpty()) return given;
-  QString out = QStringLiteral("${HOME}/PDF");
-  QFile conf(QStringLiteral("/etc/cups/cups-pdf.conf"));
-  if (conf.open(QIODevice::ReadOnly | QIODevice::Text)) {
-    const QRegularExpression line(QStringLiteral("^\\s*Out\\s+(\\S.*?)\\s*$"));
-    for (const QByteArray& raw : conf.readAll().split('\n')) {
-      const QRegularExpressionMatch match = line.match(QString::fromLocal8Bit(raw));
-      if (match.hasMatch()) out = match.captured(1);
-    }
-  }
-  // cups-pdf takes the home folder and name of the job's user from the
-  // password database, not from the environment.
-  const passwd* user = getpwuid(getuid());
-  out.replace(QStringLiteral("${HOME}"), user != nullptr ? QFile::decodeName(user->pw_dir) : QDir::homePath());
-  out.replace(QStringLiteral("${USER}"), user != nullptr ? QFile::decodeName(user->pw_name) : QString());
-  return out;
-}
+QString CupsPdfFolder() { return QFile::decodeName(cw::testing::CupsPdfFolder().c_str()); }
 
 QString RunTool(const QString& program, const QStringList& arguments) {
   QProcess process;
