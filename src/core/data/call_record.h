@@ -53,16 +53,37 @@ class CallRecord {
     return trimmed ? Trim(field) : field;
   }
 
-  constexpr std::string_view Date() const { return Field(column::kDate); }
-  constexpr std::string_view Time() const { return Field(column::kTime); }
-  constexpr std::string_view Number() const { return Field(column::kNumber); }
-  constexpr std::string_view Name() const { return Field(column::kName); }
-  constexpr std::string_view Line() const { return Field(column::kLine); }
-  constexpr std::string_view Direction() const { return Field(column::kDirection); }
-  constexpr std::string_view Duration() const { return Field(column::kDuration); }
-  constexpr std::string_view Answered() const { return Field(column::kAnswered); }
-  constexpr std::string_view Rings() const { return Field(column::kRings); }
-  constexpr std::string_view ShortDuration() const { return Field(column::kShortDuration); }
+  // The same for a field named when compiling, as the accessors below are.
+  // They run several times for every record of a long log, and nearly every
+  // line holds the fixed fields whole. The direction and line columns are
+  // padded on either side from one record to the next: they are trimmed with
+  // a few bit operations. The wider fields are mostly either full (date,
+  // time, duration) or padded (name, number) record after record, so one
+  // look at their two ends settles most of them.
+  template <LogColumn where>
+  [[gnu::always_inline]] constexpr std::string_view Field() const {
+    if (line_.size() >= where.start - 1 + where.length) {
+      const char* first = line_.data() + where.start - 1;
+      if constexpr (where.length <= 3) {
+        return TrimFixed<where.length>(first);
+      } else {
+        if (first[0] != ' ' && first[where.length - 1] != ' ') return std::string_view(first, where.length);
+        if constexpr (where.length <= 8) return TrimFixed<where.length>(first);
+      }
+    }
+    return Field(where);
+  }
+
+  [[gnu::always_inline]] constexpr std::string_view Date() const { return Field<column::kDate>(); }
+  [[gnu::always_inline]] constexpr std::string_view Time() const { return Field<column::kTime>(); }
+  [[gnu::always_inline]] constexpr std::string_view Number() const { return Field<column::kNumber>(); }
+  [[gnu::always_inline]] constexpr std::string_view Name() const { return Field<column::kName>(); }
+  [[gnu::always_inline]] constexpr std::string_view Line() const { return Field<column::kLine>(); }
+  [[gnu::always_inline]] constexpr std::string_view Direction() const { return Field<column::kDirection>(); }
+  [[gnu::always_inline]] constexpr std::string_view Duration() const { return Field<column::kDuration>(); }
+  [[gnu::always_inline]] constexpr std::string_view Answered() const { return Field<column::kAnswered>(); }
+  [[gnu::always_inline]] constexpr std::string_view Rings() const { return Field<column::kRings>(); }
+  [[gnu::always_inline]] constexpr std::string_view ShortDuration() const { return Field<column::kShortDuration>(); }
 
   // The touch-tone digits exist only on a line longer than the fixed fields,
   // and are shown only when the DTMF option is on; otherwise they count as

@@ -55,8 +55,7 @@ void ReportForm::Process_DailySummary() {
     std::int64_t nextProgress = kProgressEvery;
 
     while (const std::optional<CallRecord> record = selection.Next()) {
-      processingRecord_ = record->Text();
-      Build_CallMatrix(record->Date(), record->Time(), record->Direction());
+      Build_CallMatrix(*record);
 
       if (selection.RecordsRead() >= nextProgress) {
         host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
@@ -65,26 +64,23 @@ void ReportForm::Process_DailySummary() {
         nextProgress = selection.RecordsRead() + kProgressEvery;
       }
     }
-    processingRecord_ = {};
     Print_DailySummary();
     EraseMatrices();
   } catch (const RuntimeError& error) {
-    processingRecord_ = {};
     ShowError(error, "Process_DailySummary");
   }
 }
 
-void ReportForm::Build_CallMatrix(std::string_view date, std::string_view time,
-                                  std::string_view direction) {
+void ReportForm::Build_CallMatrix(const CallRecord& record) {
   try {
     Matrices& m = matrices_;
     // A call logged without a direction is counted with the kind of the call
     // before it; before the first "In" or "Out" it counts in the totals only.
-    const int kind = DirectionKind(direction);
+    const int kind = CallKind(record);
     m.lastKind = static_cast<std::int16_t>(kind != 0 ? kind : m.lastKind);
-    const int weekday = CachedWeekday(m, date);
+    const int weekday = CallWeekday(m, record);
     // The hour as the "h" format gives it.
-    const int hour = HourOfCall(time);
+    const int hour = CallHour(record);
 
     auto& day = m.day[static_cast<std::size_t>(weekday)];
     auto& hourRow = m.hour[static_cast<std::size_t>(hour)];
@@ -97,7 +93,7 @@ void ReportForm::Build_CallMatrix(std::string_view date, std::string_view time,
     hourRow[static_cast<std::size_t>(weekday - 1)] = hourDay;
     hourRow[kHourTotal] = hourAll;
   } catch (RuntimeError& error) {
-    error.SetProcessing(std::string(processingRecord_));
+    error.SetProcessing(std::string(record.Text()));
     ShowError(error, "Build_CallMatrix");
   }
 }

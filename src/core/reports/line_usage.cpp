@@ -74,14 +74,11 @@ void ReportForm::Process_LineUsage() {
       // leaves the record out; the loop goes on.
       std::int16_t line = 0;
       try {
-        line = LineOfCall(record->Line());
+        line = CallLine(*record);
       } catch (const RuntimeError&) {
         continue;
       }
-      if (line <= lines) {
-        processingRecord_ = record->Text();
-        Build_LineMatrix(line, record->Direction(), record->Date(), record->Duration());
-      }
+      if (line <= lines) Build_LineMatrix(line, *record);
 
       if (selection.RecordsRead() >= nextProgress) {
         host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
@@ -90,23 +87,20 @@ void ReportForm::Process_LineUsage() {
         nextProgress = selection.RecordsRead() + kProgressEvery;
       }
     }
-    processingRecord_ = {};
     Print_LineUsage();
     EraseMatrices();
   } catch (const RuntimeError& error) {
-    processingRecord_ = {};
     ShowError(error, "Process_LineUsage");
   }
 }
 
-void ReportForm::Build_LineMatrix(std::int16_t line, std::string_view direction, std::string_view date,
-                                  std::string_view duration) {
+void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record) {
   try {
     Matrices& m = matrices_;
-    const std::int32_t seconds = SecondsOfCall(duration);
-    const auto kind = static_cast<std::size_t>(DirectionKind(direction));
+    const std::int32_t seconds = CallSeconds(record);
+    const auto kind = static_cast<std::size_t>(CallKind(record));
     if (kind == 0) return;
-    const int weekday = CachedWeekday(m, date);
+    const int weekday = CallWeekday(m, record);
     // Lines count from 1; the last week row is the seconds row.
     if (line < 1 || static_cast<std::size_t>(line) >= m.lineTotals.size()) throw RuntimeError(err::kSubscript);
 
@@ -131,7 +125,7 @@ void ReportForm::Build_LineMatrix(std::int16_t line, std::string_view direction,
     week[kWeekSeconds] = weekSeconds;
     secondsRow[day] = daySeconds;
   } catch (RuntimeError& error) {
-    error.SetProcessing(std::string(processingRecord_));
+    error.SetProcessing(std::string(record.Text()));
     ShowError(error, "Build_LineMatrix");
   }
 }

@@ -11,9 +11,11 @@
 #include <cstring>
 #include <string_view>
 
+#include "data/call_record.h"
 #include "data/log_conversions.h"
 #include "reports/report_form.h"
 #include "support/runtime_error.h"
+#include "support/text.h"
 #include "support/time_text.h"
 #include "support/whole_numbers.h"
 
@@ -31,77 +33,113 @@ inline std::int32_t SumInt32(std::int32_t a, std::int32_t b) {
 // with many calls a day, so the last date text and its weekday are kept in
 // the matrices and a record of the same day costs one comparison.
 inline int CachedWeekday(ReportForm::Matrices& matrices, std::string_view date) {
-  // A date of the log is ten characters: compared as two words, no call.
-  const std::string& last = matrices.weekdayDate;
-  if (matrices.weekday != 0 && date.size() == 10 && last.size() == 10) {
-    std::uint64_t a8, b8;
-    std::uint16_t a2, b2;
-    std::memcpy(&a8, date.data(), 8);
-    std::memcpy(&b8, last.data(), 8);
-    std::memcpy(&a2, date.data() + 8, 2);
-    std::memcpy(&b2, last.data() + 8, 2);
-    if (a8 == b8 && a2 == b2) return matrices.weekday;
+  std::uint64_t head = 0;
+  std::uint64_t tail = 0;
+  const bool tenCharacters = date.size() == 10;
+  if (tenCharacters) {
+    std::memcpy(&head, date.data(), 8);
+    std::memcpy(&tail, date.data() + 2, 8);
+    if (matrices.weekdayDateInWords &
+        (((head ^ matrices.weekdayDateHead) | (tail ^ matrices.weekdayDateTail)) == 0)) {
+      return matrices.weekday;
+    }
   }
-  if (matrices.weekday == 0 || date != last) {
+  if (matrices.weekday == 0 || date != matrices.weekdayDate) {
     const int weekday = ParseLogDate(date).Weekday();
     matrices.weekdayDate.assign(date);
+    matrices.weekdayDateHead = head;
+    matrices.weekdayDateTail = tail;
+    matrices.weekdayDateInWords = tenCharacters;
     matrices.weekday = weekday;
   }
   return matrices.weekday;
 }
 
 namespace matrix_detail {
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 constexpr int Digit(char c) { return c - '0'; }
+
+// The digit in byte k (counted from 0) of a word checked by DigitsIn.
+constexpr int DigitAt(std::uint64_t word, int k) { return static_cast<int>(word >> (8 * k) & 0x0F); }
+
+// Whether every byte that mask selects (0xF0 in each) holds a digit no
+// greater than 9 minus that byte of headroom: '0' to '9' for headroom 0, '0'
+// to '5' for 4. All at once, as one test.
+constexpr bool DigitsIn(std::uint64_t word, std::uint64_t mask, std::uint64_t headroom) {
+  const std::uint64_t threes = mask & 0x3030303030303030ull;
+  // Once the high halves are 3, adding 6 (plus the headroom) carries into
+  // the high half exactly when the digit is too large; no carry leaves the byte.
+  const std::uint64_t plus = mask / 0xF0 * 6 + headroom;
+  return ((word & mask) == threes) & (((word + plus) & mask) == threes);
+}
 }  // namespace matrix_detail
 
 // Kind of a call by its trimmed direction: 1 for "In", 2 for "Out", 0 for
 // anything else (compared exactly, case included). In and out calls come in
 // no order, so the test is done without a branch on which one it is.
 inline int DirectionKind(std::string_view direction) {
-  if (direction.size() < 2 || direction.size() > 3) return 0;
+  const std::size_t n = direction.size();
+  if (n < 2 || n > 3) return 0;
+  // The first two bytes and the last one make a word; the length tells "In"
+  // from "Inn". No branch on which direction it is.
   const auto byte = [&](std::size_t k) { return static_cast<std::uint32_t>(static_cast<unsigned char>(direction[k])); };
-  const std::uint32_t third = direction.size() == 3 ? byte(2) : 0u;
-  const std::uint32_t word = byte(0) | byte(1) << 8 | third << 16;
-  constexpr std::uint32_t kIn = 'I' | 'n' << 8;
+  const std::uint32_t word = byte(0) | byte(1) << 8 | byte(n - 1) << 16;
+  constexpr std::uint32_t kIn = 'I' | 'n' << 8 | static_cast<std::uint32_t>('n') << 16;
   constexpr std::uint32_t kOut = 'O' | 'u' << 8 | static_cast<std::uint32_t>('t') << 16;
-  return static_cast<int>(word == kIn) + 2 * static_cast<int>(word == kOut);
+  return static_cast<int>((word == kIn) & (n == 2)) + 2 * static_cast<int>((word == kOut) & (n == 3));
+}
+
+// The hour (0..23) of a time in the shape the logging program writes,
+// "hh:mmAM" (AM or PM in either case), held as a word; -1 for any other
+// shape. Every test is made at once, in one branch.
+inline int HourOfTimeWord(std::uint64_t word) {
+  using matrix_detail::DigitAt;
+  using matrix_detail::DigitsIn;
+  const std::uint64_t lower = word | 0x0020200000000000ull;
+  const auto half = static_cast<char>(lower >> 40 & 0xFF);
+  const bool pm = half == 'p';
+  const int hour = DigitAt(word, 0) * 10 + DigitAt(word, 1);
+  // Bytes counted from 0: digits in 0, 1, 3 and 4 (3, the tens of the
+  // minutes, up to 5), ":" in 2, "m" in 6.
+  const bool shaped = DigitsIn(word, 0x000000F0F000F0F0ull, 0x0000000004000000ull) &
+                      ((lower & 0x00FF000000FF0000ull) == 0x006D0000003A0000ull) & ((half == 'a') | pm) &
+                      (hour <= 12);
+  // 12 o'clock is hour 0 of its half of the day.
+  return shaped ? (hour == 12 ? 0 : hour) + 12 * static_cast<int>(pm) : -1;
 }
 
 // The hour (0..23) of a call's time, as ParseTimeText and the "h" format give
-// it. The logging program writes "hh:mmAM" or "h:mmPM".
+// it: "hh:mmAM" and "h:mmAM" (read as "0h:mmAM") by their word, anything else
+// through the general conversion.
 inline int HourOfCall(std::string_view time) {
-  using matrix_detail::Digit;
-  using matrix_detail::IsDigit;
   const std::size_t n = time.size();
-  if ((n == 7 || n == 6) && (time[n - 1] == 'M' || time[n - 1] == 'm')) {
-    const std::size_t colon = n - 5;  // after one or two hour digits
-    const char half = time[n - 2];
-    if (time[colon] == ':' && IsDigit(time[0]) && (colon == 1 || IsDigit(time[1])) && IsDigit(time[colon + 1]) &&
-        IsDigit(time[colon + 2]) && time[colon + 1] <= '5') {
-      const int hour = colon == 1 ? Digit(time[0]) : Digit(time[0]) * 10 + Digit(time[1]);
-      // Morning and afternoon calls alternate all day: no branch on which.
-      const char lower = static_cast<char>(half | 0x20);
-      const bool am = lower == 'a';
-      const bool pm = lower == 'p';
-      if (hour <= 12 && (am | pm)) return hour % 12 + 12 * static_cast<int>(pm);
-    }
+  if (n == 7 || n == 6) {
+    const std::uint64_t word = n == 7 ? LoadBytes<7>(time.data()) : LoadBytes<6>(time.data()) << 8 | '0';
+    if (const int hour = HourOfTimeWord(word); hour >= 0) return hour;
   }
   return ParseTimeText(time) / 3600;
 }
 
-// A call's length in seconds as DurationToSeconds gives it. The logging
-// program writes "h:mm:ss".
+// The seconds of a duration in the shape the logging program writes,
+// "h:mm:ss", held as a word; -1 for any other shape.
+inline std::int32_t SecondsOfDurationWord(std::uint64_t word) {
+  using matrix_detail::DigitAt;
+  using matrix_detail::DigitsIn;
+  // Bytes counted from 0: digits in 0, 2, 3, 5 and 6; ":" in 1 and 4.
+  const bool shaped =
+      DigitsIn(word, 0x00F0F000F0F000F0ull, 0) & ((word & 0x000000FF0000FF00ull) == 0x0000003A00003A00ull);
+  const std::int32_t seconds = DigitAt(word, 0) * 3600 + (DigitAt(word, 2) * 10 + DigitAt(word, 3)) * 60 +
+                               DigitAt(word, 5) * 10 + DigitAt(word, 6);
+  return shaped ? seconds : -1;
+}
+
+// A call's length in seconds as DurationToSeconds gives it: "h:mm:ss" by its
+// word, anything else through the general conversion.
 inline std::int32_t SecondsOfCall(std::string_view duration) {
-  using matrix_detail::Digit;
-  using matrix_detail::IsDigit;
-  const std::size_t n = duration.size();
-  if ((n == 7 || n == 8) && duration[n - 3] == ':' && duration[n - 6] == ':' && IsDigit(duration[0]) &&
-      IsDigit(duration[n - 7]) && IsDigit(duration[n - 5]) && IsDigit(duration[n - 4]) &&
-      IsDigit(duration[n - 2]) && IsDigit(duration[n - 1])) {
-    const int hours = n == 7 ? Digit(duration[0]) : Digit(duration[0]) * 10 + Digit(duration[1]);
-    return hours * 3600 + (Digit(duration[n - 5]) * 10 + Digit(duration[n - 4])) * 60 +
-           Digit(duration[n - 2]) * 10 + Digit(duration[n - 1]);
+  if (duration.size() == 7) {
+    if (const std::int32_t seconds = SecondsOfDurationWord(LoadBytes<7>(duration.data())); seconds >= 0) {
+      return seconds;
+    }
   }
   return DurationToSeconds(duration);
 }
@@ -113,12 +151,96 @@ inline std::int16_t LineOfCall(std::string_view line) {
   using matrix_detail::Digit;
   using matrix_detail::IsDigit;
   const std::size_t n = line.size();
+  if (n == 1 && IsDigit(line[0])) return static_cast<std::int16_t>(Digit(line[0]));
   if (n >= 1 && n <= 3 && IsDigit(line[0]) && (n < 2 || IsDigit(line[1])) && (n < 3 || IsDigit(line[2]))) {
     int value = 0;
     for (char c : line) value = value * 10 + Digit(c);
     return static_cast<std::int16_t>(value);
   }
   return TextToInt16(line);
+}
+
+// The same values read from a whole record. When the line holds a field whole
+// and in the logging program's shape, its value comes straight from its
+// columns; otherwise from the trimmed text, through the functions above, so
+// the answers are those of the trimmed texts in every case. Cutting and
+// trimming each field first would make every value wait for its trim before
+// its bytes could even be read; over millions of records that wait, more than
+// the work, is what a report's walk costs.
+namespace matrix_detail {
+// The columns of field `where` as a word, when the line holds them all.
+template <LogColumn where>
+[[gnu::always_inline]] inline bool FieldWord(const CallRecord& record, std::uint64_t& word) {
+  const std::string_view line = record.Text();
+  if (line.size() < where.start - 1 + where.length) return false;
+  word = LoadBytes<where.length>(line.data() + where.start - 1);
+  return true;
+}
+
+// Whether the first and last bytes of a field word of width n are not
+// blank, so that the field's trimmed text is all of it.
+constexpr bool FillsWidth(std::uint64_t word, std::size_t n) {
+  return ((word & 0xFF) != ' ') & ((word >> (8 * (n - 1)) & 0xFF) != ' ');
+}
+}  // namespace matrix_detail
+
+// DirectionKind of the record's direction. The trimmed text is "In" exactly
+// when the three columns hold "In " or " In", and "Out" when they hold "Out".
+inline int CallKind(const CallRecord& record) {
+  std::uint64_t word;
+  if (!matrix_detail::FieldWord<column::kDirection>(record, word)) return DirectionKind(record.Direction());
+  constexpr std::uint64_t kInLeft = 'I' | 'n' << 8 | static_cast<std::uint64_t>(' ') << 16;
+  constexpr std::uint64_t kInRight = ' ' | 'I' << 8 | static_cast<std::uint64_t>('n') << 16;
+  constexpr std::uint64_t kOut = 'O' | 'u' << 8 | static_cast<std::uint64_t>('t') << 16;
+  return static_cast<int>((word == kInLeft) | (word == kInRight)) + 2 * static_cast<int>(word == kOut);
+}
+
+// HourOfCall of the record's time.
+inline int CallHour(const CallRecord& record) {
+  std::uint64_t word;
+  if (matrix_detail::FieldWord<column::kTime>(record, word)) {
+    // " h:mmAM" trims to "h:mmAM", read as "0h:mmAM".
+    if ((word & 0xFF) == ' ') word = (word & ~std::uint64_t{0xFF}) | '0';
+    if (matrix_detail::FillsWidth(word, column::kTime.length)) {
+      if (const int hour = HourOfTimeWord(word); hour >= 0) return hour;
+    }
+  }
+  return HourOfCall(record.Time());
+}
+
+// SecondsOfCall of the record's duration.
+inline std::int32_t CallSeconds(const CallRecord& record) {
+  std::uint64_t word;
+  if (matrix_detail::FieldWord<column::kDuration>(record, word) &&
+      matrix_detail::FillsWidth(word, column::kDuration.length)) {
+    if (const std::int32_t seconds = SecondsOfDurationWord(word); seconds >= 0) return seconds;
+  }
+  return SecondsOfCall(record.Duration());
+}
+
+// LineOfCall of the record's line field ("  3" is line 3).
+inline std::int16_t CallLine(const CallRecord& record) {
+  std::uint64_t word;
+  if (matrix_detail::FieldWord<column::kLine>(record, word) && (word & 0xFFFF) == 0x2020 &&
+      matrix_detail::IsDigit(static_cast<char>(word >> 16))) {
+    return static_cast<std::int16_t>(matrix_detail::Digit(static_cast<char>(word >> 16)));
+  }
+  return LineOfCall(record.Line());
+}
+
+// CachedWeekday of the record's date. A date kept as its two words matches
+// the columns only when they hold it whole, blanks neither before nor after.
+inline int CallWeekday(ReportForm::Matrices& matrices, const CallRecord& record) {
+  const std::string_view line = record.Text();
+  if (matrices.weekdayDateInWords && line.size() >= column::kDate.length) {
+    static_assert(column::kDate.start == 1 && column::kDate.length == 10);
+    std::uint64_t head;
+    std::uint64_t tail;
+    std::memcpy(&head, line.data(), 8);
+    std::memcpy(&tail, line.data() + 2, 8);
+    if (((head ^ matrices.weekdayDateHead) | (tail ^ matrices.weekdayDateTail)) == 0) return matrices.weekday;
+  }
+  return CachedWeekday(matrices, record.Date());
 }
 
 }  // namespace cw

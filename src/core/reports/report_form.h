@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "data/call_record.h"
 #include "printer/orl_printer.h"
 #include "printer/text_metrics.h"
 #include "reports/report_host.h"
@@ -70,11 +71,14 @@ class ReportForm {
   void Print_Detail_Condensed();
   void Print_Lines();
   void Process_DailySummary();
-  void Build_CallMatrix(std::string_view date, std::string_view time, std::string_view direction);
+  // One selected call into the day and hour matrices: its date, time and
+  // direction as their trimmed texts give them.
+  void Build_CallMatrix(const CallRecord& record);
   void Print_DailySummary();
   void Process_LineUsage();
-  void Build_LineMatrix(std::int16_t line, std::string_view direction, std::string_view date,
-                        std::string_view duration);
+  // One selected call on a counted line into the line matrices: its
+  // direction, date and duration as their trimmed texts give them.
+  void Build_LineMatrix(std::int16_t line, const CallRecord& record);
   void Print_LineUsage();
   void Print_BusyReport();
   void Process_BusySummary();
@@ -92,7 +96,11 @@ class ReportForm {
     std::int16_t lastKind = 0;                            // kind of the previous call
     // The log holds many calls a day: the weekday of the last date text
     // converted is kept so that the matrix builders convert each day once.
+    // A ten-character date is kept as two words, compared without a call.
     std::string weekdayDate;
+    std::uint64_t weekdayDateHead = 0;  // characters 1-8
+    std::uint64_t weekdayDateTail = 0;  // characters 3-10
+    bool weekdayDateInWords = false;    // the two words hold weekdayDate
     int weekday = 0;
   };
   const Matrices& WorkingMatrices() const { return matrices_; }

@@ -98,12 +98,16 @@ TEST(DailyCallAnalysis, WeekOfCallsMatchesItsTextExportAndAddsUp) {
 TEST(DailyCallAnalysis, CallWithoutDirectionTakesTheKindOfTheCallBefore) {
   AnalysisRig rig("", kind::kDailyCallStatistics);
   ReportForm& form = *rig.form;
-  form.Build_CallMatrix("11/02/2026", "9:00AM", "??");  // nothing before it: total only
-  form.Build_CallMatrix("11/02/2026", "9:10AM", "Out");
-  form.Build_CallMatrix("11/02/2026", "9:20AM", "");     // as the Out before it
-  form.Build_CallMatrix("11/02/2026", "9:30AM", "In");
-  form.Build_CallMatrix("11/02/2026", "9:40AM", "in");   // compared exactly: as the In before it
-  form.Build_CallMatrix("11/03/2026", "3:00PM", "IN ");  // the kind carries over to the next day
+  auto build = [&](const char* date, const char* time, const char* direction) {
+    const std::string line = Call().Date(date).Time(time).Direction(direction).Text();
+    form.Build_CallMatrix(CallRecord(line));
+  };
+  build("11/02/2026", "9:00AM", "??");   // nothing before it: total only
+  build("11/02/2026", "9:10AM", "Out");
+  build("11/02/2026", "9:20AM", "");     // as the Out before it
+  build("11/02/2026", "9:30AM", " In");
+  build("11/02/2026", "9:40AM", "in");   // compared exactly: as the In before it
+  build("11/03/2026", "3:00PM", "IN ");  // the kind carries over to the next day
   const auto& m = form.WorkingMatrices();
   EXPECT_EQ((std::vector<int>{m.day[2][1], m.day[2][2], m.day[2][3], m.day[3][1]}), (std::vector<int>{2, 2, 5, 1}));
   EXPECT_EQ((std::vector<int>{m.hour[9][1], m.hour[9][7], m.hour[15][2]}), (std::vector<int>{5, 5, 1}));
