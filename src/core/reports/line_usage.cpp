@@ -97,9 +97,11 @@ void ReportForm::Process_LineUsage() {
 void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record) {
   try {
     Matrices& m = matrices_;
-    const std::int32_t seconds = CallSeconds(record);
+    // A call that is neither in nor out is not counted (its duration cannot
+    // raise an error, so it need not be read first).
     const auto kind = static_cast<std::size_t>(CallKind(record));
     if (kind == 0) return;
+    const std::int32_t seconds = CallSeconds(record);
     const int weekday = CallWeekday(m, record);
     // Lines count from 1; the last week row is the seconds row.
     if (line < 1 || static_cast<std::size_t>(line) >= m.lineTotals.size()) throw RuntimeError(err::kSubscript);
