@@ -1,34 +1,17 @@
 // cwreport report requests, run as the program itself: exit status, the exact
 // messages on stderr, the outputs and what is left of them after an error.
-#include <stdlib.h>
-#include <sys/wait.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
+
+#include <filesystem>
 #include <string>
-#include <vector>
 
 #include "core/data/log_lines.h"
 #include "run_cwreport.h"
 
-namespace cw {
+namespace cw::testing {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Call;
-
-using cw::testing::ProgramRun;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-std::string Quote(const std::string& text) { return "'" + text + "'"; }
 
 // Three calls in January 2026 by two callers; one unanswered.
 std::string JanuaryLog() {
@@ -37,21 +20,12 @@ std::string JanuaryLog() {
          "\r\n" + Call().Date("01/07/2026").Name("Smith John").Number("555-123-4567").Direction("Out").Text() + "\r\n";
 }
 
-class ReportCommand : public ::testing::Test {
+class ReportCommand : public CliTest {
  protected:
   void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "cw-report-cli-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
+    CliTest::SetUp();
     log_ = Write("CallLog.txt", JanuaryLog());
     settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string Write(const std::string& name, const std::string& bytes) {
-    std::ofstream(Path(name), std::ios::binary) << bytes;
-    return Path(name);
   }
 
   // The data options every request here shares; the arguments follow.
@@ -60,12 +34,6 @@ class ReportCommand : public ::testing::Test {
                     Quote(log_) + " " + arguments);
   }
 
-  // Runs cwreport with the arguments (already quoted for the shell).
-  ProgramRun Cwreport(const std::string& arguments) {
-    return cw::testing::RunCwreport(arguments, folder_ / "stderr.txt");
-  }
-
-  fs::path folder_;
   std::string log_;
   std::string settings_;
 };
@@ -259,13 +227,5 @@ TEST_F(ReportCommand, UsageErrorsAndHelp) {
   }
 }
 
-TEST_F(ReportCommand, SubcommandsStillAnswer) {
-  const ProgramRun summary = Cwreport("log-summary --log " + Quote(log_) + " --today 02/01/2026");
-  EXPECT_EQ(summary.status, 0) << summary.err;
-  EXPECT_NE(summary.out.find("Total calls: 3"), std::string::npos) << summary.out;
-  EXPECT_EQ(Cwreport("dump --help").status, 0);
-  EXPECT_EQ(Cwreport("export --help").status, 0);
-}
-
 }  // namespace
-}  // namespace cw
+}  // namespace cw::testing

@@ -1,6 +1,9 @@
 #pragma once
-// Runs cwreport as a program: the one CWREPORT names, or else this build's.
+// Runs cwreport as a program (the one CWREPORT names, or else this build's),
+// and the scratch folder each command-line test works in.
 
+#include <gtest/gtest.h>
+#include <stdlib.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -19,29 +22,55 @@ struct ProgramRun {
   std::string err;
 };
 
-inline std::string ShellQuote(const std::string& text) { return "'" + text + "'"; }
+inline std::string Quote(const std::string& text) { return "'" + text + "'"; }
 
-// arguments are already quoted for the shell. With an errFile, standard error
-// is kept apart in run.err; without one it is merged into run.out.
-inline ProgramRun RunCwreport(const std::string& arguments, const std::filesystem::path& errFile = {}) {
-  const char* fromEnvironment = std::getenv("CWREPORT");
-  const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
-  const std::string command = ShellQuote(program) + " " + arguments +
-                              (errFile.empty() ? std::string(" 2>&1") : " 2>" + ShellQuote(errFile.string()));
-  ProgramRun run;
+inline std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// The standard output of a shell command; the exit status goes to status.
+inline std::string RunShell(const std::string& command, int* status = nullptr) {
+  std::string out;
   std::FILE* pipe = ::popen(command.c_str(), "r");
   if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
   char chunk[4096];
-  for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) run.out.append(chunk, n);
-  const int status = ::pclose(pipe);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  if (!errFile.empty()) {
-    std::ifstream in(errFile, std::ios::binary);
-    run.err.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    in.close();
-    std::filesystem::remove(errFile);
-  }
+  for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) out.append(chunk, n);
+  const int result = ::pclose(pipe);
+  if (status != nullptr) *status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+  return out;
+}
+
+// arguments are already quoted for the shell; standard error is kept apart
+// in run.err by way of errFile.
+inline ProgramRun RunCwreport(const std::string& arguments, const std::filesystem::path& errFile) {
+  const char* fromEnvironment = std::getenv("CWREPORT");
+  const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
+  ProgramRun run;
+  run.out = RunShell(Quote(program) + " " + arguments + " 2>" + Quote(errFile.string()), &run.status);
+  run.err = ReadFile(errFile);
+  std::filesystem::remove(errFile);
   return run;
 }
+
+// A fresh folder for each test, removed after it.
+class CliTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (std::filesystem::temp_directory_path() / "cw-cli-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Write(const std::string& name, const std::string& bytes) {
+    std::ofstream(Path(name), std::ios::binary) << bytes;
+    return Path(name);
+  }
+  ProgramRun Cwreport(const std::string& arguments) { return RunCwreport(arguments, folder_ / "stderr.txt"); }
+
+  std::filesystem::path folder_;
+};
 
 }  // namespace cw::testing

@@ -1,15 +1,10 @@
 // cwreport dump and export, run as the program itself on spool files made
 // record by record with the engine's own record layouts.
-#include <stdlib.h>
-#include <sys/wait.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -17,35 +12,13 @@
 #include "printer/spool_writer.h"
 #include "run_cwreport.h"
 
-namespace cw {
+namespace cw::testing {
 namespace {
 
 namespace fs = std::filesystem;
 
-using cw::testing::ProgramRun;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-class SpoolCommands : public ::testing::Test {
+class SpoolCommands : public CliTest {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "cw-spool-cli-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
-  // Runs cwreport with the arguments (already quoted for the shell).
-  ProgramRun Cwreport(const std::string& arguments) {
-    return cw::testing::RunCwreport(arguments, folder_ / "stderr.txt");
-  }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-  static std::string Quote(const std::string& path) { return "'" + path + "'"; }
-
   // A spool: the header with its creation values (and a title), then the records.
   std::string WriteSpool(const std::string& name, const std::vector<SpoolRecord>& records,
                          const std::string& title = {}) {
@@ -77,7 +50,6 @@ class SpoolCommands : public ::testing::Test {
     return WriteSpool(name, records, "Daily Call Statistics");
   }
 
-  fs::path folder_;
 };
 
 TEST_F(SpoolCommands, DumpPrintsEveryRecordOnOneLine) {
@@ -143,15 +115,13 @@ TEST_F(SpoolCommands, UsageAndMissingFiles) {
   const ProgramRun exportHelp = Cwreport("export --help");
   EXPECT_EQ(exportHelp.status, 0);
   EXPECT_NE(exportHelp.out.find("--png DIR"), std::string::npos);
-  const std::string spool = WriteTwoPageSpool("ok.spool");
-  EXPECT_EQ(Cwreport("export").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --pdf").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --png " + Quote(Path("p")) + " --dpi 5000").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --png " + Quote(Path("p")) + " --dpi 72x").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --dpi 72").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --paper legal").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --pdf a.pdf --pdf b.pdf").status, 2);
-  EXPECT_EQ(Cwreport("export " + Quote(spool) + " --colour").status, 2);
+  const std::string spool = Quote(WriteTwoPageSpool("ok.spool"));
+  const std::string png = " --png " + Quote(Path("p"));
+  for (const std::string& arguments : {std::string(), spool + " --pdf", spool + png + " --dpi 5000",
+                                       spool + png + " --dpi 72x", spool + " --dpi 72", spool + " --paper legal",
+                                       spool + " --pdf a.pdf --pdf b.pdf", spool + " --colour"}) {
+    EXPECT_EQ(Cwreport("export " + arguments).status, 2) << arguments;
+  }
   EXPECT_FALSE(fs::exists(Path("p")));
 
   const ProgramRun noSpool = Cwreport("export " + Quote(Path("none.spool")) + " --pdf " + Quote(Path("x.pdf")));
@@ -178,12 +148,9 @@ TEST_F(SpoolCommands, ExportWritesTextPdfAndPageImages) {
   EXPECT_NE(toStdout.out.find("Total Calls"), std::string::npos);
   EXPECT_NE(toStdout.out.find("caf\xE9"), std::string::npos) << "Windows-1252 bytes kept";
 
-  std::FILE* pipe = ::popen(("pdftotext -layout -f 1 -l 1 " + Quote(pdf) + " -").c_str(), "r");
-  ASSERT_NE(pipe, nullptr);
-  std::string first;
-  char chunk[4096];
-  for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;) first.append(chunk, n);
-  EXPECT_EQ(::pclose(pipe), 0);
+  int status = -1;
+  const std::string first = RunShell("pdftotext -layout -f 1 -l 1 " + Quote(pdf) + " -", &status);
+  EXPECT_EQ(status, 0);
   EXPECT_NE(first.find("Total Calls"), std::string::npos) << first;
   EXPECT_NE(first.find("caf\u00e9 \"quoted\""), std::string::npos) << first;
   EXPECT_EQ(first.find("Second page"), std::string::npos) << first;
@@ -229,4 +196,4 @@ TEST_F(SpoolCommands, ExportToAnUnwritablePathLeavesNothingBehind) {
 }
 
 }  // namespace
-}  // namespace cw
+}  // namespace cw::testing
