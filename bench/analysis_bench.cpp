@@ -18,47 +18,30 @@
 // The log (CallLog-<N>MiB.txt under $CW_BENCH_DATA, default bench/data) is made
 // by cw_make_demo when it is not there yet; read_select_bench uses the same file.
 
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/time.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <chrono>
-#include <ctime>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <optional>
-#include <utility>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "data/call_record.h"
+#include "bench_support.h"
 #include "data/log_buffer.h"
 #include "data/log_conversions.h"
 #include "data/record_selection.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/orl_printer.h"
 #include "reports/report_form.h"
-#include "settings/settings_store.h"
 #include "support/date_format.h"
 #include "support/file_helpers.h"
 #include "support/runtime_error.h"
 
-extern char** environ;
-
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
+using namespace cw::bench;
 
 struct Options {
   long sizeMb = 1024;
@@ -67,138 +50,20 @@ struct Options {
   int lines = 4;
 };
 
-[[noreturn]] void Fail(const std::string& message) {
-  std::fprintf(stderr, "analysis_bench: %s\n", message.c_str());
-  std::exit(1);
-}
-
 Options ParseOptions(int argc, char** argv) {
   Options options;
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view option = argv[i];
-    if (i + 1 >= argc) Fail("missing value after " + std::string(option));
-    const long value = std::strtol(argv[++i], nullptr, 10);
-    // --awk-runs 0 leaves mawk out (for profiling the reports).
-    if (value < (option == "--awk-runs" ? 0 : 1)) Fail(std::string(option) + " needs a larger whole number");
-    if (option == "--size-mb") {
-      options.sizeMb = value;
-    } else if (option == "--runs") {
-      options.runs = static_cast<int>(value);
-    } else if (option == "--awk-runs") {
-      options.awkRuns = static_cast<int>(value);
-    } else if (option == "--lines") {
-      if (value > 999) Fail("--lines takes at most 999");
-      options.lines = static_cast<int>(value);
-    } else {
-      Fail("unknown option " + std::string(option) +
-           " (options: --size-mb N --runs N --awk-runs N --lines N)");
-    }
-  }
+  // --awk-runs 0 leaves mawk out (for profiling the reports).
+  ReadOptions(argc, argv,
+              {{"--size-mb", options.sizeMb, 1},
+               {"--runs", options.runs, 1},
+               {"--awk-runs", options.awkRuns, 0},
+               {"--lines", options.lines, 1, 999}});
   return options;
 }
 
-double Seconds(Clock::duration d) { return std::chrono::duration<double>(d).count(); }
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const std::size_t n = values.size();
-  return n % 2 == 1 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
-}
-
-// Runs a program and returns its standard output, and in cpuSeconds (when
-// given) the user and system time it used; fails the bench when it cannot be
-// started or does not end with status 0.
-std::string RunProgram(const std::vector<std::string>& args, double* cpuSeconds = nullptr) {
-  int out[2];
-  if (::pipe(out) != 0) Fail("pipe failed");
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-  posix_spawn_file_actions_addclose(&actions, out[0]);
-  std::vector<char*> argv;
-  for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  const int spawned = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  ::close(out[1]);
-  if (spawned != 0) {
-    ::close(out[0]);
-    Fail("cannot start " + args[0] + ": " + std::strerror(spawned));
-  }
-  std::string output;
-  char chunk[4096];
-  ssize_t n;
-  while ((n = ::read(out[0], chunk, sizeof chunk)) > 0) output.append(chunk, static_cast<std::size_t>(n));
-  ::close(out[0]);
-  int status = 0;
-  rusage usage{};
-  ::wait4(pid, &status, 0, &usage);
-  if (cpuSeconds != nullptr) {
-    *cpuSeconds = static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-                  static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
-  }
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) Fail(args[0] + " failed");
-  return output;
-}
-
-fs::path SourceDir() { return CW_SOURCE_DIR; }
-
-fs::path MakeLog(const Options& options) {
-  const char* dataDir = std::getenv("CW_BENCH_DATA");
-  const fs::path dir = dataDir != nullptr && *dataDir != '\0' ? fs::path(dataDir) : SourceDir() / "bench" / "data";
-  const fs::path log = dir / ("CallLog-" + std::to_string(options.sizeMb) + "MiB.txt");
-  if (fs::exists(log)) return log;
-
-  const char* fromEnvironment = std::getenv("CW_MAKE_DEMO");
-  const fs::path generator = fromEnvironment != nullptr && *fromEnvironment != '\0'
-                                 ? fs::path(fromEnvironment)
-                                 : fs::path(CW_BINARY_DIR) / "examples" / "demo" / "cw_make_demo";
-  if (!fs::exists(generator)) {
-    Fail("the log generator " + generator.string() + " is missing: build the target cw_make_demo");
-  }
-  fs::create_directories(dir);
-  std::printf("generating %s with %s ...\n", log.c_str(), generator.c_str());
-  std::fflush(stdout);
-  const auto start = Clock::now();
-  RunProgram({generator.string(), "--size-mb", std::to_string(options.sizeMb), "--log", log.string()});
-  std::printf("generated in %.1f s\n", Seconds(Clock::now() - start));
-  return log;
-}
-
-long PeakRssKb() {
-  rusage usage{};
-  ::getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
-std::string Yyyymmdd(cw::CivilDate date) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%04d%02d%02d", date.Year(), date.Month(), date.Day());
-  return text;
-}
-
-// Settings are neither read nor written by these two reports.
-class NoSettings : public cw::SettingsStore {
+// The previewed document is kept as its text export (a few hundred records).
+class TextHost : public ScreenlessHost {
  public:
-  std::string Get(std::string_view, std::string_view, std::string_view, std::string_view defaultValue) override {
-    return std::string(defaultValue);
-  }
-  void Save(std::string_view, std::string_view, std::string_view, std::string_view) override {}
-};
-
-// A host without a screen: message boxes are written down, the previewed
-// document is kept as its text export (a few hundred records) and nothing else.
-class BenchHost : public cw::ReportHost {
- public:
-  cw::MessageAnswer MessageBox(std::string_view title, std::string_view text, cw::MessageIcon,
-                               cw::MessageButtons) override {
-    messages.push_back(std::string(title) + ": " + std::string(text));
-    return cw::MessageAnswer::kOk;
-  }
-  void SetBusy(bool) override {}
-  void DoEvents() override { ++events; }
-  void Progress(std::int64_t, std::int64_t) override {}
   void ShowPreview(cw::OrlPrinter& document) override {
     const std::string textFile = cw::GetTempFile("VPT");
     document.SetPrintTextFile(textFile);
@@ -206,17 +71,8 @@ class BenchHost : public cw::ReportHost {
     text = cw::ReadWholeFile(textFile);
     std::remove(textFile.c_str());
   }
-  void DrawBarChart(const cw::BarChartSpec&, const std::string&) override {
-    Fail("no chart was asked for");
-  }
-  cw::ScreenTwips Screen() override { return {19200, 10800}; }
-  cw::CivilDate Today() override { return cw::CivilDate::FromYmd(2026, 11, 22); }
-  cw::TimeOfDay Now() override { return 9 * 3600; }
-  std::string AppTitle() override { return "analysis_bench"; }
 
-  std::vector<std::string> messages;
   std::string text;
-  std::int64_t events = 0;
 };
 
 // The words of a text export after its heading block (everything up to the
@@ -240,38 +96,18 @@ std::vector<std::string> AllWords(const std::string& text) {
   return words;
 }
 
-// This process's CPU time (one thread): the machine may be shared, and CPU
-// time is what another program's load disturbs least.
-double CpuSeconds() {
-  timespec now{};
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
 // Wall-clock and CPU seconds of the runs of one pass.
 struct Times {
   std::vector<double> wall;
   std::vector<double> cpu;
-  double Wall() const { return wall.empty() ? 0 : Median(wall); }
-  double Cpu() const { return cpu.empty() ? 0 : Median(cpu); }
-};
-
-class Stopwatch {
- public:
-  Stopwatch() : wall_(Clock::now()), cpu_(CpuSeconds()) {}
-  // Adds the time since the start (or the last lap) to times and starts again.
-  void Lap(Times& times) {
-    const auto wall = Clock::now();
-    const double cpu = CpuSeconds();
-    times.wall.push_back(Seconds(wall - wall_));
-    times.cpu.push_back(cpu - cpu_);
-    wall_ = wall;
-    cpu_ = cpu;
+  double Wall() const { return Median(wall); }
+  double Cpu() const { return Median(cpu); }
+  // Adds the time since the watch started (or its last lap); it runs on.
+  void Lap(Stopwatch& watch) {
+    const Elapsed elapsed = watch.Lap();
+    wall.push_back(elapsed.wallSeconds);
+    cpu.push_back(elapsed.cpuSeconds);
   }
-
- private:
-  Clock::time_point wall_;
-  double cpu_;
 };
 
 struct Measured {
@@ -285,8 +121,8 @@ struct Measured {
 int main(int argc, char** argv) {
   const Options options = ParseOptions(argc, argv);
   try {
-    const fs::path logPath = MakeLog(options);
-    const long rssBeforeKb = PeakRssKb();
+    const fs::path logPath = DemoLogOfSize(options.sizeMb);
+    const double peakBeforeBytes = PeakResidentBytes();
 
     // The period of the whole log: its first and last dates.
     cw::CivilDate first;
@@ -319,7 +155,7 @@ int main(int argc, char** argv) {
       Stopwatch lap;
       {
         const cw::LogBuffer log = cw::LogBuffer::Load(logPath.string());
-        lap.Lap(loadTimes);
+        loadTimes.Lap(lap);
         cw::SelectionCriteria criteria;
         criteria.from = first;
         criteria.to = last;
@@ -327,16 +163,16 @@ int main(int argc, char** argv) {
         cw::RecordSelection selection(log.Text(), criteria);
         std::int64_t count = 0;
         while (selection.Next()) ++count;
-        lap.Lap(selectTimes);
+        selectTimes.Lap(lap);
         selected = count;
       }
-      lap.Lap(releaseTimes);
-      whole.Lap(readSelectTimes);
+      releaseTimes.Lap(lap);
+      readSelectTimes.Lap(whole);
     };
 
     // (b), (c) The report routines through the report request.
     auto report = [&](std::int16_t reportKind, Measured& measured) {
-      BenchHost host;
+      TextHost host;
       cw::FixedPitchMetrics metrics;
       NoSettings settings;
       cw::ReportEnvironment environment;
@@ -351,7 +187,7 @@ int main(int argc, char** argv) {
       request.chart = false;
       Stopwatch watch;
       const cw::RequestOutcome outcome = form.cmdPrintQuery_Click();
-      watch.Lap(measured.times);
+      measured.times.Lap(watch);
       if (outcome != cw::RequestOutcome::kProduced || !host.messages.empty()) {
         Fail("the report did not come out: " + (host.messages.empty() ? std::string("no document")
                                                                        : host.messages.front()));
@@ -384,14 +220,14 @@ int main(int argc, char** argv) {
                                             "-v", "dir=InOut",
                                             "-v", "lines=" + std::to_string(options.lines),
                                             "-v", "tables=" + std::string(tables),
-                                            "-f", (SourceDir() / "bench" / "analysis.awk").string(),
+                                            "-f", (fs::path(CW_SOURCE_DIR) / "bench" / "analysis.awk").string(),
                                             logPath.string()};
       Measured measured;
       for (int run = 0; run < options.awkRuns; ++run) {
-        const auto start = Clock::now();
+        const Stopwatch watch;
         double cpu = 0;
         measured.text = RunProgram(awk, &cpu);
-        measured.times.wall.push_back(Seconds(Clock::now() - start));
+        measured.times.wall.push_back(watch.Read().wallSeconds);
         measured.times.cpu.push_back(cpu);
       }
       return measured;
@@ -400,7 +236,7 @@ int main(int argc, char** argv) {
     const Measured awkLines = runAwk("lines");
     const bool withAwk = options.awkRuns > 0;
 
-    const long peakKb = PeakRssKb();
+    const double peakBytes = PeakResidentBytes();
     const double mb = static_cast<double>(logBytes) / 1e6;
 
     std::printf("%-56s %8s %8s %8s\n", "pass (median of the runs)", "wall s", "CPU s", "MB/s CPU");
@@ -444,8 +280,7 @@ int main(int argc, char** argv) {
     std::printf("progress/events per report:  %lld (daily), %lld (line usage)\n",
                 static_cast<long long>(daily.count), static_cast<long long>(lineUsage.count));
     std::printf("peak RSS: %.1f MB for a %.1f MB log = %.3f x the file (before loading: %.1f MB)\n",
-                static_cast<double>(peakKb) * 1024 / 1e6, mb, static_cast<double>(peakKb) * 1024 / 1e6 / mb,
-                static_cast<double>(rssBeforeKb) * 1024 / 1e6);
+                peakBytes / 1e6, mb, peakBytes / 1e6 / mb, peakBeforeBytes / 1e6);
 
     if (!withAwk) return 0;
     // The same tables, character for character apart from the spacing (with

@@ -9,11 +9,7 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -38,49 +34,23 @@ struct Options {
 
 Options ParseOptions(int argc, char** argv) {
   Options options;
-  for (int i = 1; i < argc; ++i) {
-    if (std::strcmp(argv[i], "--pages") == 0 && i + 1 < argc) {
-      options.pages = std::atoi(argv[++i]);
-    } else if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc) {
-      options.runs = std::atoi(argv[++i]);
-    } else if (std::strcmp(argv[i], "--png") == 0 && i + 1 < argc) {
-      options.pngDpi = std::atoi(argv[++i]);
-    } else {
-      std::fprintf(stderr, "usage: pdf_export_bench [--pages N] [--runs N] [--png DPI]\n");
-      std::exit(2);
-    }
-  }
-  if (options.pages < 1 || options.runs < 1) {
-    std::fprintf(stderr, "pdf_export_bench: --pages and --runs must be at least 1\n");
-    std::exit(2);
-  }
+  // --png 0 (the default) leaves the page images out.
+  ReadOptions(argc, argv, {{"--pages", options.pages, 1}, {"--runs", options.runs, 1}, {"--png", options.pngDpi, 0, 2400, "DPI"}});
   return options;
 }
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-struct Timing {
-  double seconds = 0;
-  double cpuSeconds = 0;
-};
 
 // Times one replay of the spool onto the device; exits on any problem, since
 // a figure for a failed export means nothing.
 template <class Device>
-Timing TimeReplay(const std::string& spool, Device& device, int expectedPages) {
-  const auto start = Clock::now();
-  const double cpuStart = ProcessCpuSeconds();
+Elapsed TimeReplay(const std::string& spool, Device& device, int expectedPages) {
+  const Stopwatch watch;
   const cw::ReplayResult result = cw::ReplaySpool(spool, device, cw::ReplayOptions{});
-  const Timing timing{std::chrono::duration<double>(Clock::now() - start).count(), ProcessCpuSeconds() - cpuStart};
+  const Elapsed elapsed = watch.Read();
   if (!result.problems.Empty() || result.pagesBegun != expectedPages) {
-    std::fprintf(stderr, "pdf_export_bench: the replay drew %d of %d pages with %lld problems\n", result.pagesBegun,
-                 expectedPages, static_cast<long long>(result.problems.Count()));
-    std::exit(1);
+    Fail("the replay drew " + std::to_string(result.pagesBegun) + " of " + std::to_string(expectedPages) +
+         " pages with " + std::to_string(result.problems.Count()) + " problems");
   }
-  return timing;
+  return elapsed;
 }
 
 }  // namespace
@@ -104,11 +74,11 @@ int main(int argc, char** argv) {
   for (int run = 0; run < options.runs; ++run) {
     const fs::path pdf = folder / "listing.pdf";
     cw::PdfPageDevice device(pdf.string(), "Call Detail");
-    const Timing timing = TimeReplay(spool, device, made.pages);
-    pdfRates.push_back(made.pages / timing.seconds);
+    const Elapsed timing = TimeReplay(spool, device, made.pages);
+    pdfRates.push_back(made.pages / timing.wallSeconds);
     pdfCpuRates.push_back(made.pages / timing.cpuSeconds);
     std::printf("run %d: PDF of %d pages (%.1f MB) in %.3f s (%.3f s of processor time)\n", run + 1, made.pages,
-                static_cast<double>(fs::file_size(pdf)) / 1e6, timing.seconds, timing.cpuSeconds);
+                static_cast<double>(fs::file_size(pdf)) / 1e6, timing.wallSeconds, timing.cpuSeconds);
   }
   std::printf("PDF export: %.0f pages/s, %.0f pages per second of processor time (median of %d)\n",
               Median(pdfRates), Median(pdfCpuRates), options.runs);
@@ -118,8 +88,8 @@ int main(int argc, char** argv) {
     std::vector<double> pngRates, pngCpuRates;
     for (int run = 0; run < options.runs; ++run) {
       cw::PngPageDevice device((folder / "pages").string(), options.pngDpi);
-      const Timing timing = TimeReplay(spool, device, made.pages);
-      pngRates.push_back(made.pages / timing.seconds);
+      const Elapsed timing = TimeReplay(spool, device, made.pages);
+      pngRates.push_back(made.pages / timing.wallSeconds);
       pngCpuRates.push_back(made.pages / timing.cpuSeconds);
     }
     std::printf("PNG export at %d dpi: %.1f pages/s, %.1f pages per second of processor time (median of %d)\n",

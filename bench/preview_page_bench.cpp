@@ -11,30 +11,24 @@
 // the time runs until the page is drawn and painted into the window.
 // Spools go to the temporary folder ($TMPDIR or /tmp) and are deleted.
 
-#include <sys/resource.h>
-
 #include <QApplication>
 #include <QKeyEvent>
 #include <QWidget>
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "forms/preview_form.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/orl_printer.h"
-#include "reports/report_host.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace cw::bench;
 
 struct Options {
   int pages = 5000;
@@ -43,53 +37,11 @@ struct Options {
 
 Options ParseOptions(int argc, char** argv) {
   Options options;
-  for (int i = 1; i < argc; ++i) {
-    if (std::strcmp(argv[i], "--pages") == 0 && i + 1 < argc) {
-      options.pages = std::atoi(argv[++i]);
-    } else if (std::strcmp(argv[i], "--rows") == 0 && i + 1 < argc) {
-      options.rows = std::atoi(argv[++i]);
-    } else {
-      std::fprintf(stderr, "usage: preview_page_bench [--pages N] [--rows N]\n");
-      std::exit(2);
-    }
-  }
-  if (options.pages < 2 || options.pages > 32000 || options.rows < 1 || options.rows > 60) {
-    std::fprintf(stderr, "preview_page_bench: --pages 2 to 32000, --rows 1 to 60\n");
-    std::exit(2);
-  }
+  ReadOptions(argc, argv, {{"--pages", options.pages, 2, 32000}, {"--rows", options.rows, 1, 60}});
   return options;
 }
 
-// A host with no screen of its own: boxes are counted, never shown.
-class QuietHost final : public cw::ReportHost {
- public:
-  cw::MessageAnswer MessageBox(std::string_view title, std::string_view text, cw::MessageIcon,
-                               cw::MessageButtons) override {
-    std::fprintf(stderr, "%.*s: %.*s\n", static_cast<int>(title.size()), title.data(), static_cast<int>(text.size()),
-                 text.data());
-    ++messages;
-    return cw::MessageAnswer::kOk;
-  }
-  void SetBusy(bool) override {}
-  void DoEvents() override {}
-  void Progress(std::int64_t, std::int64_t) override {}
-  void ShowPreview(cw::OrlPrinter&) override {}
-  void DrawBarChart(const cw::BarChartSpec&, const std::string&) override {}
-  cw::ScreenTwips Screen() override { return {}; }
-  cw::CivilDate Today() override { return cw::CivilDate::FromYmd(2026, 11, 22); }
-  cw::TimeOfDay Now() override { return 0; }
-  std::string AppTitle() override { return "preview_page_bench"; }
-  int messages = 0;
-};
-
-long ResidentKb(const char* field) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line)) {
-    if (line.rfind(field, 0) == 0) return std::atol(line.c_str() + std::strlen(field));
-  }
-  return 0;
-}
+constexpr double kMiB = 1024.0 * 1024.0;
 
 // A listing of `pages` pages, `rows` rows of four columns each.
 void WriteReport(cw::OrlPrinter& document, int pages, int rows) {
@@ -147,10 +99,10 @@ struct Run {
   double openMs = 0;
   Shown second, last, secondAgain;
   std::vector<double> random, all;
-  long rssBeforeKb = 0, rssAfterKb = 0;
+  double residentBefore = 0, residentAfter = 0;
 };
 
-Run Measure(QuietHost& host, int pages, int rows) {
+Run Measure(ScreenlessHost& host, int pages, int rows) {
   Run run;
   cw::FixedPitchMetrics metrics;
   cw::OrlPrinterEnvironment environment;
@@ -167,7 +119,7 @@ Run Measure(QuietHost& host, int pages, int rows) {
     QCoreApplication::processEvents();
     run.openMs = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     QWidget* page = form.findChild<QWidget*>("PageImg");
-    run.rssBeforeKb = ResidentKb("VmRSS:");
+    run.residentBefore = ResidentBytes();
 
     run.second = Press(form, page, Qt::Key_PageDown);
     run.last = Press(form, page, Qt::Key_PageDown, Qt::ControlModifier);
@@ -189,7 +141,7 @@ Run Measure(QuietHost& host, int pages, int rows) {
 
     Press(form, page, Qt::Key_PageUp, Qt::ControlModifier);
     for (int i = 1; i < pages; ++i) run.all.push_back(Press(form, page, Qt::Key_PageDown).milliseconds);
-    run.rssAfterKb = ResidentKb("VmRSS:");
+    run.residentAfter = ResidentBytes();
     if (form.CurrentPage() != pages) std::fprintf(stderr, "paging ended on page %d\n", form.CurrentPage());
     form.close();
   }
@@ -208,7 +160,7 @@ void Print(const char* name, int pages, const Run& run) {
   std::printf("  every page in turn (%zu): median %.2f ms, 99th %.2f ms, worst %.2f ms\n", run.all.size(),
               Percentile(run.all, 0.5), Percentile(run.all, 0.99), Percentile(run.all, 1.0));
   std::printf("  resident memory: %.1f MB after page 1, %.1f MB after paging through every page\n",
-              run.rssBeforeKb / 1024.0, run.rssAfterKb / 1024.0);
+              run.residentBefore / kMiB, run.residentAfter / kMiB);
 }
 
 }  // namespace
@@ -217,7 +169,7 @@ int main(int argc, char** argv) {
   const Options options = ParseOptions(argc, argv);
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  QuietHost host;
+  ScreenlessHost host;
 
   const int shortPages = std::min(50, options.pages);
   const Run shortRun = Measure(host, shortPages, options.rows);
@@ -225,6 +177,6 @@ int main(int argc, char** argv) {
   Print("short report", shortPages, shortRun);
   Print("long report", options.pages, longRun);
   std::printf("memory after paging, long less short report: %+.1f MB (peak resident %.1f MB)\n",
-              (longRun.rssAfterKb - shortRun.rssAfterKb) / 1024.0, ResidentKb("VmHWM:") / 1024.0);
-  return host.messages == 0 ? 0 : 1;
+              (longRun.residentAfter - shortRun.residentAfter) / kMiB, PeakResidentBytes() / kMiB);
+  return host.messages.empty() ? 0 : 1;
 }

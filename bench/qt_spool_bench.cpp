@@ -9,12 +9,7 @@
 //
 // The spool goes to the temporary folder ($TMPDIR or /tmp) and is deleted.
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -33,26 +28,8 @@ struct Options {
 
 Options ParseOptions(int argc, char** argv) {
   Options options;
-  for (int i = 1; i < argc; ++i) {
-    if (std::strcmp(argv[i], "--calls") == 0 && i + 1 < argc) {
-      options.calls = std::atol(argv[++i]);
-    } else if (std::strcmp(argv[i], "--runs") == 0 && i + 1 < argc) {
-      options.runs = std::atoi(argv[++i]);
-    } else {
-      std::fprintf(stderr, "usage: qt_spool_bench [--calls N] [--runs N]\n");
-      std::exit(2);
-    }
-  }
-  if (options.calls < kColumns || options.runs < 1) {
-    std::fprintf(stderr, "qt_spool_bench: --calls must be at least %d and --runs at least 1\n", kColumns);
-    std::exit(2);
-  }
+  ReadOptions(argc, argv, {{"--calls", options.calls, kColumns}, {"--runs", options.runs, 1}});
   return options;
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 }  // namespace
@@ -68,13 +45,13 @@ int main(int argc, char** argv) {
   std::vector<double> widthRates;
   double sink = 0;
   for (int run = 0; run < options.runs; ++run) {
-    const auto start = Clock::now();
+    const Stopwatch watch;
     long measured = 0;
     for (std::size_t row = 0; measured < options.calls; row = (row + 1) % rows.size()) {
       for (const std::string& text : rows[row]) sink += metrics.TextWidth(body, text);
       measured += kColumns;
     }
-    widthRates.push_back(measured / std::chrono::duration<double>(Clock::now() - start).count());
+    widthRates.push_back(static_cast<double>(measured) / watch.Read().wallSeconds);
   }
 
   std::vector<double> callRates, cpuCallRates, megabytesPerSecond;

@@ -13,24 +13,20 @@
 // The log (CallLog-<N>MiB.txt under $CW_BENCH_DATA, default bench/data) is made
 // by cw_make_demo when it is not there yet.
 
-#include <spawn.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "bench_support.h"
 #include "data/call_record.h"
 #include "data/log_buffer.h"
 #include "data/log_conversions.h"
@@ -38,12 +34,10 @@
 #include "support/date_format.h"
 #include "support/runtime_error.h"
 
-extern char** environ;
-
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
+using namespace cw::bench;
 
 struct Options {
   long sizeMb = 1024;
@@ -53,105 +47,15 @@ struct Options {
   std::string passes = "abwc";  // which passes to run: a, b, w (b'), c
 };
 
-[[noreturn]] void Fail(const std::string& message) {
-  std::fprintf(stderr, "read_select_bench: %s\n", message.c_str());
-  std::exit(1);
-}
-
 Options ParseOptions(int argc, char** argv) {
   Options options;
-  for (int i = 1; i < argc; ++i) {
-    const std::string_view option = argv[i];
-    if (i + 1 >= argc) Fail("missing value after " + std::string(option));
-    if (option == "--passes") {
-      options.passes = argv[++i];
-      continue;
-    }
-    const long value = std::strtol(argv[++i], nullptr, 10);
-    if (value < 1) Fail(std::string(option) + " needs a whole number above 0");
-    if (option == "--size-mb") {
-      options.sizeMb = value;
-    } else if (option == "--runs") {
-      options.runs = static_cast<int>(value);
-    } else if (option == "--awk-runs") {
-      options.awkRuns = static_cast<int>(value);
-    } else if (option == "--months") {
-      options.months = static_cast<int>(value);
-    } else {
-      Fail("unknown option " + std::string(option) +
-           " (options: --size-mb N --runs N --awk-runs N --months N --passes abwc)");
-    }
-  }
+  ReadOptions(argc, argv,
+              {{"--size-mb", options.sizeMb, 1},
+               {"--runs", options.runs, 1},
+               {"--awk-runs", options.awkRuns, 1},
+               {"--months", options.months, 1},
+               {"--passes", options.passes, "abwc"}});
   return options;
-}
-
-double Seconds(Clock::duration d) { return std::chrono::duration<double>(d).count(); }
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const std::size_t n = values.size();
-  return n % 2 == 1 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
-}
-
-// Runs a program and returns its standard output; fails the bench when it
-// cannot be started or does not end with status 0.
-std::string RunProgram(const std::vector<std::string>& args) {
-  int out[2];
-  if (::pipe(out) != 0) Fail("pipe failed");
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-  posix_spawn_file_actions_addclose(&actions, out[0]);
-  std::vector<char*> argv;
-  for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  const int spawned = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  ::close(out[1]);
-  if (spawned != 0) {
-    ::close(out[0]);
-    Fail("cannot start " + args[0] + ": " + std::strerror(spawned));
-  }
-  std::string output;
-  char chunk[4096];
-  ssize_t n;
-  while ((n = ::read(out[0], chunk, sizeof chunk)) > 0) output.append(chunk, static_cast<std::size_t>(n));
-  ::close(out[0]);
-  int status = 0;
-  ::waitpid(pid, &status, 0);
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) Fail(args[0] + " failed");
-  return output;
-}
-
-fs::path SourceDir() { return CW_SOURCE_DIR; }
-
-fs::path MakeLog(const Options& options) {
-  const char* dataDir = std::getenv("CW_BENCH_DATA");
-  const fs::path dir = dataDir != nullptr && *dataDir != '\0' ? fs::path(dataDir) : SourceDir() / "bench" / "data";
-  const fs::path log = dir / ("CallLog-" + std::to_string(options.sizeMb) + "MiB.txt");
-  if (fs::exists(log)) return log;
-
-  const char* fromEnvironment = std::getenv("CW_MAKE_DEMO");
-  const fs::path generator = fromEnvironment != nullptr && *fromEnvironment != '\0'
-                                 ? fs::path(fromEnvironment)
-                                 : fs::path(CW_BINARY_DIR) / "examples" / "demo" / "cw_make_demo";
-  if (!fs::exists(generator)) {
-    Fail("the log generator " + generator.string() + " is missing: build the target cw_make_demo");
-  }
-  fs::create_directories(dir);
-  std::printf("generating %s with %s ...\n", log.c_str(), generator.c_str());
-  std::fflush(stdout);
-  const auto start = Clock::now();
-  RunProgram({generator.string(), "--size-mb", std::to_string(options.sizeMb), "--log", log.string()});
-  std::printf("generated in %.1f s\n", Seconds(Clock::now() - start));
-  return log;
-}
-
-long PeakRssKb() {
-  rusage usage{};
-  ::getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
 }
 
 // The record that starts at or after offset (its line, trimmed of its end).
@@ -160,12 +64,6 @@ cw::CallRecord RecordNear(std::string_view buffer, std::size_t offset) {
   start = start == std::string_view::npos ? 0 : start + 1;
   const std::size_t end = buffer.find("\r\n", start);
   return cw::CallRecord(buffer.substr(start, end - start));
-}
-
-std::string Yyyymmdd(cw::CivilDate date) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%04d%02d%02d", date.Year(), date.Month(), date.Day());
-  return text;
 }
 
 struct Measured {
@@ -177,11 +75,7 @@ struct Measured {
 
 // CPU seconds used so far by this process, or by its finished children.
 double CpuSeconds(bool children) {
-  if (!children) {
-    timespec now{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-  }
+  if (!children) return ProcessCpuSeconds();
   rusage usage{};
   ::getrusage(RUSAGE_CHILDREN, &usage);
   auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6; };
@@ -196,9 +90,9 @@ Measured Repeat(int runs, bool inChild, const std::function<std::pair<std::size_
   std::pair<std::size_t, std::int64_t> outcome{};
   for (int k = 0; k < runs; ++k) {
     const double cpuStart = CpuSeconds(inChild);
-    const auto start = Clock::now();
+    const Stopwatch watch;
     outcome = pass();
-    wall.push_back(Seconds(Clock::now() - start));
+    wall.push_back(watch.Read().wallSeconds);
     cpu.push_back(CpuSeconds(inChild) - cpuStart);
   }
   return {Median(cpu), Median(wall), outcome.first, outcome.second};
@@ -211,12 +105,12 @@ double MBps(const Measured& m) { return static_cast<double>(m.bytes) / 1e6 / m.s
 int main(int argc, char** argv) {
   const Options options = ParseOptions(argc, argv);
   try {
-    const fs::path logPath = MakeLog(options);
-    const long rssBeforeKb = PeakRssKb();
+    const fs::path logPath = DemoLogOfSize(options.sizeMb);
+    const double peakBeforeBytes = PeakResidentBytes();
 
-    const auto loadStart = Clock::now();
+    const Stopwatch loadWatch;
     const cw::LogBuffer log = cw::LogBuffer::Load(logPath.string());
-    const double loadSeconds = Seconds(Clock::now() - loadStart);
+    const double loadSeconds = loadWatch.Read().wallSeconds;
     const std::string_view buffer = log.Text();
     if (buffer.size() < 1000) Fail("the log " + logPath.string() + " is nearly empty");
 
@@ -284,7 +178,7 @@ int main(int argc, char** argv) {
                                           "-v", "to=" + Yyyymmdd(to),
                                           "-v", "dir=In",
                                           "-v", "numbers=" + numbers,
-                                          "-f", (SourceDir() / "bench" / "select.awk").string(),
+                                          "-f", (fs::path(CW_SOURCE_DIR) / "bench" / "select.awk").string(),
                                           logPath.string()};
     const std::size_t periodBytes = select ? select->bytes : buffer.size();
     const auto mawk = measure('c', options.awkRuns, true, [&awk, periodBytes] {
@@ -306,7 +200,7 @@ int main(int argc, char** argv) {
       pairedRatio = Median(ratios);
     }
 
-    const long peakKb = PeakRssKb();
+    const double peakBytes = PeakResidentBytes();
     const double fileMb = static_cast<double>(buffer.size()) / 1e6;
 
     std::printf("%-46s %8s %8s %8s %10s\n", "pass (median)", "cpu s", "wall s", "MB/s", "found");
@@ -340,8 +234,7 @@ int main(int argc, char** argv) {
     }
     std::printf("peak RSS: %.1f MB for a %.1f MB log = %.3f x the file (before loading: %.1f MB; "
                 "target: at most 1.10)\n",
-                static_cast<double>(peakKb) * 1024 / 1e6, fileMb,
-                static_cast<double>(peakKb) * 1024 / 1e6 / fileMb, static_cast<double>(rssBeforeKb) * 1024 / 1e6);
+                peakBytes / 1e6, fileMb, peakBytes / 1e6 / fileMb, peakBeforeBytes / 1e6);
     if (select && mawk && mawk->result != select->result) {
       std::printf("MISMATCH: mawk selected %lld calls, the reader %lld\n", static_cast<long long>(mawk->result),
                   static_cast<long long>(select->result));

@@ -23,6 +23,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "forms/desktop_report_host.h"
 #include "forms/preview_form.h"
 #include "forms/report_form_window.h"
@@ -57,7 +58,7 @@ struct Figures {
   std::vector<double> ms;
   void Print(const char* what) {
     std::sort(ms.begin(), ms.end());
-    std::printf("%-58s min %7.1f  median %7.1f  max %7.1f ms  (%zu runs)\n", what, ms.front(), ms[ms.size() / 2],
+    std::printf("%-58s min %7.1f  median %7.1f  max %7.1f ms  (%zu runs)\n", what, ms.front(), cw::bench::Median(ms),
                 ms.back(), ms.size());
   }
 };

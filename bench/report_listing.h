@@ -4,9 +4,6 @@
 // every page, in the reports' fonts (Times New Roman 9, Arial 9 bold), laid
 // out by OrlPrinter with the given metrics.
 
-#include <time.h>
-
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,20 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "bench_support.h"
 #include "printer/orl_printer.h"
 
 namespace cw::bench {
-
-using Clock = std::chrono::steady_clock;
-
-// Seconds of processor time used by this process (user and system). On a
-// machine shared with other work the wall clock counts their time too; both
-// figures are printed.
-inline double ProcessCpuSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + now.tv_nsec / 1e9;
-}
 
 constexpr int kColumns = 10;
 constexpr double kColumnX[kColumns] = {0.3, 1.1, 1.8, 2.2, 2.6, 3.8, 5.3, 6.0, 6.5, 7.0};
@@ -79,10 +66,7 @@ inline SpoolRun SpoolListing(TextMetrics& metrics, const std::vector<std::vector
   OrlPrinterEnvironment environment;
   environment.metrics = &metrics;
   environment.today = [] { return CivilDate::FromYmd(2026, 11, 22); };
-  environment.showError = [](const std::string& text) {
-    std::fprintf(stderr, "bench: %s\n", text.c_str());
-    std::exit(1);
-  };
+  environment.showError = [](const std::string& text) { Fail(text); };
   OrlPrinter printer(environment);
   printer.OnNewPage = [&printer](std::int16_t) {
     printer.SetFont("Arial", 9, 1);
@@ -92,8 +76,7 @@ inline SpoolRun SpoolListing(TextMetrics& metrics, const std::vector<std::vector
   };
 
   SpoolRun run;
-  const auto start = Clock::now();
-  const double cpuStart = ProcessCpuSeconds();
+  const Stopwatch watch;
   printer.BeginDoc();
   printer.SetScaleMode(5);
   printer.SetSpacing(1.0);
@@ -115,8 +98,9 @@ inline SpoolRun SpoolListing(TextMetrics& metrics, const std::vector<std::vector
     if (++row == rows.size()) row = 0;
   }
   printer.EndDoc();
-  run.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-  run.cpuSeconds = ProcessCpuSeconds() - cpuStart;
+  const Elapsed elapsed = watch.Read();
+  run.seconds = elapsed.wallSeconds;
+  run.cpuSeconds = elapsed.cpuSeconds;
   run.spoolBytes = static_cast<double>(std::filesystem::file_size(printer.PrintFile()));
   run.pages = printer.TotalPages();
   if (keptSpool != nullptr) {
