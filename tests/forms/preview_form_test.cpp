@@ -213,17 +213,6 @@ class PreviewFormTest : public QObject {
     QCOMPARE(form->ZoomFactor(), (std::floor(form->width() * tpp) - barWidth) / 15840 - 0.05);
   }
 
-  void zoomNeverBelowATenth() {
-    Report report;
-    report.Make(1);
-    auto form = Open(*report.document);
-    Pick(*form, "Full Page");
-    Resize(*form, QSize(10, 10));
-    QCOMPARE(form->ZoomFactor(), 0.1);
-    Pick(*form, "Page Width");
-    QCOMPARE(form->ZoomFactor(), 0.1);
-  }
-
   void initialZoomFromZoomPercent() {
     struct Row {
       int percent;
@@ -393,7 +382,7 @@ class PreviewFormTest : public QObject {
     QVERIFY(maximised.windowState() & Qt::WindowMaximized);
   }
 
-  void closeButtonCaptionAndWidth() {
+  void buttonsAndCloseCaption() {
     Report report;
     report.Make(1);
     report.document->Options().closeButtonCaption.clear();
@@ -414,21 +403,18 @@ class PreviewFormTest : public QObject {
     QCOMPARE(wide->width(), wide->fontMetrics().horizontalAdvance(wide->text()) + 20);
     QVERIFY(wide->width() > least);
 
-    QTest::mouseClick(close, Qt::LeftButton);
-    QVERIFY(!form->isVisible());
-  }
-
-  void buttonsShownByTheDocument() {
-    Report report;
-    report.Make(1);
+    // The document chooses which buttons are shown.
     OrlPrinter::OutputOptions& options = report.document->Options();
     options.showPreviewPrint = false;
     options.showPreviewSave = true;
     options.showPreviewFind = false;
-    auto form = Open(*report.document);
-    QVERIFY(!Child<QPushButton>(*form, "PrintBtn")->isVisible());
-    QVERIFY(Child<QPushButton>(*form, "SaveBtn")->isVisible());
-    QVERIFY(!Child<QPushButton>(*form, "FindBtn")->isVisible());
+    auto chosen = Open(*report.document);
+    QVERIFY(!Child<QPushButton>(*chosen, "PrintBtn")->isVisible());
+    QVERIFY(Child<QPushButton>(*chosen, "SaveBtn")->isVisible());
+    QVERIFY(!Child<QPushButton>(*chosen, "FindBtn")->isVisible());
+
+    QTest::mouseClick(close, Qt::LeftButton);
+    QVERIFY(!form->isVisible());
   }
 
   void findButtonAndFindKeysDoNothing() {

@@ -7,9 +7,7 @@
 #include <QComboBox>
 #include <QDateTime>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -38,8 +36,6 @@ const char* const kPageTexts[] = {"PAGEONEALPHA", "PAGETWOBRAVO", "PAGETHREECHAR
 
 QString QueueName() { return QString::fromStdString(cw::testing::CupsPdfQueueName()); }
 
-QString CupsPdfFolder() { return QFile::decodeName(cw::testing::CupsPdfFolder().c_str()); }
-
 QString RunTool(const QString& program, const QStringList& arguments) {
   QProcess process;
   process.start(program, arguments);
@@ -48,12 +44,6 @@ QString RunTool(const QString& program, const QStringList& arguments) {
     return {};
   }
   return QString::fromLocal8Bit(process.readAllStandardOutput());
-}
-
-int PdfPages(const QString& pdf) {
-  const QRegularExpressionMatch match =
-      QRegularExpression(QStringLiteral("Pages:\\s+(\\d+)")).match(RunTool(QStringLiteral("pdfinfo"), {pdf}));
-  return match.hasMatch() ? match.captured(1).toInt() : -1;
 }
 
 // Three pages, each with its own word one inch from the left edge, the first
@@ -142,19 +132,6 @@ void WhenDialogShows(std::function<void(QWidget&)> answer) {
   timer->start();
 }
 
-// The job's PDF: the queue works in the background, so wait (bounded) for a
-// finished file whose name holds the job title.
-QString WaitForPdf(const QString& folder, const QString& token) {
-  QElapsedTimer clock;
-  clock.start();
-  while (clock.elapsed() < 90000) {
-    const QFileInfoList files = QDir(folder).entryInfoList({QStringLiteral("*%1*.pdf").arg(token)}, QDir::Files);
-    if (!files.isEmpty() && PdfPages(files.first().absoluteFilePath()) > 0) return files.first().absoluteFilePath();
-    QTest::qWait(250);
-  }
-  return {};
-}
-
 }  // namespace
 
 class PrintCupsTest : public QObject {
@@ -170,6 +147,7 @@ class PrintCupsTest : public QObject {
     }
     const QString token =
         QStringLiteral("cwprint%1x%2").arg(QCoreApplication::applicationPid()).arg(QDateTime::currentMSecsSinceEpoch());
+    const std::set<std::filesystem::path> before = cw::testing::PdfsIn(cw::testing::CupsPdfFolder());
 
     QtTextMetrics metrics;
     OrlPrinterEnvironment environment;
@@ -218,13 +196,13 @@ class PrintCupsTest : public QObject {
     QCOMPARE(document.Options().printToPage, std::int16_t{3});
     QCOMPARE(document.Options().printCopies, std::int16_t{2});
 
-    const QString pdf = WaitForPdf(CupsPdfFolder(), token);
-    QVERIFY2(!pdf.isEmpty(), qPrintable(QStringLiteral("no PDF of the job in %1").arg(CupsPdfFolder())));
     QTemporaryDir work;
     QVERIFY(work.isValid());
     const QString kept = work.filePath(QStringLiteral("printed.pdf"));
-    QVERIFY(QFile::rename(pdf, kept) || (QFile::copy(pdf, kept) && QFile::remove(pdf)));
-    QCOMPARE(PdfPages(kept), 4);
+    QVERIFY2(!cw::testing::TakeNewPdf(cw::testing::CupsPdfFolder(), before, token.toStdString(), kept.toStdString())
+                  .empty(),
+             cw::testing::CupsPdfFolder().c_str());
+    QCOMPARE(cw::testing::PdfPageCount(kept.toStdString()), 4);
 
     // The queue turns the job's fonts into outlines, so its pages are told
     // apart by where their marks are: each is matched with the document's

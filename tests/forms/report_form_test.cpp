@@ -148,6 +148,9 @@ class Bench {
     store.values[{app, "Reports", key}] = value;
   }
   void Set(const std::string& key, const std::string& value) { Set(kRingtally, key, value); }
+  void Set(std::initializer_list<std::pair<std::string, std::string>> values) {
+    for (const auto& [key, value] : values) Set(key, value);
+  }
   std::string Saved(const std::string& key) const { return store.Reports(kRingtally, key); }
 
   cw::fReport& Load() {
@@ -342,12 +345,8 @@ void ReportFormTest::everyTabHandsItsStateToTheRequest() {
 
 void ReportFormTest::userChoicesAreSavedAtUnloadAndRestoredAtLoad() {
   Bench bench;
-  bench.Set("LastTab", "5");
-  bench.Set("FromDate", "10/01/2026");
-  bench.Set("ToDate", "10/31/2026");
-  bench.Set("CallType", "Out");
-  bench.Set("PrintChart", "0");
-  bench.Set("Condensed", "1");
+  bench.Set({{"LastTab", "5"}, {"FromDate", "10/01/2026"}, {"ToDate", "10/31/2026"}, {"CallType", "Out"},
+             {"PrintChart", "0"}, {"Condensed", "1"}});
   bench.Load();
   QCOMPARE(bench.form->ReportKind(), 5);
   QCOMPARE(bench.Get<QTabBar>("TabStrip")->currentIndex(), 4);
@@ -394,9 +393,7 @@ void ReportFormTest::lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
     QCOMPARE(bench.form->ReportKind(), tab);
   }
   Bench bench;
-  bench.Set("LastTab", "7");
-  bench.Set("PrintChart", "1");
-  bench.Set("Condensed", "1");
+  bench.Set({{"LastTab", "7"}, {"PrintChart", "1"}, {"Condensed", "1"}});
   bench.Load();
   QCOMPARE(bench.form->ReportKind(), 7);
   QVERIFY(!bench.Get<QCheckBox>("chkChart")->isChecked());
@@ -415,14 +412,8 @@ void ReportFormTest::lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
 
 void ReportFormTest::tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
   Bench bench;
-  bench.Set("CallType", "InOut");
-  bench.Set("FromDate", "09/01/2026");
-  bench.Set("Select Seconds", "1");
-  bench.Set("Abandoned Seconds", "45");
-  bench.Set("Select Rings", "1");
-  bench.Set("Abandoned Rings", "3");
-  bench.Set("Select Answered", "0");
-  bench.Set("Select InOut", "1");
+  bench.Set({{"CallType", "InOut"}, {"FromDate", "09/01/2026"}, {"Select Seconds", "1"}, {"Abandoned Seconds", "45"},
+             {"Select Rings", "1"}, {"Abandoned Rings", "3"}, {"Select Answered", "0"}, {"Select InOut", "1"}});
   bench.Load();
   QVERIFY(bench.Get<QRadioButton>("Option3")->isChecked());
   QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("09/01/2026"));
@@ -508,8 +499,7 @@ void ReportFormTest::optionsOfEachTab() {
 
 void ReportFormTest::periodButtonsSetTheDates() {
   Bench bench;
-  bench.Set("FromDate", "01/01/2026");
-  bench.Set("ToDate", "12/31/2026");
+  bench.Set({{"FromDate", "01/01/2026"}, {"ToDate", "12/31/2026"}});
   bench.Load();
   // Sunday 11/22/2026: the week starts that day, and To stays.
   bench.Click("oTimePeriod_1");

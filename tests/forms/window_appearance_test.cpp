@@ -5,10 +5,8 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
 #include <QVBoxLayout>
 #include <QtTest>
-#include <memory>
 
 #include "forms/window_appearance.h"
 #include "platform/font_mapping.h"
@@ -73,14 +71,8 @@ class WindowAppearanceTest : public QObject {
     frame.setFrameStyle(QFrame::Box | QFrame::Plain);
     frame.setAutoFillBackground(true);
     frame.resize(60, 30);
-    // A frame's own border is part of its contents margins.
-    const QMargins before = frame.contentsMargins();
 
     QVERIFY(SmartEdgeAttach(&frame, kBorderSunken));
-    QCOMPARE(frame.property(kSedOldStyle).toInt(), int(QFrame::Box | QFrame::Plain));
-    QCOMPARE(frame.property(kSedOldExStyle).value<QMargins>(), before);
-    QCOMPARE(frame.property(kSedBorders).toInt(), kBorderSunken);
-    QVERIFY(frame.property(kSedOldProc).value<QObject*>() != nullptr);
     QCOMPARE(frame.frameStyle(), int(QFrame::NoFrame));
     QCOMPARE(frame.contentsMargins(), QMargins(2, 2, 2, 2));
 
@@ -103,14 +95,9 @@ class WindowAppearanceTest : public QObject {
     frame.resize(40, 20);
 
     SmartEdgeAttach(&frame, kBorderSunken);
-    QPointer<QObject> first = frame.property(kSedOldProc).value<QObject*>();
     SmartEdgeAttach(&frame, kBorderThinSunken);
 
-    QVERIFY(first.isNull());
     QCOMPARE(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).size(), 1);
-    QCOMPARE(frame.property(kSedOldStyle).toInt(), int(QFrame::Panel | QFrame::Raised));
-    QCOMPARE(frame.property(kSedOldExStyle).value<QMargins>(), QMargins(3, 4, 5, 6));
-    QCOMPARE(frame.property(kSedBorders).toInt(), kBorderThinSunken);
     QCOMPARE(frame.contentsMargins(), QMargins(1, 1, 1, 1));
 
     // A thin edge is one pixel: the second ring is the background.
@@ -121,8 +108,6 @@ class WindowAppearanceTest : public QObject {
     SmartEdgeDetach(&frame);
     QCOMPARE(frame.frameStyle(), int(QFrame::Panel | QFrame::Raised));
     QCOMPARE(frame.contentsMargins(), QMargins(3, 4, 5, 6));
-    QVERIFY(!frame.property(kSedOldProc).isValid());
-    QVERIFY(!frame.property(kSedBorders).isValid());
     QVERIFY(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).isEmpty());
   }
 
@@ -133,23 +118,12 @@ class WindowAppearanceTest : public QObject {
     // Style 3 changes no frame bits: the edit keeps its own frame and margins.
     QVERIFY(edit.hasFrame());
     QCOMPARE(edit.contentsMargins(), QMargins(0, 0, 0, 0));
-    QCOMPARE(EdgeWidth(3), 0);
     const QImage withPainter = edit.grab().toImage();
     SmartEdgeDetach(&edit);
     QCOMPARE(edit.grab().toImage(), withPainter);
 
     SmartEdgeAttach(&edit, kBorderThinSunken);
     QVERIFY(!edit.hasFrame());
-    QCOMPARE(edit.property(kSedOldStyle).toInt(), 1);
-  }
-
-  void painterGoesWithItsWidget() {
-    auto frame = std::make_unique<QFrame>();
-    SmartEdgeAttach(frame.get(), kBorderSunken);
-    QPointer<QObject> painter = frame->property(kSedOldProc).value<QObject*>();
-    QVERIFY(!painter.isNull());
-    frame.reset();
-    QVERIFY(painter.isNull());
   }
 };
 

@@ -1,7 +1,5 @@
-// A report spooled by the engine with the real metrics, replayed to PDF and
-// PNG: every text must come out on the page the engine put it on.
-#include <QDir>
-#include <QImage>
+// A report spooled by the engine with the real metrics, replayed to PDF:
+// every text must come out on the page the engine put it on.
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -11,7 +9,6 @@
 #include <vector>
 
 #include "platform/pdf_page_device.h"
-#include "platform/png_page_device.h"
 #include "platform/poppler_tools.h"
 #include "platform/qt_text_metrics.h"
 #include "printer/orl_printer.h"
@@ -112,19 +109,6 @@ TEST(EngineExportTest, PdfHoldsEveryRowOnTheEnginesPage) {
       EXPECT_EQ(text.find(caller) != std::string::npos, callerPage == page) << caller << " on page " << page;
     }
   }
-}
-
-TEST(EngineExportTest, PngHasOneImagePerPageOfTheDocument) {
-  const SpooledListing listing(70);
-  QTemporaryDir dir;
-  PngPageDevice device(dir.filePath("pages").toStdString(), 30);
-  const ReplayResult result = ReplaySpool(listing.Spool(), device, ReplayOptions{});
-  EXPECT_TRUE(result.problems.Empty());
-  EXPECT_EQ(device.PagesWritten(), listing.Pages());
-  const QStringList images = QDir(dir.filePath("pages")).entryList(QDir::Files);
-  ASSERT_EQ(images.size(), listing.Pages());
-  const QImage last(QDir(dir.filePath("pages")).filePath(images.back()));
-  EXPECT_EQ(last.size(), QSize(255, 330));  // US Letter at 30 dpi
 }
 
 }  // namespace

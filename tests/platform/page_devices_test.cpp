@@ -137,42 +137,6 @@ TEST(PdfPageDeviceTest, LandscapeEmptyDocumentAndPictures) {
   EXPECT_NE(RunTool("pdfinfo", {empty}).find("Pages:           1"), std::string::npos);
 }
 
-TEST(PdfPageDeviceTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
-  QTemporaryDir dir;
-  // A path below a regular file can never be created, whoever runs the test.
-  QFile blocker(dir.filePath("file"));
-  ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-  blocker.close();
-  PdfPageDevice blocked(dir.filePath("file/report.pdf").toStdString());
-  try {
-    blocked.BeginDocument(kLetter);
-    FAIL() << "no error for an unwritable path";
-  } catch (const RuntimeError& error) {
-    EXPECT_TRUE(error.Number() == err::kPathNotFound || error.Number() == err::kPathFileAccess);
-    EXPECT_NE(std::string(error.what()).find("file/report.pdf"), std::string::npos) << error.what();
-  }
-  PdfPageDevice missingFolder(dir.filePath("no/such/folder/report.pdf").toStdString());
-  try {
-    missingFolder.BeginDocument(kLetter);
-    FAIL() << "no error for a missing folder";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathNotFound);
-  }
-
-  {
-    PdfPageDevice device(dir.filePath("cut.pdf").toStdString());
-    device.BeginDocument(kLetter);
-    device.BeginPage();
-    device.SetFont(Arial9());
-    device.Text(0, 0, "never finished");
-  }
-  EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"file"});
-
-  PdfPageDevice absurd(dir.filePath("absurd.pdf").toStdString());
-  EXPECT_THROW(absurd.BeginDocument(PageSetup{0, 15840, 1}), RuntimeError);
-  EXPECT_THROW(absurd.BeginDocument(PageSetup{12240, 1e12, 1}), RuntimeError);
-}
-
 TEST(PngPageDeviceTest, OnePictureAPageAtTheChosenResolution) {
   QTemporaryDir dir;
   const QString folder = dir.filePath("pages");
@@ -228,14 +192,41 @@ TEST(PngPageDeviceTest, OnePictureAPageAtTheChosenResolution) {
   EXPECT_THROW(PngPageDevice(folder.toStdString(), 601), RuntimeError);
 }
 
-TEST(PngPageDeviceTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
+TEST(PageDevicesTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
   QTemporaryDir dir;
+  // A path below a regular file can never be created, whoever runs the test.
   QFile blocker(dir.filePath("file"));
   ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
   blocker.close();
-  PngPageDevice blocked(dir.filePath("file/pages").toStdString(), 50);
-  EXPECT_THROW(blocked.BeginDocument(kLetter), RuntimeError);
+  PdfPageDevice blocked(dir.filePath("file/report.pdf").toStdString());
+  try {
+    blocked.BeginDocument(kLetter);
+    FAIL() << "no error for an unwritable path";
+  } catch (const RuntimeError& error) {
+    EXPECT_TRUE(error.Number() == err::kPathNotFound || error.Number() == err::kPathFileAccess);
+    EXPECT_NE(std::string(error.what()).find("file/report.pdf"), std::string::npos) << error.what();
+  }
+  PdfPageDevice missingFolder(dir.filePath("no/such/folder/report.pdf").toStdString());
+  try {
+    missingFolder.BeginDocument(kLetter);
+    FAIL() << "no error for a missing folder";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), err::kPathNotFound);
+  }
+  PngPageDevice blockedPng(dir.filePath("file/pages").toStdString(), 50);
+  EXPECT_THROW(blockedPng.BeginDocument(kLetter), RuntimeError);
+  PdfPageDevice absurd(dir.filePath("absurd.pdf").toStdString());
+  EXPECT_THROW(absurd.BeginDocument(PageSetup{0, 15840, 1}), RuntimeError);
+  EXPECT_THROW(absurd.BeginDocument(PageSetup{12240, 1e12, 1}), RuntimeError);
 
+  // Documents dropped before their end: the PDF and the pages written so far go.
+  {
+    PdfPageDevice device(dir.filePath("cut.pdf").toStdString());
+    device.BeginDocument(kLetter);
+    device.BeginPage();
+    device.SetFont(Arial9());
+    device.Text(0, 0, "never finished");
+  }
   const QString folder = dir.filePath("cut");
   {
     PngPageDevice device(folder.toStdString(), 50);
@@ -246,6 +237,7 @@ TEST(PngPageDeviceTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{"page-0001.png"});
   }
   EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
+  EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"file"});
 }
 
 }  // namespace
