@@ -29,6 +29,7 @@
 #include "platform/qt_text_metrics.h"
 #include "printer/orl_printer.h"
 #include "testing/memory_settings_store.h"
+#include "testing/recording_host.h"
 
 using cw::CivilDate;
 using cw::MessageAnswer;
@@ -44,12 +45,7 @@ const QString kDemoFolder = QStringLiteral(CW_TEST_DATA_DIR "/../../examples/dem
 // Answers every question a window would ask, and writes each one down.
 class TestHost final : public cw::DesktopReportHost {
  public:
-  struct Message {
-    std::string title;
-    std::string text;
-    MessageIcon icon;
-    MessageButtons buttons;
-  };
+  using Message = cw::testing::RecordingHost::Message;
   struct Input {
     std::string prompt;
     std::string title;
