@@ -41,7 +41,8 @@ using Clock = std::chrono::steady_clock;
   std::exit(1);
 }
 
-// One "--name VALUE" option of a bench, stored straight into its options.
+// One "--name VALUE" option, stored straight into the bench's own options so
+// that each bench only lists its options and their ranges.
 class Option {
  public:
   // A whole number from least to most; the placeholder names it in the usage line.
@@ -103,15 +104,18 @@ inline void ReadOptions(int argc, char** argv, std::initializer_list<Option> opt
   }
 }
 
+// Seconds as the benches print them, from the steady clock's ticks.
 inline double Seconds(Clock::duration duration) { return std::chrono::duration<double>(duration).count(); }
 
-// Processor time used by this process (user and system, every thread).
+// Processor time used by this process (user and system, every thread): the
+// figure other programs on a shared machine disturb least.
 inline double ProcessCpuSeconds() {
   timespec now{};
   ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
 }
 
+// One interval on both clocks, so that every figure can be given both ways.
 struct Elapsed {
   double wallSeconds = 0;
   double cpuSeconds = 0;
@@ -146,7 +150,7 @@ inline double Median(std::vector<double> values) {
   return n % 2 == 1 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
 }
 
-// Resident memory now, in bytes.
+// Resident memory now, in bytes: what a pass holds once it is done.
 inline double ResidentBytes() {
   std::ifstream statm("/proc/self/statm");
   long pages = 0;
@@ -155,16 +159,18 @@ inline double ResidentBytes() {
   return static_cast<double>(resident) * static_cast<double>(::sysconf(_SC_PAGESIZE));
 }
 
-// Resident memory at this process's peak so far, in bytes.
+// Resident memory at this process's peak so far, in bytes: what a pass needed
+// at its worst, which the memory targets are about.
 inline double PeakResidentBytes() {
   rusage usage{};
   ::getrusage(RUSAGE_SELF, &usage);
   return static_cast<double>(usage.ru_maxrss) * 1024;
 }
 
-// Runs a program and returns its standard output, and in cpuSeconds (when
-// given) the user and system time it used; fails the bench when it cannot be
-// started or does not end with status 0.
+// Runs a program (the log generator, mawk) and returns its standard output,
+// and in cpuSeconds (when given) the user and system time it used, measured
+// apart from this process's own; fails the bench when it cannot be started or
+// does not end with status 0.
 inline std::string RunProgram(const std::vector<std::string>& args, double* cpuSeconds = nullptr) {
   int out[2];
   if (::pipe(out) != 0) Fail("pipe failed");
@@ -208,7 +214,8 @@ inline std::filesystem::path BenchDataFolder() {
 }
 
 // The log at `log`, made by the demo generator (cw_make_demo of the build
-// tree, or $CW_MAKE_DEMO) with the given options when it is not there yet.
+// tree, or $CW_MAKE_DEMO) with the given options only when it is not there
+// yet, since a large one takes a while.
 inline std::filesystem::path DemoLog(const std::filesystem::path& log, const std::vector<std::string>& options) {
   namespace fs = std::filesystem;
   if (fs::exists(log)) return log;
@@ -231,13 +238,15 @@ inline std::filesystem::path DemoLog(const std::filesystem::path& log, const std
   return log;
 }
 
-// The log of about `megabytes` MiB that the read-and-select benches share.
+// The log of about `megabytes` MiB, one file for analysis_bench and
+// read_select_bench so that their figures are over the same calls.
 inline std::filesystem::path DemoLogOfSize(long megabytes) {
   return DemoLog(BenchDataFolder() / ("CallLog-" + std::to_string(megabytes) + "MiB.txt"),
                  {"--size-mb", std::to_string(megabytes)});
 }
 
-// A date as the awk scripts compare it: yyyymmdd.
+// A date as the awk scripts take it (yyyymmdd), so that they compare dates as
+// numbers.
 inline std::string Yyyymmdd(CivilDate date) {
   char text[16];
   std::snprintf(text, sizeof text, "%04d%02d%02d", date.Year(), date.Month(), date.Day());
