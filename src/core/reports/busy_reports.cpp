@@ -14,9 +14,10 @@
 #include "reports/busy_columns.h"
 #include "reports/busy_log.h"
 #include "reports/chart_handover.h"
-#include "reports/hour_labels.h"
+#include "reports/progress_interval.h"
 #include "reports/report_form.h"
 #include "reports/seconds_to_text.h"
+#include "reports/summary_tables.h"
 #include "support/date_format.h"
 #include "support/runtime_error.h"
 #include "support/time_text.h"
@@ -26,22 +27,20 @@ namespace cw {
 
 namespace {
 
-// Right edges of the summary tables, as in the daily call analysis.
-constexpr double kRowLabelX = 2.0;
-constexpr double kOccurredX = 3.125;
-constexpr double kDayDurationX = 4.375;
-constexpr double kHourTotalX = 6.8;
-constexpr double WeekdayColumnX(int weekday) { return 2.0 + 0.6 * weekday; }
-
 // Columns of the busy matrices: the day matrix counts occurrences and their
 // seconds per weekday; the hour matrix counts occurrences per weekday
 // (weekday - 1), their total over the week, and their seconds.
 constexpr int kOccurred = 1;
 constexpr int kSeconds = 2;
-constexpr int kHourTotal = 7;
+constexpr int kHourTotal = summary::kHourTotalCell;
 constexpr int kHourSeconds = 8;
 
-constexpr std::int64_t kProgressEvery = 4096;
+// The day-of-week table: how often all lines were busy, and for how long in
+// all, in the columns of the daily call analysis's first two figures.
+constexpr std::array<summary::WeekdayColumn, 2> kDayColumns{{
+    {summary::kFirstFigureX, "Occurred", kOccurred},
+    {summary::kSecondFigureX, "Duration", kSeconds, true},
+}};
 
 // The busy log is in time order like the call log and carries its date in
 // the same first ten characters, so the call log's period test serves it:
@@ -192,74 +191,20 @@ void ReportForm::Print_BusySummary() {
   std::string chartFile;  // the bitmap to delete after the report, once one was asked for
   try {
     const Matrices& m = matrices_;
-    auto right = [&](double x, std::string_view text) { document.TextOut(RightAlignedX(x, text), text); };
-
-    // Day of week: how often all lines were busy, and for how long in all.
-    SetHeadingFont();
-    document.TextOut(-1, "All Lines Busy Day Of Week Summary");
-    document.NewLine();
-    right(kOccurredX, "Occurred");
-    right(kDayDurationX, "Duration");
-    SetBodyFont();
-    std::int32_t countSum = 0;
-    std::int32_t secondsSum = 0;
-    for (int weekday = 1; weekday <= 7; ++weekday) {
-      const auto& day = m.busyDay[weekday];
-      document.NewLine();
-      right(kRowLabelX, WeekdayName(weekday, false));
-      right(kOccurredX, std::to_string(day[kOccurred]));
-      right(kDayDurationX, SecondsToText(day[kSeconds], true));
-      countSum = AddInt32(countSum, day[kOccurred]);
-      secondsSum = AddInt32(secondsSum, day[kSeconds]);
-    }
-    document.NewLine();
-    SetHeadingFont();
-    right(kRowLabelX, "Totals");
-    right(kOccurredX, std::to_string(countSum));
-    right(kDayDurationX, SecondsToText(secondsSum, true));
-
-    document.NewLine();
-    document.NewLine();
-    document.NewLine();
-
+    summary::TableWriter table(*this, document);
+    table.WeekdayTable("All Lines Busy Day Of Week Summary", m.busyDay, kDayColumns);
+    table.Gap();
     // Time of day: occurrences by the hour at which all lines became busy,
     // with a totals row so that the table can be checked against the first.
-    SetHeadingFont();
-    document.TextOut(-1, "All Lines Busy Time Of Day Summary");
-    document.NewLine();
-    for (int weekday = 1; weekday <= 7; ++weekday) right(WeekdayColumnX(weekday), WeekdayName(weekday, true));
-    right(kHourTotalX, "Total");
-    SetBodyFont();
-    std::array<std::int32_t, kHourTotal + 1> columnSums{};
-    for (int hour = 0; hour < 24; ++hour) {
-      const auto& hourRow = m.busyHour[hour];
-      document.NewLine();
-      right(kRowLabelX, HourLabel(hour));
-      for (int weekday = 1; weekday <= 7; ++weekday) {
-        right(WeekdayColumnX(weekday), std::to_string(hourRow[weekday - 1]));
-      }
-      right(kHourTotalX, std::to_string(hourRow[kHourTotal]));
-      for (int column = 0; column <= kHourTotal; ++column) {
-        columnSums[column] = AddInt32(columnSums[column], hourRow[column]);
-      }
-    }
-    document.NewLine();
-    SetHeadingFont();
-    right(kRowLabelX, "Totals");
-    for (int weekday = 1; weekday <= 7; ++weekday) {
-      right(WeekdayColumnX(weekday), std::to_string(columnSums[weekday - 1]));
-    }
-    right(kHourTotalX, std::to_string(columnSums[kHourTotal]));
+    table.HourTable("All Lines Busy Time Of Day Summary", m.busyHour, true);
 
     if (request_.chart) {
       // ImageOut puts the picture's top at the current line, which still
       // holds the totals: one line down, and one blank line before the chart.
       document.NewLine();
       document.NewLine();
-      std::array<std::int32_t, 24> perHour{};
-      for (int hour = 0; hour < 24; ++hour) perHour[hour] = m.busyHour[hour][kHourTotal];
       chartFile = ChartBitmapPath(environment_.pathFolder, environment_.tempFolder);
-      PlaceBarChart(document, host_, HourlyBarChart(perHour), chartFile, kDailyChartLeft);
+      PlaceBarChart(document, host_, HourlyBarChart(summary::HourTotals(m.busyHour)), chartFile, kDailyChartLeft);
     }
 
     document.EndDoc();

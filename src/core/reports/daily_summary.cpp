@@ -6,39 +6,33 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "data/log_buffer.h"
 #include "data/record_selection.h"
 #include "reports/chart_handover.h"
-#include "reports/hour_labels.h"
 #include "reports/matrix_cells.h"
+#include "reports/progress_interval.h"
 #include "reports/report_form.h"
-#include "support/date_format.h"
+#include "reports/summary_tables.h"
 #include "support/runtime_error.h"
-#include "support/whole_numbers.h"
 
 namespace cw {
 
 namespace {
-
-// Right edges of the columns, in inches.
-constexpr double kRowLabelX = 2.0;
-constexpr double kInboundX = 3.125;
-constexpr double kOutboundX = 4.375;
-constexpr double kTotalX = 5.5;
-constexpr double kHourTotalX = 6.8;
-constexpr double WeekdayColumnX(int weekday) { return 2.0 + 0.6 * weekday; }
 
 // Kinds of call, the day matrix's columns.
 constexpr int kInbound = 1;
 constexpr int kOutbound = 2;
 constexpr int kAllCalls = 3;
 // The hour matrix's column that holds the hour's total over all days.
-constexpr int kHourTotal = 7;
+constexpr int kHourTotal = summary::kHourTotalCell;
 
-// Progress is reported every so many records, never per record.
-constexpr std::int64_t kProgressEvery = 4096;
+// The day-of-week table: calls in, out and in all, per weekday.
+constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
+    {summary::kFirstFigureX, "Inbound", kInbound},
+    {summary::kSecondFigureX, "Outbound", kOutbound},
+    {summary::kThirdFigureX, "Total", kAllCalls},
+}};
 
 }  // namespace
 
@@ -103,66 +97,18 @@ void ReportForm::Print_DailySummary() {
   std::string chartFile;  // set once a chart is asked for: deleted after the report
   try {
     const Matrices& m = matrices_;
-    auto right = [&](double x, std::string_view text) { document.TextOut(RightAlignedX(x, text), text); };
-
-    // Day of week.
-    SetHeadingFont();
-    document.TextOut(-1, "Day Of Week Summary");
-    document.NewLine();
-    right(kInboundX, "Inbound");
-    right(kOutboundX, "Outbound");
-    right(kTotalX, "Total");
-    SetBodyFont();
-    std::array<std::int32_t, 4> kindSums{};
-    for (int weekday = 1; weekday <= 7; ++weekday) {
-      const auto& day = m.day[static_cast<std::size_t>(weekday)];
-      document.NewLine();
-      right(kRowLabelX, WeekdayName(weekday, false));
-      right(kInboundX, std::to_string(day[kInbound]));
-      right(kOutboundX, std::to_string(day[kOutbound]));
-      right(kTotalX, std::to_string(day[kAllCalls]));
-      for (int kind = kInbound; kind <= kAllCalls; ++kind) {
-        kindSums[static_cast<std::size_t>(kind)] =
-            AddInt32(kindSums[static_cast<std::size_t>(kind)], day[static_cast<std::size_t>(kind)]);
-      }
-    }
-    document.NewLine();
-    SetHeadingFont();
-    right(kRowLabelX, "Totals");
-    right(kInboundX, std::to_string(kindSums[kInbound]));
-    right(kOutboundX, std::to_string(kindSums[kOutbound]));
-    right(kTotalX, std::to_string(kindSums[kAllCalls]));
-
-    document.NewLine();
-    document.NewLine();
-    document.NewLine();
-
-    // Time of day.
-    SetHeadingFont();
-    document.TextOut(-1, "Time Of Day Summary");
-    document.NewLine();
-    for (int weekday = 1; weekday <= 7; ++weekday) right(WeekdayColumnX(weekday), WeekdayName(weekday, true));
-    right(kHourTotalX, "Total");
-    SetBodyFont();
-    for (int hour = 0; hour < 24; ++hour) {
-      const auto& hourRow = m.hour[static_cast<std::size_t>(hour)];
-      document.NewLine();
-      right(kRowLabelX, HourLabel(hour));
-      for (int weekday = 1; weekday <= 7; ++weekday) {
-        right(WeekdayColumnX(weekday), std::to_string(hourRow[static_cast<std::size_t>(weekday - 1)]));
-      }
-      right(kHourTotalX, std::to_string(hourRow[kHourTotal]));
-    }
+    summary::TableWriter table(*this, document);
+    table.WeekdayTable("Day Of Week Summary", m.day, kDayColumns);
+    table.Gap();
+    table.HourTable("Time Of Day Summary", m.hour, false);
 
     if (request_.chart) {
       // ImageOut puts the picture's top at the current line, which still holds
       // the last hour: one line down, and one blank line before the chart.
       document.NewLine();
       document.NewLine();
-      std::array<std::int32_t, 24> perHour{};
-      for (std::size_t hour = 0; hour < perHour.size(); ++hour) perHour[hour] = m.hour[hour][kHourTotal];
       chartFile = ChartBitmapPath(environment_.pathFolder, environment_.tempFolder);
-      PlaceBarChart(document, host_, HourlyBarChart(perHour), chartFile, kDailyChartLeft);
+      PlaceBarChart(document, host_, HourlyBarChart(summary::HourTotals(m.hour)), chartFile, kDailyChartLeft);
     }
 
     document.EndDoc();

@@ -18,6 +18,7 @@
 #include "reports/caller_summary.h"
 #include "reports/condensed_columns.h"
 #include "reports/detail_rules.h"
+#include "reports/progress_interval.h"
 #include "reports/report_form.h"
 #include "support/date_format.h"
 #include "support/fast_cat.h"
@@ -29,9 +30,6 @@ namespace cw {
 namespace {
 
 constexpr int kObjectNotSet = 91;
-// Records between two progress reports: often enough for a live progress bar,
-// rarely enough to cost nothing per record.
-constexpr std::int64_t kProgressEvery = 4096;
 
 OrlPrinter& CurrentDocument(const std::unique_ptr<OrlPrinter>& document) {
   if (!document) throw RuntimeError(kObjectNotSet, "Object variable or With block variable not set");

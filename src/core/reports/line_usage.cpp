@@ -2,6 +2,7 @@
 // and the time the line was in use, as totals and by day of the week, with
 // "Include Graph" a chart of calls per line.
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,9 +14,10 @@
 #include "data/record_selection.h"
 #include "reports/chart_handover.h"
 #include "reports/matrix_cells.h"
+#include "reports/progress_interval.h"
 #include "reports/report_form.h"
 #include "reports/seconds_to_text.h"
-#include "support/date_format.h"
+#include "reports/summary_tables.h"
 #include "support/runtime_error.h"
 #include "support/whole_numbers.h"
 
@@ -32,11 +34,14 @@ constexpr std::size_t kSeconds = 4;
 constexpr std::size_t kWeekCalls = 8;
 constexpr std::size_t kWeekSeconds = 9;
 
-// Positions, in inches: row labels start at 1.5, values end at their column.
+// Positions, in inches: row labels start at 1.5, values end at their column;
+// the calls end where the daily call analysis's figures do. The weekday
+// columns are wider than the other reports' (summary::WeekdayColumnX); the
+// two spacings have always differed.
 constexpr double kRowLabelX = 1.5;
-constexpr double kInboundX = 3.125;
-constexpr double kOutboundX = 4.375;
-constexpr double kTotalCallsX = 5.5;
+constexpr double kInboundX = summary::kFirstFigureX;
+constexpr double kOutboundX = summary::kSecondFigureX;
+constexpr double kTotalCallsX = summary::kThirdFigureX;
 constexpr double kTotalTimeX = 6.5;
 constexpr double WeekdayColumnX(int weekday) { return 2.0 + 0.7 * weekday; }
 
@@ -49,9 +54,6 @@ constexpr int kLinesForExtraLine = 16;
 
 // Durations in this report are written "m:ss" under an hour.
 constexpr bool kShortMinutes = true;
-
-// Progress is reported every so many records, never per record.
-constexpr std::int64_t kProgressEvery = 4096;
 
 }  // namespace
 
@@ -140,7 +142,7 @@ void ReportForm::Print_LineUsage() {
     // The matrices are made by Process_LineUsage; the seconds row is their last.
     if (m.lineWeek.empty()) throw RuntimeError(err::kSubscript);
     const int lines = m.lineTotals.empty() ? 0 : static_cast<int>(m.lineTotals.size()) - 1;
-    auto right = [&](double x, std::string_view text) { document.TextOut(RightAlignedX(x, text), text); };
+    summary::TableWriter table(*this, document);
     auto rowLabel = [&](std::string_view label) {
       SetHeadingFont();
       document.TextOut(kRowLabelX, label);
@@ -149,15 +151,13 @@ void ReportForm::Print_LineUsage() {
 
     // Totals per line.
     if (lines < kLinesForExtraLine) document.NewLine();
-    SetHeadingFont();
-    document.TextOut(-1, "Line Usage Totals");
     // The column headings go on their own line under the title, as in the
     // other tables; on the title's line they would run into it.
-    document.NewLine();
-    right(kInboundX, "Inbound");
-    right(kOutboundX, "Outbound");
-    right(kTotalCallsX, "Total Calls");
-    right(kTotalTimeX, "Total Time");
+    table.Title("Line Usage Totals");
+    table.Right(kInboundX, "Inbound");
+    table.Right(kOutboundX, "Outbound");
+    table.Right(kTotalCallsX, "Total Calls");
+    table.Right(kTotalTimeX, "Total Time");
     std::int32_t inbound = 0;
     std::int32_t outbound = 0;
     std::int32_t allCalls = 0;
@@ -169,10 +169,10 @@ void ReportForm::Print_LineUsage() {
       const auto& totals = m.lineTotals[static_cast<std::size_t>(line)];
       document.NewLine();
       rowLabel("Line " + std::to_string(line));
-      right(kInboundX, std::to_string(totals[kInbound]));
-      right(kOutboundX, std::to_string(totals[kOutbound]));
-      right(kTotalCallsX, std::to_string(totals[kAllCalls]));
-      right(kTotalTimeX, SecondsToText(totals[kSeconds], kShortMinutes));
+      table.Right(kInboundX, std::to_string(totals[kInbound]));
+      table.Right(kOutboundX, std::to_string(totals[kOutbound]));
+      table.Right(kTotalCallsX, std::to_string(totals[kAllCalls]));
+      table.Right(kTotalTimeX, SecondsToText(totals[kSeconds], kShortMinutes));
       inbound = AddInt32(inbound, totals[kInbound]);
       outbound = AddInt32(outbound, totals[kOutbound]);
       allCalls = AddInt32(allCalls, totals[kAllCalls]);
@@ -180,38 +180,36 @@ void ReportForm::Print_LineUsage() {
     }
     document.NewLine();
     rowLabel("Total Calls");
-    right(kInboundX, std::to_string(inbound));
-    right(kOutboundX, std::to_string(outbound));
-    right(kTotalCallsX, std::to_string(allCalls));
-    right(kTotalTimeX, SecondsToText(allSeconds, kShortMinutes));
+    table.Right(kInboundX, std::to_string(inbound));
+    table.Right(kOutboundX, std::to_string(outbound));
+    table.Right(kTotalCallsX, std::to_string(allCalls));
+    table.Right(kTotalTimeX, SecondsToText(allSeconds, kShortMinutes));
 
-    document.NewLine();
-    document.NewLine();
-    document.NewLine();
+    table.Gap();
 
     // Calls per line and weekday; the last row is the time of all lines.
-    SetHeadingFont();
-    document.TextOut(-1, "Day of the Week Line Usage Summary");
-    document.NewLine();
-    for (int weekday = 1; weekday <= 7; ++weekday) right(WeekdayColumnX(weekday), WeekdayName(weekday, true));
+    table.Title("Day of the Week Line Usage Summary");
+    table.WeekdayHeadings(WeekdayColumnX);
     std::array<std::int32_t, 8> daySums{};
     for (int line = 1; line <= lines; ++line) {
       const auto& week = m.lineWeek[static_cast<std::size_t>(line)];
       document.NewLine();
       rowLabel("Line " + std::to_string(line));
       for (std::size_t day = 1; day <= 7; ++day) {
-        right(WeekdayColumnX(static_cast<int>(day)), std::to_string(week[day]));
+        table.Right(WeekdayColumnX(static_cast<int>(day)), std::to_string(week[day]));
         daySums[day] = AddInt32(daySums[day], week[day]);
       }
     }
     document.NewLine();
     rowLabel("Total Calls");
-    for (std::size_t day = 1; day <= 7; ++day) right(WeekdayColumnX(static_cast<int>(day)), std::to_string(daySums[day]));
+    for (std::size_t day = 1; day <= 7; ++day) {
+      table.Right(WeekdayColumnX(static_cast<int>(day)), std::to_string(daySums[day]));
+    }
     document.NewLine();
     rowLabel("Total Time");
     const auto& secondsRow = m.lineWeek.back();
     for (std::size_t day = 1; day <= 7; ++day) {
-      right(WeekdayColumnX(static_cast<int>(day)), SecondsToText(secondsRow[day], kShortMinutes));
+      table.Right(WeekdayColumnX(static_cast<int>(day)), SecondsToText(secondsRow[day], kShortMinutes));
     }
 
     if (request_.chart) {

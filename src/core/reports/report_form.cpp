@@ -9,6 +9,7 @@
 #include "reports/busy_columns.h"
 #include "reports/condensed_columns.h"
 #include "reports/form_error_box.h"
+#include "reports/summary_tables.h"
 #include "settings/settings_keys.h"
 #include "support/date_format.h"
 #include "support/file_helpers.h"
@@ -26,10 +27,6 @@ constexpr std::int32_t kBold = 1;
 
 // Every page's own drawing starts here, under the heading block and its rule.
 constexpr double kFirstRowY = 1.4;
-
-// Weekday columns of the line usage heading on later pages (the report's own
-// first-page table uses 0.7; the two spacings have always differed).
-constexpr double WeekdayHeadingX(int weekday) { return 2.0 + 0.6 * weekday; }
 
 // A text box's value for the abandoned-filter checks: digits only, after
 // trimming ("0" passes; "12a" and blanks do not).
@@ -321,7 +318,9 @@ void ReportForm::OnNewPage(std::int16_t page) {
       document.TextOut(-1, "Day of the Week Summary");
       document.NewLine();
       SetBodyFont();
-      for (int weekday = 1; weekday <= 7; ++weekday) right(WeekdayHeadingX(weekday), WeekdayName(weekday, true));
+      // The weekday columns of the other summaries, not the first page's
+      // wider ones: the two spacings have always differed.
+      summary::TableWriter(*this, document).WeekdayHeadings(summary::WeekdayColumnX);
       document.SetY(document.Y() + 0.03);
       document.NewLine();
       return;
