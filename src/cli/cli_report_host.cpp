@@ -1,12 +1,11 @@
 #include "cli/cli_report_host.h"
 
-#include <chrono>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <ostream>
 #include <system_error>
 
+#include "cli/local_clock.h"
 #include "cli/stream_output_file.h"
 #include "cli/system_printer.h"
 #include "cli/whole_document_replay.h"
@@ -57,12 +56,7 @@ ScreenTwips CliReportHost::Screen() { return {}; }
 
 CivilDate CliReportHost::Today() { return today_; }
 
-TimeOfDay CliReportHost::Now() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  return local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
-}
+TimeOfDay CliReportHost::Now() { return TimeFromClock(); }
 
 std::string CliReportHost::AppTitle() { return "Callwarden Reports"; }
 

@@ -1,12 +1,11 @@
 #include "cli/log_summary_command.h"
 
-#include <chrono>
-#include <ctime>
 #include <map>
 #include <optional>
 #include <ostream>
 #include <string_view>
 
+#include "cli/local_clock.h"
 #include "data/call_record.h"
 #include "data/get_record.h"
 #include "data/log_buffer.h"
@@ -30,13 +29,6 @@ constexpr std::string_view kUsage =
     "on each line. Without --log the log is the setting \"Logs\" of the edition\n"
     "(default \"Vorn Ringtally\") in --settings FILE, or in the file named by\n"
     "CW_SETTINGS, or in ~/.config/callwarden-reports/<edition>.ini.\n";
-
-CivilDate TodayFromClock() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  return CivilDate::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
-}
 
 // Line numbers in numeric order; a line field that is not a number (a damaged
 // record) is counted under its own text after them, so nothing goes unseen.

@@ -2,15 +2,14 @@
 
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <utility>
 
 #include "cli/cli_report_host.h"
+#include "cli/local_clock.h"
 #include "cli/report_options.h"
 #include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
@@ -29,13 +28,6 @@
 namespace cw::cli {
 
 namespace {
-
-CivilDate TodayFromClock() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  return CivilDate::FromYmd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
-}
 
 // Fonts and page devices need a Qt application; the bar chart draws with
 // widgets and needs the widgets' one. Only a request that can draw a chart
