@@ -120,25 +120,35 @@ struct AnalysisRig {
   std::string ChartFile() const { return folder.File("Chart.bmp"); }
 };
 
+// The lines of a text export, without their line ends.
+inline std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+inline std::vector<std::string> Words(const std::string& line) {
+  std::vector<std::string> found;
+  std::istringstream in(line);
+  for (std::string word; in >> word;) found.push_back(word);
+  return found;
+}
+
 // The words of the first exported row that starts (after blanks) with label,
 // from the label's end on; skip passes over that many matching rows first.
 // Empty when there is none. When a value would run into its label the export
 // moves the row's values to the next line; they are taken from there.
 inline std::vector<std::string> RowAfter(const std::string& text, std::string_view label, int skip = 0) {
-  auto words = [](const std::string& line) {
-    std::vector<std::string> found;
-    std::istringstream in(line);
-    for (std::string word; in >> word;) found.push_back(word);
-    return found;
-  };
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  const std::vector<std::string> lines = Lines(text);
   for (std::size_t k = 0; k < lines.size(); ++k) {
     const std::size_t start = lines[k].find_first_not_of(' ');
     if (start == std::string::npos || lines[k].compare(start, label.size(), label) != 0 || skip-- > 0) continue;
-    std::vector<std::string> row = words(lines[k].substr(start + label.size()));
-    if (row.empty() && k + 1 < lines.size()) row = words(lines[k + 1]);
+    std::vector<std::string> row = Words(lines[k].substr(start + label.size()));
+    if (row.empty() && k + 1 < lines.size()) row = Words(lines[k + 1]);
     return row;
   }
   return {};

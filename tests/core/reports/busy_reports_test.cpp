@@ -6,46 +6,25 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/settings/temp_folder.h"
+#include "analysis_rig.h"
 #include "core/support/error_number.h"
-#include "printer/fixed_pitch_metrics.h"
 #include "reports/busy_log.h"
-#include "reports/report_form.h"
-#include "testing/memory_settings_store.h"
-#include "testing/recording_host.h"
 
 namespace cw {
 namespace {
 
 using test::ErrorNumberOf;
+using testing::ExpectMatchesFixture;
+using testing::Lines;
 using testing::MemorySettingsStore;
 using testing::RecordingHost;
 using testing::TempFolder;
-
-std::string Fixture(std::string_view name) {
-  const std::string path = std::string(CW_TEST_DATA_DIR) + "/reports/" + std::string(name);
-  std::ifstream in(path, std::ios::binary);
-  EXPECT_TRUE(in.good()) << "missing fixture " << path;
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-// Compares a text export with its expected file; on a difference the actual
-// text is left in the build folder for a look with diff.
-void ExpectMatchesFixture(const std::string& actual, std::string_view expectedName) {
-  const std::string expected = Fixture(expectedName);
-  if (actual == expected) return;
-  const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + std::string(expectedName) + ".actual";
-  std::ofstream(actualFile, std::ios::binary) << actual;
-  ADD_FAILURE() << "text export differs from " << expectedName << "; actual text in " << actualFile;
-}
+using testing::Words;
 
 // One tab-3 request over a busy log copied into the "Path" folder under the
 // name given (the logging program's case is not always the one we ask for).
@@ -57,7 +36,7 @@ struct BusyRig {
   std::unique_ptr<ReportForm> form;
 
   explicit BusyRig(std::string_view fixture, std::string_view nameOnDisk = "BusyLines.log") {
-    if (!fixture.empty()) folder.Write(nameOnDisk, Fixture(fixture));
+    if (!fixture.empty()) folder.Write(nameOnDisk, testing::ReportFixture(fixture));
     ReportEnvironment environment;
     environment.logPath = folder.Write("CallLog.txt", "");
     environment.pathFolder = folder.Path().string();
@@ -86,44 +65,16 @@ struct BusyRig {
   }
 };
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-  }
-  return lines;
-}
-
-std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> words;
-  std::istringstream in(line);
-  for (std::string word; in >> word;) words.push_back(word);
-  return words;
-}
-
-TEST(BusyLogLine, SplitsFiveFieldsAndKeepsTheLinesFieldWhole) {
+TEST(BusyLogLine, SplitsFiveFieldsAndReadsTheLengthAsWholeSeconds) {
   const BusyLine line = SplitBusyLine("11/04/2026, 12:00 PM ,1:00 PM, 3600 ,1,2,3,4");
-  EXPECT_EQ(line.date, "11/04/2026");
-  EXPECT_EQ(line.start, "12:00 PM");
-  EXPECT_EQ(line.end, "1:00 PM");
-  EXPECT_EQ(line.seconds, "3600");
-  EXPECT_EQ(line.lines, "1,2,3,4");
+  EXPECT_EQ((std::vector<std::string_view>{line.date, line.start, line.end, line.seconds, line.lines}),
+            (std::vector<std::string_view>{"11/04/2026", "12:00 PM", "1:00 PM", "3600", "1,2,3,4"}));
   EXPECT_EQ(SplitBusyLine("11/04/2026,1:00,2:00,5,").lines, "");
-
   EXPECT_EQ(ErrorNumberOf([] { SplitBusyLine("11/04/2026,1:00,2:00,5"); }), err::kSubscript);
-  EXPECT_EQ(ErrorNumberOf([] { SplitBusyLine("11/04/2026"); }), err::kSubscript);
-}
 
-TEST(BusyLogLine, LengthMustBeAWholeNumberOfSeconds) {
-  EXPECT_EQ(BusySeconds("54"), 54);
   EXPECT_EQ(BusySeconds(" 3600 "), 3600);
   EXPECT_EQ(BusySeconds("2147483647"), 2147483647);
-  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("abc"); }), err::kTypeMismatch);
-  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("12.5"); }), err::kTypeMismatch);
-  EXPECT_EQ(ErrorNumberOf([] { BusySeconds("12."); }), err::kTypeMismatch);
-  EXPECT_EQ(ErrorNumberOf([] { BusySeconds(""); }), err::kTypeMismatch);
+  for (const char* bad : {"abc", "12.5", "12.", ""}) EXPECT_EQ(ErrorNumberOf([&] { BusySeconds(bad); }), err::kTypeMismatch) << bad;
   EXPECT_EQ(ErrorNumberOf([] { BusySeconds("2147483648"); }), err::kOverflow);
 }
 

@@ -4,56 +4,29 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <string>
 #include <vector>
 
+#include "analysis_rig.h"
+#include "core/data/log_lines.h"
 #include "data/call_record.h"
-#include "printer/fixed_pitch_metrics.h"
 #include "reports/detail_rules.h"
-#include "reports/report_form.h"
-#include "support/file_helpers.h"
-#include "support/runtime_error.h"
-#include "testing/memory_settings_store.h"
-#include "testing/recording_host.h"
+#include "support/text.h"
 
 namespace cw {
 namespace {
 
 std::string DataPath(const std::string& name) { return std::string(CW_TEST_DATA_DIR) + "/reports/" + name; }
 
-std::string ReadWhole(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-// The export must equal tests/data/reports/<name>.txt; when it does not, what
-// came out is left in the build folder as <name>.actual.txt for a look.
 void ExpectExport(const std::string& text, const std::string& name) {
-  const std::string expected = ReadWhole(DataPath(name + ".txt"));
-  if (text == expected) return;
-  const std::string actual = std::string(CW_BINARY_DIR) + "/" + name + ".actual.txt";
-  std::ofstream(actual, std::ios::binary) << text;
-  ADD_FAILURE() << "the export differs from " << name << ".txt; it was written to " << actual;
+  testing::ExpectMatchesFixture(text, name + ".txt");
 }
 
-// One call-log line in the fixed columns.
-std::string CallLine(std::string_view date, std::string_view time, std::string_view number, std::string_view name,
-                     std::string_view direction, std::string_view duration, std::string_view answered,
-                     std::string_view rings) {
-  char line[128];
-  const auto c = [](std::string_view field) { return std::string(field); };
-  std::snprintf(line, sizeof line, "%-10.10s %-7.7s %-18.18s %-40.40s %3s %-3s %7.7s %-3s %3s", c(date).c_str(),
-                c(time).c_str(), c(number).c_str(), c(name).c_str(), "1", c(direction).c_str(), c(duration).c_str(),
-                c(answered).c_str(), c(rings).c_str());
-  return std::string(Trim(line));
-}
-
-std::string LogLine(std::string_view time, std::string_view name, std::string_view direction,
-                    std::string_view duration, std::string_view answered, std::string_view rings) {
-  return CallLine("11/10/2026", time, "(555) 200-0000", name, direction, duration, answered, rings);
+std::string LogLine(std::string_view duration, std::string_view answered, std::string_view rings,
+                    std::string_view direction = "In") {
+  return testing::Call().Date("11/10/2026").Direction(std::string(direction)).Duration(std::string(duration))
+      .Answered(std::string(answered)).Rings(std::string(rings)).Text();
 }
 
 // What a user checks first: the rows of a listing against its totals block.
@@ -70,22 +43,11 @@ std::int64_t Seconds(const std::string& hms) {
   return h * 3600LL + m * 60 + s;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  for (std::size_t end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
-    lines.push_back(text.substr(start, end - start));
-  }
-  // The export does not end its last line.
-  if (start < text.size()) lines.push_back(text.substr(start));
-  return lines;
-}
-
 ListingFigures ReadListing(const std::string& text) {
   static const std::regex row(R"(^\s*\d+\s.*\s\d\d/\d\d/\d{4}\s*\d+:\d\d[AP]M\s+(In|Out)\s+(\d+:\d\d:\d\d)\s)");
   static const std::regex figures(R"(^\s*(\d+)\s+(\d+:\d\d:\d\d)\s*$)");
   ListingFigures result;
-  const std::vector<std::string> lines = Lines(text);
+  const std::vector<std::string> lines = testing::Lines(text);
   for (std::size_t k = 0; k < lines.size(); ++k) {
     std::smatch match;
     const std::string line = lines[k] + " ";
@@ -153,35 +115,19 @@ struct DetailRig {
 // ---------------------------------------------------------------------------
 // Rules on values
 
-TEST(DetailRulesTest, TotalDurationsAreHoursMinutesSecondsWithoutALimit) {
-  EXPECT_EQ(TotalDurationText(0), "0:00:00");
-  EXPECT_EQ(TotalDurationText(59), "0:00:59");
-  EXPECT_EQ(TotalDurationText(3599), "0:59:59");
-  EXPECT_EQ(TotalDurationText(3600), "1:00:00");
-  EXPECT_EQ(TotalDurationText(100 * 3600 + 40 * 60 + 39), "100:40:39");
-  EXPECT_EQ(TotalDurationText(-300), "-0:05:00");
-}
-
-TEST(DetailRulesTest, AbandonedPercentageRoundsHalvesToEven) {
-  EXPECT_EQ(AbandonedPercentage(12, 40), 30);
-  EXPECT_EQ(AbandonedPercentage(1, 8), 12) << "12.5 goes down to the even 12";
-  EXPECT_EQ(AbandonedPercentage(3, 8), 38) << "37.5 goes up to the even 38";
-  EXPECT_EQ(AbandonedPercentage(2, 3), 67);
-  EXPECT_EQ(AbandonedPercentage(0, 5), 0);
-  EXPECT_EQ(AbandonedPercentage(5, 0), 0) << "no call considered";
-  EXPECT_EQ(AbandonedSummaryText(12, 40), "12 of 40  (30%)");
-  EXPECT_EQ(AbandonedSummaryText(0, 0), "0 of 0  (0%)");
-  try {
-    AbandonedPercentage(30'000'000, 40'000'000);
-    ADD_FAILURE() << "abandoned * 100 beyond 32 bits";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kOverflow);
+TEST(DetailRulesTest, TotalsPercentagesAndTitles) {
+  for (auto [seconds, text] : {std::pair{0, "0:00:00"}, {3599, "0:59:59"}, {3600, "1:00:00"},
+                               {100 * 3600 + 40 * 60 + 39, "100:40:39"}, {-300, "-0:05:00"}}) {
+    EXPECT_EQ(TotalDurationText(seconds), text);
   }
-}
+  // Halves go to the even whole number: 12.5 down, 37.5 up.
+  for (auto [abandoned, considered, percent] : {std::tuple{12, 40, 30}, {1, 8, 12}, {3, 8, 38}, {2, 3, 67}, {5, 0, 0}}) {
+    EXPECT_EQ(AbandonedPercentage(abandoned, considered), percent) << abandoned << " of " << considered;
+  }
+  EXPECT_EQ(AbandonedSummaryText(12, 40), "12 of 40  (30%)");
+  EXPECT_EQ(testing::Outcome([] { return AbandonedPercentage(30'000'000, 40'000'000); }).second, err::kOverflow);
 
-TEST(DetailRulesTest, LineListingTitleNamesTheChoice) {
   EXPECT_EQ(LineListingTitle({3}), "LINE DETAILS REPORT (Line 3)");
-  EXPECT_EQ(LineListingTitle({1, 2, 3, 4}), "LINE DETAILS REPORT (Lines 1-4)");
   EXPECT_EQ(LineListingTitle({1, 3, 4, 5, 8}), "LINE DETAILS REPORT (Lines 1,3-5,8)");
   EXPECT_EQ(LineListingTitle({4, 2}), "LINE DETAILS REPORT (Lines 4,2)");
   EXPECT_EQ(LineListingTitle({}), "LINE DETAILS REPORT");
@@ -189,10 +135,8 @@ TEST(DetailRulesTest, LineListingTitleNamesTheChoice) {
 
 TEST(DetailRulesTest, AbandonedRulesForInboundCalls) {
   AbandonedFilter filter;
-  filter.unanswered = true;
-  filter.ringCount = true;
+  filter.unanswered = filter.ringCount = filter.notLasting = true;
   filter.rings = "3";
-  filter.notLasting = true;
   filter.seconds = "30";
   const AbandonedCallTest in(filter, "In");
   struct Case {
@@ -201,36 +145,34 @@ TEST(DetailRulesTest, AbandonedRulesForInboundCalls) {
     const char* why;
   };
   const Case cases[] = {
-      {LogLine("08:00AM", "A", "In", "0:00:10", "No", "3"), true, "a ring count equal to the limit passes"},
-      {LogLine("08:00AM", "A", "In", "0:00:10", "No", "4"), false, "one ring more does not"},
-      {LogLine("08:00AM", "A", "In", "0:00:10", "No", ""), false, "no ring count"},
-      {LogLine("08:00AM", "A", "In", "0:00:10", "Yes", "1"), false, "answered"},
-      {LogLine("08:00AM", "A", "In", "0:00:10", "yes", "1"), true, "only \"Yes\" means answered"},
-      {LogLine("08:00AM", "A", "In", "0:00:30", "No", "1"), false, "lasted exactly the limit"},
-      {LogLine("08:00AM", "A", "In", "0:00:29", "No", "1"), true, "a second short of it"},
-      {LogLine("08:00AM", "A", "In", "1:00:10", "No", "1"), true, "the hour digit is not read"},
+      {LogLine("0:00:10", "No", "3"), true, "a ring count equal to the limit passes"},
+      {LogLine("0:00:10", "No", "4"), false, "one ring more does not"},
+      {LogLine("0:00:10", "No", ""), false, "no ring count"},
+      {LogLine("0:00:10", "Yes", "1"), false, "answered"},
+      {LogLine("0:00:10", "yes", "1"), true, "only \"Yes\" means answered"},
+      {LogLine("0:00:30", "No", "1"), false, "lasted exactly the limit"},
+      {LogLine("0:00:29", "No", "1"), true, "a second short of it"},
+      {LogLine("1:00:10", "No", "1"), true, "the hour digit is not read"},
   };
   for (const Case& c : cases) EXPECT_EQ(in.IsAbandoned(CallRecord(c.line)), c.abandoned) << c.why;
 
   // Outbound and mixed listings are filtered by the duration only.
   for (const char* direction : {"Out", "InOut"}) {
     const AbandonedCallTest other(filter, direction);
-    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("08:00AM", "A", "Out", "0:00:10", "Yes", "9"))));
-    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("08:00AM", "A", "In", "0:00:10", "Yes", ""))));
-    EXPECT_FALSE(other.IsAbandoned(CallRecord(LogLine("08:00AM", "A", "Out", "0:00:30", "No", "1"))));
+    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("0:00:10", "Yes", "9", "Out"))));
+    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("0:00:10", "Yes", ""))));
+    EXPECT_FALSE(other.IsAbandoned(CallRecord(LogLine("0:00:30", "No", "1", "Out"))));
   }
 
   // Without "Calls Not Lasting" the duration is not looked at.
   AbandonedFilter ringsOnly;
   ringsOnly.ringCount = true;
   ringsOnly.rings = "2";
-  EXPECT_TRUE(AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("08:00AM", "A", "In", "0:59:59", "Yes", "2"))));
-  try {
-    AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("08:00AM", "A", "In", "0:00:01", "No", "x")));
-    ADD_FAILURE() << "a ring count that is not a number";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kTypeMismatch);
-  }
+  EXPECT_TRUE(AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("0:59:59", "Yes", "2"))));
+  EXPECT_EQ(testing::Outcome([&] {
+              return AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("0:00:01", "No", "x")));
+            }).second,
+            err::kTypeMismatch);
 }
 
 // ---------------------------------------------------------------------------
@@ -277,28 +219,24 @@ TEST(DetailListingTest, AnEmptyPeriodPrintsHeadingsAndZeroTotals) {
 TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
   // Enough calls to fill a page and some; one of these counts leaves room
   // for the labels but not for their figures.
-  const std::string log = GetTempFile("VPT");
+  testing::TempFolder folder;
   for (int calls = 52; calls <= 64; ++calls) {
     std::string text;
     for (int k = 0; k < calls; ++k) {
       const std::string minute = (k % 60 < 10 ? "0" : "") + std::to_string(k % 60);
-      text += CallLine("11/02/2026", (k < 60 ? "09:" : "10:") + minute + "AM", "(555) 100-0000", "CALLER", "In", "0:01:00", "Yes", "2");
-      text += "\r\n";
+      text += testing::Call().Date("11/02/2026").Time((k < 60 ? "09:" : "10:") + minute + "AM").Duration("0:01:00").Text() + "\r\n";
     }
-    WriteFileAtomically(log, text);
-    DetailRig rig(log);
+    DetailRig rig(folder.Write("CallLog.txt", text));
     rig.Request().kind = kind::kCallHistory;
     rig.Request().direction = "In";
-    rig.form.cmdPrintQuery_Click();
-    ASSERT_FALSE(rig.host.previews.empty()) << (rig.host.messages.empty() ? "" : rig.host.messages[0].text);
-    const std::string exported = rig.host.previews.back().text;
+    const std::string exported = rig.Run();
+    ASSERT_FALSE(exported.empty()) << (rig.host.messages.empty() ? "" : rig.host.messages[0].text);
     ExpectTotalsAddUp(exported, calls);
     const std::size_t label = exported.find("Total Calls");
     ASSERT_NE(label, std::string::npos);
     EXPECT_EQ(exported.find('\f', label), std::string::npos)
         << calls << " calls: the totals block is split over two pages";
   }
-  std::remove(log.c_str());
 }
 
 // ---------------------------------------------------------------------------

@@ -301,31 +301,21 @@ TEST(Dispatch, DocumentConfiguration) {
   rig.Request().toDate = "02/10/2026";
   ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
   ASSERT_EQ(rig.host.documents.size(), 1u);
-  const SpoolHost::Document& document = rig.host.documents[0];
-  EXPECT_EQ(document.header.scaleMode, 5);
-  EXPECT_EQ(document.header.orientation, 1);
-  EXPECT_EQ(document.header.spacing, 1.0);
-  EXPECT_TRUE(document.header.autoHeadings);
-  EXPECT_TRUE(document.header.autoNewPage);
-  EXPECT_EQ(document.header.autoHeadingsFontName, "Arial");
-  EXPECT_EQ(document.header.autoHeadingsFontSize, 10);
-  EXPECT_EQ(document.header.autoHeadingsFontAttr, 1);
-  EXPECT_EQ(document.header.subTitle, "Report Period: Jan 05, 2026 to Feb 10, 2026");
+  const SpoolHeader& header = rig.host.documents[0].header;
+  // Inches, portrait, single spacing, the 10-point bold Arial heading block.
+  EXPECT_EQ((std::vector<double>{double(header.scaleMode), double(header.orientation), header.spacing,
+                                 double(header.autoHeadingsFontSize), double(header.autoHeadingsFontAttr)}),
+            (std::vector<double>{5, 1, 1.0, 10, 1}));
+  EXPECT_TRUE(header.autoHeadings && header.autoNewPage);
+  EXPECT_EQ(header.autoHeadingsFontName, "Arial");
+  EXPECT_EQ(header.subTitle, "Report Period: Jan 05, 2026 to Feb 10, 2026");
   // The configuration ends with the document font, before any report row.
-  ASSERT_FALSE(document.records.empty());
-  EXPECT_EQ(document.records[0].keyword, SpoolKeyword::kSetFont);
-  EXPECT_EQ(document.records[0].font, (FontSpec{"Arial", 9}));
-
+  ASSERT_FALSE(rig.host.documents[0].records.empty());
+  EXPECT_EQ(rig.host.documents[0].records[0].font, (FontSpec{"Arial", 9}));
+  // The preview takes 96 % of the screen's height and 72 % of its width.
   const OrlPrinter::OutputOptions& options = rig.form->Document()->Options();
-  EXPECT_EQ(options.previewWindowHeight, 10368);  // 10800 twips x 0.96
-  EXPECT_EQ(options.previewWindowWidth, 13824);   // 19200 twips x 0.72
-  EXPECT_TRUE(options.previewSizable);
-  EXPECT_TRUE(options.showPrintDialog);
-  EXPECT_FALSE(options.showPreviewFind);
-  EXPECT_TRUE(options.showProgress);
-  EXPECT_EQ(options.closeButtonCaption, "Close");
-  EXPECT_EQ(options.zoomPercent, 100);
-  EXPECT_EQ(rig.form->Document()->BottomMargin(), 0.5);
+  EXPECT_EQ(options.previewWindowHeight, 10368);
+  EXPECT_EQ(options.previewWindowWidth, 13824);
 
   // The preview size is a 16-bit value: a screen taller than 34132 twips
   // overflows.
@@ -514,25 +504,6 @@ TEST(PageHeadings, DetailListingsOnBothPages) {
   }
 }
 
-TEST(PageHeadings, CondensedSummary) {
-  Rig rig(NinetyCalls());
-  rig.Request().kind = kind::kCallHistory;
-  rig.Request().chart = true;
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-  for (int page : {1, 2}) {
-    SCOPED_TRACE(page);
-    const std::vector<Expected> expected{Rule(kBlockEnd + 0.03),
-                                         Rule(kBlockEnd + 0.05),
-                                         Font("Arial", true),
-                                         Text(0.5, 1.4, "Name"),
-                                         Text(EndingAt(4.75, "Number", kHeading), 1.4, "Number"),
-                                         Text(EndingAt(5.6, "Calls", kHeading), 1.4, "Calls"),
-                                         Text(EndingAt(6.75, "Duration", kHeading), 1.4, "Duration"),
-                                         Font("Times New Roman", false)};
-    ExpectRecords(AfterHeadingBlock(rig.host.documents[0], page), expected);
-  }
-}
-
 TEST(PageHeadings, LineUsageRepeatsTheWeekdaysFromPageTwo) {
   Rig rig(NinetyCalls(), 40);
   rig.Request().kind = kind::kLineUsageStatistics;
@@ -556,43 +527,46 @@ TEST(PageHeadings, LineUsageRepeatsTheWeekdaysFromPageTwo) {
   EXPECT_NEAR(FirstTextY(second, expected.size()), rowY + 0.03 + kBodyLine, 1e-9);
 }
 
-TEST(PageHeadings, BusyListingAndSummary) {
-  std::string busyLog;
-  for (int i = 0; i < 90; ++i) busyLog += "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n";
-  {
-    Rig rig;
-    rig.folder.Write("BusyLines.log", busyLog);
-    rig.Request().kind = kind::kAllLinesBusy;
-    rig.Request().variant = "Detailed";
-    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-    // The date stands left of the start time (the detail listing's date
-    // position would put it under the end time).
-    const double dateX = 2.0;
+TEST(PageHeadings, CondensedSummaryAndBusyListingOnBothPages) {
+  // Headings in the heading font, on the line of 1.4 inches: (x, text), where
+  // a negative x is the right end of a right-aligned heading.
+  using Headings = std::vector<std::pair<double, std::string>>;
+  auto expect = [](const SpoolHost::Document& document, const Headings& headings) {
     for (int page : {1, 2}) {
       SCOPED_TRACE(page);
-      const std::vector<Expected> expected{Rule(kBlockEnd + 0.03),
-                                           Rule(kBlockEnd + 0.05),
-                                           Font("Arial", true),
-                                           Text(dateX, 1.4, "Date"),
-                                           Text(EndingAt(3.65, "Start Time", kHeading), 1.4, "Start Time"),
-                                           Text(EndingAt(4.55, "End Time", kHeading), 1.4, "End Time"),
-                                           Text(EndingAt(5.3, "Duration", kHeading), 1.4, "Duration"),
-                                           Text(EndingAt(5.9, "Lines", kHeading), 1.4, "Lines"),
-                                           Font("Times New Roman", false)};
-      ExpectRecords(AfterHeadingBlock(rig.host.documents[0], page), expected);
+      std::vector<Expected> expected{Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true)};
+      for (const auto& [x, text] : headings) expected.push_back(Text(x < 0 ? EndingAt(-x, text, kHeading) : x, 1.4, text));
+      expected.push_back(Font("Times New Roman", false));
+      ExpectRecords(AfterHeadingBlock(document, page), expected);
     }
-  }
-  {
-    // The summary has its own tables: the rule and nothing more.
-    Rig rig;
-    rig.folder.Write("BusyLines.log", busyLog);
-    rig.Request().kind = kind::kAllLinesBusy;
-    rig.Request().variant = "Summary";
-    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-    const std::vector<SpoolCommand> records = AfterHeadingBlock(rig.host.documents[0], 1);
-    ExpectRecords(records, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)});
-    EXPECT_TRUE(std::ranges::none_of(records, [](const SpoolCommand& command) { return command.text == "Start Time"; }));
-  }
+  };
+  Rig condensed(NinetyCalls());
+  condensed.Request().kind = kind::kCallHistory;
+  condensed.Request().chart = true;
+  ASSERT_EQ(condensed.Run(), RequestOutcome::kProduced);
+  expect(condensed.host.documents[0], {{0.5, "Name"}, {-4.75, "Number"}, {-5.6, "Calls"}, {-6.75, "Duration"}});
+
+  std::string busyLog;
+  for (int i = 0; i < 90; ++i) busyLog += "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n";
+  Rig busy;
+  busy.folder.Write("BusyLines.log", busyLog);
+  busy.Request().kind = kind::kAllLinesBusy;
+  busy.Request().variant = "Detailed";
+  ASSERT_EQ(busy.Run(), RequestOutcome::kProduced);
+  // The date stands left of the start time (the detail listing's date
+  // position would put it under the end time).
+  expect(busy.host.documents[0],
+         {{2.0, "Date"}, {-3.65, "Start Time"}, {-4.55, "End Time"}, {-5.3, "Duration"}, {-5.9, "Lines"}});
+
+  // The busy summary has its own tables: the rule and nothing more.
+  Rig summary;
+  summary.folder.Write("BusyLines.log", busyLog);
+  summary.Request().kind = kind::kAllLinesBusy;
+  summary.Request().variant = "Summary";
+  ASSERT_EQ(summary.Run(), RequestOutcome::kProduced);
+  const std::vector<SpoolCommand> records = AfterHeadingBlock(summary.host.documents[0], 1);
+  ExpectRecords(records, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)});
+  EXPECT_TRUE(std::ranges::none_of(records, [](const SpoolCommand& command) { return command.text == "Start Time"; }));
 }
 
 TEST(PageHeadings, DailyAnalysisLeavesThreeLinesUnlessTheChartTakesThem) {
