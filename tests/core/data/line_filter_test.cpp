@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/runtime_error.h"
+#include "core/support/error_number.h"
 
 namespace cw {
 namespace {
@@ -31,20 +31,12 @@ TEST(ExpandLineFilter, WritesOutEveryRange) {
 }
 
 TEST(ExpandLineFilter, RangeEndsAre16BitNumbers) {
-  auto errorOf = [](std::string_view answer) {
-    try {
-      ExpandLineFilter(answer);
-    } catch (const RuntimeError& error) {
-      return error.Number();
-    }
-    return 0;
-  };
-  EXPECT_EQ(errorOf("a-3"), err::kTypeMismatch);
-  EXPECT_EQ(errorOf("1-"), err::kTypeMismatch);
-  EXPECT_EQ(errorOf("-5"), err::kTypeMismatch);
-  EXPECT_EQ(errorOf("1-2-3"), err::kTypeMismatch);
-  EXPECT_EQ(errorOf("1-40000"), err::kOverflow);
-  EXPECT_EQ(errorOf("3--5"), 0);  // a negative high end is a number; the range is empty
+  for (const char* answer : {"a-3", "1-", "-5", "1-2-3"}) {
+    EXPECT_EQ(test::ErrorNumberOf([&] { ExpandLineFilter(answer); }), err::kTypeMismatch) << answer;
+  }
+  EXPECT_EQ(test::ErrorNumberOf([] { ExpandLineFilter("1-40000"); }), err::kOverflow);
+  // A negative high end is a number; the range is empty.
+  EXPECT_EQ(test::ErrorNumberOf([] { ExpandLineFilter("3--5"); }), 0);
 }
 
 }  // namespace

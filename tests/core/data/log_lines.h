@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <unistd.h>
 
@@ -57,6 +58,13 @@ class Call {
   std::string rings_ = "2";
   std::string dtmf_;
 };
+
+// A call log of these calls, each line ended by CR LF.
+inline std::string LogOf(const std::vector<Call>& calls) {
+  std::string text;
+  for (const Call& call : calls) text += call.Text() + "\r\n";
+  return text;
+}
 
 // A file under the temporary folder, removed again when the test ends.
 class ScratchFile {

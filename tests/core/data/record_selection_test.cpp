@@ -14,11 +14,7 @@ namespace {
 
 using testing::Call;
 
-std::string Log(const std::vector<Call>& calls) {
-  std::string log;
-  for (const Call& call : calls) log += call.Text() + "\r\n";
-  return log;
-}
+std::string Log(const std::vector<Call>& calls) { return testing::LogOf(calls); }
 
 CivilDate Day(int month, int day) { return CivilDate::FromYmd(2024, month, day); }
 

@@ -48,22 +48,6 @@ TEST(SortHashSearch, ComparesByCharacterCode) {
   EXPECT_TRUE(TextLess("\x81", "\xa0"));
 }
 
-TEST(SortHashSearch, QuickSortPartitionsAroundTheRoundedMiddle) {
-  // The middle of 0..7 is 3.5, rounded to 4; the runs of at most five
-  // elements that remain are left for the insertion pass.
-  std::vector<std::string_view> lines = {"h", "g", "f", "e", "d", "c", "b", "a"};
-  SortHashSearch::QuickSort(lines, 4, 0, 7);
-  EXPECT_EQ(lines, (std::vector<std::string_view>{"a", "c", "b", "d", "f", "g", "e", "h"}));
-
-  std::vector<std::string_view> five = {"e", "d", "c", "b", "a"};
-  SortHashSearch::QuickSort(five, 4, 0, 4);
-  EXPECT_EQ(five, (std::vector<std::string_view>{"e", "d", "c", "b", "a"}));
-  SortHashSearch::SortStrings(five);
-  EXPECT_EQ(five, (std::vector<std::string_view>{"a", "b", "c", "d", "e"}));
-
-  EXPECT_THROW(SortHashSearch::QuickSort(lines, 0, 0, 7), RuntimeError);
-}
-
 TEST(SortHashSearch, SortsAnyInputByMovingHandles) {
   std::mt19937 random(12345);
   for (int size : {0, 1, 2, 5, 6, 7, 50, 1000, 20000}) {

@@ -21,6 +21,7 @@ namespace cw {
 namespace {
 
 using testing::Call;
+using testing::LogOf;
 using testing::MemorySettingsStore;
 using testing::RecordingHost;
 using testing::TempFolder;
@@ -60,12 +61,6 @@ class OrderedSettingsStore : public MemorySettingsStore {
 };
 
 constexpr double kInch = 1440.0;
-
-std::string LogOf(const std::vector<Call>& calls) {
-  std::string text;
-  for (const Call& call : calls) text += call.Text() + "\r\n";
-  return text;
-}
 
 // Ninety unanswered incoming calls on line 1 from ninety different callers:
 // enough rows for a second page in every listing.

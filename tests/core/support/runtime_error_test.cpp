@@ -13,11 +13,6 @@ TEST(RuntimeErrorTest, CarriesNumberStandardTextAndRaisingLine) {
   EXPECT_STREQ(overflow.what(), "Overflow");
   EXPECT_EQ(overflow.Line(), static_cast<std::uint32_t>(line));
 
-  RuntimeError own(7777, "Buffer page size must be larger than zero characters", "cFastCat");
-  EXPECT_EQ(own.Description(), "Buffer page size must be larger than zero characters");
-  EXPECT_EQ(own.Source(), "cFastCat");
-
-  EXPECT_EQ(StandardErrorText(13), "Type mismatch");
   EXPECT_EQ(StandardErrorText(76), "Path not found");
   EXPECT_EQ(RuntimeError(12345).Description(), "Application-defined or object-defined error");
 }
