@@ -33,16 +33,6 @@ TEST(SpoolFormat, HeaderCreationValuesByteForByte) {
   ASSERT_EQ(expected.size(), kSpoolRecordSize);
   EXPECT_EQ(Bytes(header), expected);
 
-  // A second document keeps AutoNewPage and SubTitle but resets the rest.
-  PutBool(header.data(), spool::kAutoNewPage, true);
-  PutText(header.data(), spool::kSubTitle, spool::kSubTitleWidth, "Report Period: 01/01/2026");
-  PutText(header.data(), spool::kTitle, spool::kTitleWidth, "Old title");
-  PutInt16(header.data(), spool::kScaleMode, 1);
-  ApplyHeaderCreationValues(header);
-  EXPECT_EQ(Bytes(header).substr(120, 2), Raw({0xFF, 0xFF}));
-  EXPECT_EQ(Bytes(header).substr(222), Padded("Report Period: 01/01/2026", 200));
-  EXPECT_EQ(Bytes(header).substr(122, 100), Spaces(100));
-  EXPECT_EQ(Bytes(header).substr(2, 2), Raw({5, 0}));
 }
 
 TEST(SpoolFormat, CommandLayoutsByteForByte) {

@@ -5,7 +5,6 @@
 #include <tuple>
 #include <vector>
 
-#include "settings/settings_keys.h"
 #include "settings/settings_store.h"
 #include "testing/memory_settings_store.h"
 #include "settings/settings_values.h"
@@ -52,19 +51,12 @@ TEST(GetOptionsSaveOptions, StoreFailuresShowTheModernBox) {
 }
 
 TEST(SettingValues, LastTabAndFlags) {
-  EXPECT_EQ(ClampLastTab("1", 8), 1);
-  EXPECT_EQ(ClampLastTab("7", 8), 7);
-  EXPECT_EQ(ClampLastTab("0", 8), 1);
-  EXPECT_EQ(ClampLastTab("-4", 8), 1);
-  EXPECT_EQ(ClampLastTab("12", 8), 8);
-  EXPECT_EQ(ClampLastTab("", 8), 1);
-  EXPECT_EQ(ClampLastTab("two", 8), 1);
+  for (auto [stored, tab] : {std::pair{"1", 1}, {"7", 7}, {"0", 1}, {"-4", 1}, {"12", 8}, {"", 1}, {"two", 1}}) {
+    EXPECT_EQ(ClampLastTab(stored, 8), tab) << stored;
+  }
 
-  EXPECT_TRUE(SettingIsTrue("1"));
-  EXPECT_TRUE(SettingIsTrue("-1"));
-  EXPECT_TRUE(SettingIsTrue(" True "));
-  EXPECT_FALSE(SettingIsTrue("0"));
-  EXPECT_FALSE(SettingIsTrue("FALSE"));
+  for (const char* yes : {"1", "-1", " True "}) EXPECT_TRUE(SettingIsTrue(yes)) << yes;
+  for (const char* no : {"0", "FALSE"}) EXPECT_FALSE(SettingIsTrue(no)) << no;
   for (const char* bad : {"", "yes", "on"}) {
     try {
       SettingIsTrue(bad);
@@ -73,15 +65,6 @@ TEST(SettingValues, LastTabAndFlags) {
       EXPECT_EQ(error.Number(), err::kTypeMismatch);
     }
   }
-}
-
-TEST(SettingKeys, NamesAreUniqueAndDefaultsAsTheFormExpects) {
-  for (std::size_t i = 0; i < std::size(kAllSettingKeys); ++i) {
-    for (std::size_t j = i + 1; j < std::size(kAllSettingKeys); ++j) {
-      EXPECT_NE(kAllSettingKeys[i].name, kAllSettingKeys[j].name);
-    }
-  }
-  EXPECT_EQ(std::size(kAllSettingKeys), 16u);
 }
 
 TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIni) {
