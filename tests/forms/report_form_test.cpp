@@ -2,22 +2,15 @@
 // every tab, the settings it restores and saves, the tab presets, the period
 // buttons, the hardware that cannot tell directions, the line filter, history
 // mode, and every message shown through the host.
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QFile>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QTabBar>
 #include <QTemporaryDir>
-#include <QToolButton>
 #include <QUrl>
 #include <QtTest>
-#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -148,6 +141,12 @@ class Bench {
     for (const auto& [key, value] : values) Set(key, value);
   }
   std::string Saved(const std::string& key) const { return store.Reports(kRingtally, key); }
+  // The saved values of the keys, joined by "|".
+  std::string Saved(std::initializer_list<const char*> keys) const {
+    std::string joined;
+    for (const char* key : keys) joined += (joined.empty() ? "" : "|") + Saved(key);
+    return joined;
+  }
 
   cw::fReport& Load() {
     form = std::make_unique<cw::fReport>(commandLine_, host, store, metrics, helpFile);
@@ -165,7 +164,19 @@ class Bench {
   void Tab(int kind) { Get<QTabBar>("TabStrip")->setCurrentIndex(kind - 1); }
   void Click(const char* name) { Get<QAbstractButton>(name)->click(); }
   QString Caption(const char* name) const { return Get<QLabel>(name)->text(); }
+  std::string Dates() const { return (Caption("lFromDate") + " to " + Caption("lToDate")).toStdString(); }
+  bool Checked(const char* name) const { return Get<QAbstractButton>(name)->isChecked(); }
+  void Check(const char* name, bool on) { Get<QAbstractButton>(name)->setChecked(on); }
+  void Type(const char* name, const char* text) { Get<QLineEdit>(name)->setText(QString::fromLatin1(text)); }
   void Preview() { Click("cmdPrintQuery"); }
+  // All log entries previewed: the title of the new preview, "" when none came.
+  std::string Run() {
+    const std::size_t before = host.previews.size();
+    Click("oTimePeriod_3");
+    Preview();
+    if (host.previews.size() != before + 1 || host.previews.back().pages < 1) return {};
+    return host.previews.back().title;
+  }
 
   Office office;
   cw::testing::MemorySettingsStore store;
@@ -177,6 +188,8 @@ class Bench {
  private:
   std::string commandLine_;
 };
+
+bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 }  // namespace
 
@@ -200,142 +213,91 @@ class ReportFormTest : public QObject {
 };
 
 void ReportFormTest::tabCaptionsFollowTheEdition() {
-  const QStringList common = {"Daily Call Statistics", "Line Usage Statistics", "All Lines Busy", "",
-                              "By Name", "By Tel Number", "Call History", "By Line Number"};
-  {
-    Bench bench;  // empty command line: Vorn Ringtally
-    bench.Load();
-    auto* tabs = bench.Get<QTabBar>("TabStrip");
-    QCOMPARE(tabs->count(), 8);
-    for (int k = 0; k < 8; ++k) {
-      QCOMPARE(tabs->tabText(k), k == 3 ? QStringLiteral("Unanswered Calls") : common[k]);
-    }
-    QCOMPARE(bench.form->windowTitle(), QStringLiteral("Vorn Ringtally Reports"));
-  }
-  {
-    Bench bench("h=Callwarden", kCallwarden);
-    bench.Load();
-    QCOMPARE(bench.Get<QTabBar>("TabStrip")->tabText(3), QStringLiteral("Abandoned Calls"));
-    QVERIFY(bench.host.messages.empty());
-  }
+  Bench bench;  // empty command line: Vorn Ringtally
+  bench.Load();
+  auto* tabs = bench.Get<QTabBar>("TabStrip");
+  QStringList captions;
+  for (int k = 0; k < tabs->count(); ++k) captions << tabs->tabText(k);
+  QCOMPARE(captions, (QStringList{"Daily Call Statistics", "Line Usage Statistics", "All Lines Busy",
+                                  "Unanswered Calls", "By Name", "By Tel Number", "Call History", "By Line Number"}));
+  QCOMPARE(bench.form->windowTitle(), QStringLiteral("Vorn Ringtally Reports"));
+
+  Bench callwarden("h=Callwarden", kCallwarden);
+  callwarden.Load();
+  QCOMPARE(callwarden.Get<QTabBar>("TabStrip")->tabText(3), QStringLiteral("Abandoned Calls"));
+  QVERIFY(callwarden.host.messages.empty());
 }
 
 void ReportFormTest::everyTabHandsItsStateToTheRequest() {
   Bench bench;
   bench.Set("DTMF", "1");
   bench.Load();
-  bench.Click("oTimePeriod_3");  // All Log Entries
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("08/17/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("11/22/2026"));
   const cw::ReportRequest& request = bench.form->Request();
-  const auto previewed = [&](const std::string& title) {
-    return !bench.host.previews.empty() && bench.host.previews.back().title == title &&
-           bench.host.previews.back().pages >= 1;
-  };
 
   bench.Tab(1);
   bench.Click("Option2");
-  bench.Get<QCheckBox>("chkChart")->setChecked(true);
-  bench.Click("oTimePeriod_3");
-  bench.Preview();
-  QVERIFY(previewed("DAILY CALL ANALYSIS REPORT"));
-  QCOMPARE(request.kind, 1);
+  bench.Check("chkChart", true);
+  QCOMPARE(bench.Run(), std::string("DAILY CALL ANALYSIS REPORT"));
+  QCOMPARE(bench.Dates(), std::string("08/17/2026 to 11/22/2026"));  // All Log Entries
   QCOMPARE(request.direction, std::string("Out"));
-  QCOMPARE(request.fromDate, std::string("08/17/2026"));
-  QCOMPARE(request.toDate, std::string("11/22/2026"));
-  QVERIFY(request.chart);
-  QVERIFY(request.dtmf);
+  QCOMPARE(request.fromDate + " to " + request.toDate, bench.Dates());
+  QVERIFY(request.chart && request.dtmf);
   QCOMPARE(request.columns, cw::DetailColumnPositions(true));
 
   bench.Tab(2);
   bench.Click("Option3");
-  bench.Click("oTimePeriod_3");
-  bench.Preview();
-  QVERIFY(previewed("LINE USAGE SUMMARY REPORT"));
-  QCOMPARE(request.kind, 2);
-  QCOMPARE(request.direction, std::string("InOut"));
-  QCOMPARE(request.variant, std::string("Detailed"));
+  QCOMPARE(bench.Run(), std::string("LINE USAGE SUMMARY REPORT"));
+  QCOMPARE(request.direction + " " + request.variant, std::string("InOut Detailed"));
 
   bench.Tab(3);
   bench.Click("Option2");
-  bench.Click("oTimePeriod_3");
-  bench.Preview();
-  QVERIFY(previewed("ALL LINES BUSY REPORT"));
-  QCOMPARE(request.kind, 3);
+  QCOMPARE(bench.Run(), std::string("ALL LINES BUSY REPORT"));
   QCOMPARE(request.variant, std::string("Summary"));
   bench.Click("Option1");
   bench.Preview();
   QCOMPARE(request.variant, std::string("Detailed"));
 
   bench.Tab(4);
-  bench.Click("oTimePeriod_3");
   bench.Click("oInOut_0");
-  bench.Get<QCheckBox>("chkNotLasting")->setChecked(true);
-  bench.Get<QLineEdit>("txtSeconds")->setText("30");
-  bench.Get<QCheckBox>("chkRingCount")->setChecked(false);
-  bench.Get<QLineEdit>("txtRings")->setText("4");
-  bench.Get<QCheckBox>("chkUnanswered")->setChecked(true);
-  bench.Preview();
-  QVERIFY(previewed("ABANDONED CALLS DETAIL REPORT"));
-  QCOMPARE(request.kind, 4);
+  bench.Check("chkNotLasting", true);
+  bench.Type("txtSeconds", "30");
+  bench.Check("chkRingCount", false);
+  bench.Type("txtRings", "4");
+  bench.Check("chkUnanswered", true);
+  QCOMPARE(bench.Run(), std::string("ABANDONED CALLS DETAIL REPORT"));
+  const auto& abandoned = request.abandoned;
   QCOMPARE(request.direction, std::string("In"));
-  QVERIFY(request.abandoned.notLasting);
-  QCOMPARE(request.abandoned.seconds, std::string("30"));
-  QVERIFY(!request.abandoned.ringCount);
-  QCOMPARE(request.abandoned.rings, std::string("4"));
-  QVERIFY(request.abandoned.unanswered);
-  QCOMPARE(request.abandoned.inOutIndex, 0);
+  QVERIFY(abandoned.notLasting && !abandoned.ringCount && abandoned.unanswered);
+  QCOMPARE(abandoned.seconds + "|" + abandoned.rings, std::string("30|4"));
+  QCOMPARE(abandoned.inOutIndex, 0);
   // The request stores the filter, the option click its in/out choice.
-  QCOMPARE(bench.Saved("Select Seconds"), std::string("1"));
-  QCOMPARE(bench.Saved("Abandoned Seconds"), std::string("30"));
-  QCOMPARE(bench.Saved("Select Rings"), std::string("0"));
-  QCOMPARE(bench.Saved("Select Answered"), std::string("1"));
-  QCOMPARE(bench.Saved("Select InOut"), std::string("0"));
+  QCOMPARE(bench.Saved({"Select Seconds", "Abandoned Seconds", "Select Rings", "Select Answered", "Select InOut"}),
+           std::string("1|30|0|1|0"));
 
-  bench.Tab(5);
-  bench.Click("oTimePeriod_3");
-  bench.Get<QLineEdit>("tNameNumber")->setText("smith");
-  bench.Get<QCheckBox>("chkPartial")->setChecked(true);
-  bench.Preview();
-  QVERIFY(previewed("CALLER DETAIL REPORT"));
-  QCOMPARE(request.kind, 5);
-  QCOMPARE(request.searchText, std::string("smith"));
-  QVERIFY(request.partial);
-
-  bench.Tab(6);
-  bench.Click("oTimePeriod_3");
-  bench.Get<QLineEdit>("tNameNumber")->setText("5551234567");
-  bench.Get<QCheckBox>("chkPartial")->setChecked(false);
-  bench.Preview();
-  QVERIFY(previewed("CALLER DETAIL REPORT"));
-  QCOMPARE(request.kind, 6);
-  QCOMPARE(request.searchText, std::string("5551234567"));
-  QVERIFY(!request.partial);
+  for (const auto& [tab, text, partial] : {std::tuple{5, "smith", true}, std::tuple{6, "5551234567", false}}) {
+    bench.Tab(tab);
+    bench.Type("tNameNumber", text);
+    bench.Check("chkPartial", partial);
+    QCOMPARE(bench.Run(), std::string("CALLER DETAIL REPORT"));
+    QCOMPARE(request.kind, tab);
+    QCOMPARE(request.searchText, std::string(text));
+    QCOMPARE(request.partial, partial);
+  }
 
   bench.Tab(7);
-  bench.Click("oTimePeriod_3");
-  bench.Get<QCheckBox>("chkChart")->setChecked(true);
-  bench.Preview();
-  QVERIFY(previewed("LOGGED CALLS SUMMARY REPORT"));
-  QCOMPARE(request.kind, 7);
-  QVERIFY(request.chart);
-  QVERIFY(request.condensed);
+  bench.Check("chkChart", true);
+  QCOMPARE(bench.Run(), std::string("LOGGED CALLS SUMMARY REPORT"));
+  QVERIFY(request.chart && request.condensed);
 
   bench.Tab(8);
-  bench.Click("oTimePeriod_3");
   auto* lines = bench.Get<QComboBox>("Combo1");
   lines->setCurrentIndex(1);
-  bench.Preview();
-  QVERIFY(previewed("LINE DETAILS REPORT (Line 2)"));
-  QCOMPARE(request.kind, 8);
+  QCOMPARE(bench.Run(), std::string("LINE DETAILS REPORT (Line 2)"));
   QVERIFY(!request.lines.allLines);
   QCOMPARE(request.lines.lines, std::vector<std::int16_t>{2});
   lines->setCurrentIndex(lines->count() - 1);
-  bench.Preview();
+  QCOMPARE(bench.Run(), std::string("LINE DETAILS REPORT (Lines 1-4)"));
   QVERIFY(request.lines.allLines);
-  QVERIFY(previewed("LINE DETAILS REPORT (Lines 1-4)"));
-
-  QCOMPARE(bench.host.previews.size(), std::size_t{10});
   QVERIFY2(bench.host.messages.empty(), bench.host.LastText().c_str());
 }
 
@@ -344,30 +306,24 @@ void ReportFormTest::userChoicesAreSavedAtUnloadAndRestoredAtLoad() {
   bench.Set({{"LastTab", "5"}, {"FromDate", "10/01/2026"}, {"ToDate", "10/31/2026"}, {"CallType", "Out"},
              {"PrintChart", "0"}, {"Condensed", "1"}});
   bench.Load();
-  QCOMPARE(bench.form->ReportKind(), 5);
   QCOMPARE(bench.Get<QTabBar>("TabStrip")->currentIndex(), 4);
-  QVERIFY(bench.Get<QRadioButton>("Option2")->isChecked());
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("10/01/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("10/31/2026"));
+  QVERIFY(bench.Checked("Option2"));
+  QCOMPARE(bench.Dates(), std::string("10/01/2026 to 10/31/2026"));
   QCOMPARE(bench.Caption("Label1"), QStringLiteral("Name"));
 
   // The chart box shows the graph choice on tab 1 and the condensed choice on tab 7.
   bench.Tab(1);
-  QVERIFY(!bench.Get<QCheckBox>("chkChart")->isChecked());
-  bench.Get<QCheckBox>("chkChart")->setChecked(true);
+  QVERIFY(!bench.Checked("chkChart"));
+  bench.Check("chkChart", true);
   bench.Tab(7);
-  QVERIFY(bench.Get<QCheckBox>("chkChart")->isChecked());
-  bench.Get<QCheckBox>("chkChart")->setChecked(false);
+  QVERIFY(bench.Checked("chkChart"));
+  bench.Check("chkChart", false);
   bench.Tab(6);
   bench.Click("oTimePeriod_0");
-  bench.Get<QLineEdit>("tNameNumber")->setText("5551234567");
+  bench.Type("tNameNumber", "5551234567");
   bench.form->Form_Unload();
-  QCOMPARE(bench.Saved("LastTab"), std::string("6"));
-  QCOMPARE(bench.Saved("FromDate"), std::string("11/22/2026"));
-  QCOMPARE(bench.Saved("ToDate"), std::string("11/22/2026"));
-  QCOMPARE(bench.Saved("SearchText"), std::string("5551234567"));
-  QCOMPARE(bench.Saved("PrintChart"), std::string("1"));
-  QCOMPARE(bench.Saved("Condensed"), std::string("0"));
+  QCOMPARE(bench.Saved({"LastTab", "FromDate", "ToDate", "SearchText", "PrintChart", "Condensed"}),
+           std::string("6|11/22/2026|11/22/2026|5551234567|1|0"));
 
   // Unloading twice saves once.
   bench.Set("LastTab", "2");
@@ -377,8 +333,8 @@ void ReportFormTest::userChoicesAreSavedAtUnloadAndRestoredAtLoad() {
   // A new form on the same settings comes back as the user left it.
   bench.Load();
   QCOMPARE(bench.form->ReportKind(), 2);
-  QVERIFY(bench.Get<QCheckBox>("chkChart")->isChecked());
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/22/2026"));
+  QVERIFY(bench.Checked("chkChart"));
+  QCOMPARE(bench.Dates(), std::string("11/22/2026 to 11/22/2026"));
 }
 
 void ReportFormTest::lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
@@ -391,19 +347,16 @@ void ReportFormTest::lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
   Bench bench;
   bench.Set({{"LastTab", "7"}, {"PrintChart", "1"}, {"Condensed", "1"}});
   bench.Load();
-  QCOMPARE(bench.form->ReportKind(), 7);
-  QVERIFY(!bench.Get<QCheckBox>("chkChart")->isChecked());
+  QVERIFY(!bench.Checked("chkChart"));
   QCOMPARE(bench.Get<QCheckBox>("chkChart")->text(), QStringLiteral("Condensed Summary Version"));
   bench.Tab(1);
-  QVERIFY(!bench.Get<QCheckBox>("chkChart")->isChecked());
+  QVERIFY(!bench.Checked("chkChart"));
   QCOMPARE(bench.Get<QCheckBox>("chkChart")->text(), QStringLiteral("Include Graph"));
   // Unloading on tab 7 leaves both settings alone.
   bench.Tab(7);
-  bench.Get<QCheckBox>("chkChart")->setChecked(true);
+  bench.Check("chkChart", true);
   bench.form->Form_Unload();
-  QCOMPARE(bench.Saved("LastTab"), std::string("7"));
-  QCOMPARE(bench.Saved("PrintChart"), std::string("1"));
-  QCOMPARE(bench.Saved("Condensed"), std::string("1"));
+  QCOMPARE(bench.Saved({"LastTab", "PrintChart", "Condensed"}), std::string("7|1|1"));
 }
 
 void ReportFormTest::tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
@@ -411,9 +364,8 @@ void ReportFormTest::tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
   bench.Set({{"CallType", "InOut"}, {"FromDate", "09/01/2026"}, {"Select Seconds", "1"}, {"Abandoned Seconds", "45"},
              {"Select Rings", "1"}, {"Abandoned Rings", "3"}, {"Select Answered", "0"}, {"Select InOut", "1"}});
   bench.Load();
-  QVERIFY(bench.Get<QRadioButton>("Option3")->isChecked());
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("09/01/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("11/22/2026"));  // empty ToDate: today
+  QVERIFY(bench.Checked("Option3"));
+  QCOMPARE(bench.Dates(), std::string("09/01/2026 to 11/22/2026"));  // empty ToDate: today
 
   // The line list offers the active lines of the INI file and all lines.
   auto* lines = bench.Get<QComboBox>("Combo1");
@@ -427,26 +379,24 @@ void ReportFormTest::tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
   bench.Click("oTimePeriod_0");
   bench.office.WriteIni(3, 2);
   bench.Tab(8);
-  QVERIFY(bench.Get<QRadioButton>("Option1")->isChecked());
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("09/01/2026"));
+  QVERIFY(bench.Checked("Option1"));
+  QCOMPARE(bench.Dates(), std::string("09/01/2026 to 11/22/2026"));
   QCOMPARE(lines->count(), 3);
   bench.Click("Option2");
   QCOMPARE(bench.Saved("CallType"), std::string("Out"));
   bench.Tab(7);
-  QVERIFY(bench.Get<QRadioButton>("Option2")->isChecked());
+  QVERIFY(bench.Checked("Option2"));
   bench.Preview();
-  QCOMPARE(bench.form->Request().direction, std::string("Out"));
-  QCOMPARE(bench.form->Request().variant, std::string("Detailed"));  // reset by the tab change
+  QCOMPARE(bench.form->Request().direction + " " + bench.form->Request().variant,
+           std::string("Out Detailed"));  // the variant is reset by the tab change
 
   // The abandoned box comes back from the settings on its tab, its in/out
   // choice giving the direction there.
   bench.Tab(4);
-  QVERIFY(bench.Get<QCheckBox>("chkNotLasting")->isChecked());
-  QCOMPARE(bench.Get<QLineEdit>("txtSeconds")->text(), QStringLiteral("45"));
-  QVERIFY(bench.Get<QCheckBox>("chkRingCount")->isChecked());
-  QCOMPARE(bench.Get<QLineEdit>("txtRings")->text(), QStringLiteral("3"));
-  QVERIFY(!bench.Get<QCheckBox>("chkUnanswered")->isChecked());
-  QVERIFY(bench.Get<QRadioButton>("oInOut_1")->isChecked());
+  QVERIFY(bench.Checked("chkNotLasting") && bench.Checked("chkRingCount") && !bench.Checked("chkUnanswered"));
+  QCOMPARE(bench.Get<QLineEdit>("txtSeconds")->text() + "|" + bench.Get<QLineEdit>("txtRings")->text(),
+           QStringLiteral("45|3"));
+  QVERIFY(bench.Checked("oInOut_1"));
   bench.Preview();
   QCOMPARE(bench.form->Request().direction, std::string("Out"));
   QCOMPARE(bench.form->Request().abandoned.inOutIndex, 1);
@@ -455,26 +405,28 @@ void ReportFormTest::tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
   bench.Set("Select Seconds", "0");
   bench.Tab(5);
   bench.Tab(4);
-  QVERIFY(!bench.Get<QCheckBox>("chkNotLasting")->isChecked());
-  QVERIFY(bench.Get<QRadioButton>("oInOut_2")->isChecked());
+  QVERIFY(!bench.Checked("chkNotLasting"));
+  QVERIFY(bench.Checked("oInOut_2"));
 }
 
 void ReportFormTest::optionsOfEachTab() {
   Bench bench;
   bench.Load();
   const auto shown = [&](const char* name) { return bench.Get<QWidget>(name)->isVisible(); };
-  const auto text = [&](const char* name) { return bench.Get<QAbstractButton>(name)->text(); };
+  const auto options = [&] {
+    QStringList texts;
+    for (const char* name : {"Option1", "Option2", "Option3"}) {
+      if (shown(name)) texts << bench.Get<QAbstractButton>(name)->text();
+    }
+    return texts;
+  };
 
   bench.Tab(1);
-  QCOMPARE(text("Option1"), QStringLiteral("In Calls"));
-  QCOMPARE(text("Option2"), QStringLiteral("Out Calls"));
-  QCOMPARE(text("Option3"), QStringLiteral("In && Out"));
+  QCOMPARE(options(), (QStringList{"In Calls", "Out Calls", "In && Out"}));
   QVERIFY(shown("chkChart") && !shown("fraSearch") && !shown("fraLines") && !shown("fraAbandoned"));
 
   bench.Tab(3);
-  QCOMPARE(text("Option1"), QStringLiteral("Busy Lines Occurance Listing"));
-  QCOMPARE(text("Option2"), QStringLiteral("Busy Lines Stats Summary"));
-  QVERIFY(!shown("Option3"));
+  QCOMPARE(options(), (QStringList{"Busy Lines Occurance Listing", "Busy Lines Stats Summary"}));
   bench.Click("Option1");
   QVERIFY(!shown("chkChart"));
   bench.Click("Option2");
@@ -499,20 +451,16 @@ void ReportFormTest::periodButtonsSetTheDates() {
   bench.Load();
   // Sunday 11/22/2026: the week starts that day, and To stays.
   bench.Click("oTimePeriod_1");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/22/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("12/31/2026"));
+  QCOMPARE(bench.Dates(), std::string("11/22/2026 to 12/31/2026"));
   bench.host.today = CivilDate::FromYmd(2026, 11, 28);  // Saturday
   bench.Click("oTimePeriod_1");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/22/2026"));
+  QCOMPARE(bench.Dates(), std::string("11/22/2026 to 12/31/2026"));
   bench.Click("oTimePeriod_0");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/28/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("11/28/2026"));
+  QCOMPARE(bench.Dates(), std::string("11/28/2026 to 11/28/2026"));
   bench.Click("oTimePeriod_2");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/01/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("11/28/2026"));
+  QCOMPARE(bench.Dates(), std::string("11/01/2026 to 11/28/2026"));
   bench.Click("oTimePeriod_3");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("08/17/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("11/28/2026"));
+  QCOMPARE(bench.Dates(), std::string("08/17/2026 to 11/28/2026"));
 
   // An undated first line starts at today; no log leaves From as it was.
   {
@@ -535,16 +483,14 @@ void ReportFormTest::hardwareThatCannotTellDirectionsDisablesTheOptions() {
     Bench bench;
     bench.office.WriteIni(hardware, 4);
     bench.Load();
-    const bool enabled = hardware == 3;
-    for (const char* name : {"Option1", "Option2", "Option3"}) {
-      QCOMPARE(bench.Get<QWidget>(name)->isEnabled(), enabled);
-    }
+    const auto enabled = [&](const char* name) { return bench.Get<QWidget>(name)->isEnabled(); };
+    const bool canTell = hardware == 3;
+    QVERIFY(enabled("Option1") == canTell && enabled("Option2") == canTell && enabled("Option3") == canTell);
     bench.Tab(4);
-    QCOMPARE(bench.Get<QWidget>("oInOut_0")->isEnabled(), enabled);
+    QCOMPARE(enabled("oInOut_0"), canTell);
     // On the all-lines-busy tab the options choose the report, whatever the hardware.
     bench.Tab(3);
-    QVERIFY(bench.Get<QWidget>("Option1")->isEnabled());
-    QVERIFY(bench.Get<QWidget>("Option2")->isEnabled());
+    QVERIFY(enabled("Option1") && enabled("Option2"));
   }
 }
 
@@ -555,13 +501,11 @@ void ReportFormTest::lineFilterAsksAndShowsTheExpandedList() {
   bench.host.inputAnswer = "1,3-5,7";
   bench.Click("cmdLineFilter");
   QCOMPARE(bench.host.inputs.size(), std::size_t{1});
-  QCOMPARE(bench.host.inputs[0].prompt, cw::LineFilterPrompt());
-  QVERIFY(bench.host.inputs[0].prompt.find("can entered as 1-5") != std::string::npos);
+  QVERIFY(Has(bench.host.inputs[0].prompt, "can entered as 1-5"));
   QCOMPARE(bench.host.inputs[0].title, std::string("Line Filter"));
   QCOMPARE(bench.host.inputs[0].defaultAnswer, std::string("1,11-16,18-20,22"));
   QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QCOMPARE(bench.host.messages[0].title, std::string());
-  QCOMPARE(bench.host.messages[0].text, std::string("1,3,4,5,7"));
+  QCOMPARE(bench.host.messages[0].title + "|" + bench.host.messages[0].text, std::string("|1,3,4,5,7"));
   QCOMPARE(bench.host.messages[0].icon, MessageIcon::kNone);
   QCOMPARE(bench.host.messages[0].buttons, MessageButtons::kOk);
 
@@ -578,8 +522,8 @@ void ReportFormTest::lineFilterAsksAndShowsTheExpandedList() {
   bench.form->LineFilterArray();
   QCOMPARE(bench.host.messages.size(), std::size_t{2});
   QCOMPARE(bench.host.messages[1].title, std::string("Error"));
-  QVERIFY(bench.host.LastText().find("in Form fReport procedure LineFilterArray.") != std::string::npos);
-  QVERIFY(bench.host.LastText().find("The error Occurred at line: ") != std::string::npos);
+  QVERIFY(Has(bench.host.LastText(), "in Form fReport procedure LineFilterArray."));
+  QVERIFY(Has(bench.host.LastText(), "The error Occurred at line: "));
 }
 
 void ReportFormTest::messagesOfTheRequestGoThroughTheHost() {
@@ -602,16 +546,14 @@ void ReportFormTest::messagesOfTheRequestGoThroughTheHost() {
   named.Tab(5);
   named.Preview();  // no saved dates: From is empty
   QCOMPARE(named.host.messages.size(), std::size_t{1});
-  QCOMPARE(named.host.messages[0].title, std::string());
-  QCOMPARE(named.host.messages[0].text, std::string("Missing Start Date"));
-  named.host.messages.clear();
+  QCOMPARE(named.host.messages[0].title + "|" + named.host.messages[0].text, std::string("|Missing Start Date"));
   named.Click("oTimePeriod_3");
-  named.Get<QLineEdit>("tNameNumber")->setText("  ");
+  named.Type("tNameNumber", "  ");
   // Enter in the name box presses the preview button.
   QTest::keyClick(named.Get<QLineEdit>("tNameNumber"), Qt::Key_Return);
-  QCOMPARE(named.host.messages.size(), std::size_t{1});
-  QCOMPARE(named.host.messages[0].title, std::string("Missing Search Criteria"));
-  QCOMPARE(named.host.messages[0].text, std::string("Please Enter a Name"));
+  QCOMPARE(named.host.messages.size(), std::size_t{2});
+  QCOMPARE(named.host.messages[1].title + "|" + named.host.messages[1].text,
+           std::string("Missing Search Criteria|Please Enter a Name"));
 }
 
 void ReportFormTest::historyModeShowsTheNumberAndUnloads() {
@@ -627,12 +569,9 @@ void ReportFormTest::historyModeShowsTheNumberAndUnloads() {
   QCOMPARE(bench.host.previewPagesShown, bench.host.previews[0].pages);
   const cw::ReportRequest& request = bench.form->Request();
   QCOMPARE(request.kind, 6);
-  QCOMPARE(request.direction, std::string("InOut"));
-  QCOMPARE(request.searchText, std::string("5551234567"));
-  QVERIFY(!request.partial);
-  QVERIFY(!request.chart);
-  QCOMPARE(request.fromDate, std::string("08/17/2026"));
-  QCOMPARE(request.toDate, std::string("11/22/2026"));
+  QCOMPARE(request.direction + " " + request.searchText, std::string("InOut 5551234567"));
+  QVERIFY(!request.partial && !request.chart);
+  QCOMPARE(request.fromDate + " to " + request.toDate, std::string("08/17/2026 to 11/22/2026"));
   QCOMPARE(bench.Caption("Label1"), QStringLiteral("Number"));
   QCOMPARE(bench.Get<QLineEdit>("tNameNumber")->text(), QStringLiteral("5551234567"));
   QVERIFY(!bench.Get<QWidget>("chkChart")->isEnabled());
@@ -657,19 +596,18 @@ void ReportFormTest::dateButtonsAndHelp() {
   bench.Load();
   bench.host.pickedDate = "10/05/2026";
   bench.Click("cmdFrom");
-  QCOMPARE(bench.host.dateCaptions, std::vector<std::string>{"10/01/2026"});
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("10/05/2026"));
   bench.host.pickedDate.reset();
   bench.Click("cmdTo");
-  QCOMPARE(bench.host.dateCaptions.back(), std::string("11/22/2026"));
-  QCOMPARE(bench.Caption("lToDate"), QStringLiteral("11/22/2026"));
+  // The calendar opens on the date shown; cancelling it keeps that date.
+  QCOMPARE(bench.host.dateCaptions, (std::vector<std::string>{"10/01/2026", "11/22/2026"}));
+  QCOMPARE(bench.Dates(), std::string("10/05/2026 to 11/22/2026"));
 
   // The help page opens at the form's topic; a missing page is an error box.
   bench.Click("cHelp");
-  QCOMPARE(bench.host.urls.size(), std::size_t{0});
+  QVERIFY(bench.host.urls.empty());
   QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QVERIFY(bench.host.LastText().find("Procedure Name: cHelp_Click.") != std::string::npos);
-  QVERIFY(bench.host.LastText().find(bench.helpFile) != std::string::npos);
+  QVERIFY(Has(bench.host.LastText(), "Procedure Name: cHelp_Click."));
+  QVERIFY(Has(bench.host.LastText(), bench.helpFile));
   QFile help(QString::fromStdString(bench.helpFile));
   QVERIFY(help.open(QIODevice::WriteOnly));
   help.close();
@@ -689,11 +627,10 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   bench.Set("DTMF", "maybe");
   bench.Load();
   QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  const std::string& text = bench.host.messages[0].text;
   QCOMPARE(bench.host.messages[0].title, std::string("Error"));
-  QVERIFY(text.find("Module Name: fReport") != std::string::npos);
-  QVERIFY(text.find("Procedure Name: Form_Load.") != std::string::npos);
-  QVERIFY(text.find("Date: 11/22/2026 9:00:00 AM") != std::string::npos);
+  for (const char* part : {"Module Name: fReport", "Procedure Name: Form_Load.", "Date: 11/22/2026 9:00:00 AM"}) {
+    QVERIFY2(Has(bench.host.LastText(), part), part);
+  }
   QVERIFY(!bench.form->Unloaded());
 
   // A settings store that fails: every read shows its own box, and the form
@@ -704,7 +641,7 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   failing.host.messages.clear();
   failing.Tab(2);
   QVERIFY(!failing.host.messages.empty());
-  QVERIFY(failing.host.messages[0].text.find("Procedure Name: GetOptions.") != std::string::npos);
+  QVERIFY(Has(failing.host.messages[0].text, "Procedure Name: GetOptions."));
   failing.store.failing = false;
   failing.Tab(3);
   QCOMPARE(failing.form->ReportKind(), 3);
@@ -721,8 +658,8 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   QVERIFY(!embedded.form->Unloaded());
   if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
     QCOMPARE(embedded.host.messages.size(), std::size_t{1});
-    QVERIFY(embedded.host.LastText().find("inside window 1234") != std::string::npos);
-    QVERIFY(embedded.host.LastText().find("Procedure Name: Form_Load.") != std::string::npos);
+    QVERIFY(Has(embedded.host.LastText(), "inside window 1234"));
+    QVERIFY(Has(embedded.host.LastText(), "Procedure Name: Form_Load."));
   }
 
   // A handle that is no number ends the start-up with its box.
@@ -730,7 +667,7 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   garbled.Load();
   QVERIFY(garbled.form->Unloaded());
   QCOMPARE(garbled.host.messages.size(), std::size_t{1});
-  QVERIFY(garbled.host.LastText().find("Procedure Name: Form_Load.") != std::string::npos);
+  QVERIFY(Has(garbled.host.LastText(), "Procedure Name: Form_Load."));
 }
 
 QTEST_MAIN(ReportFormTest)
