@@ -41,7 +41,7 @@ TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
   int newPages = 0;
   document.OnNewPage = [&](std::int16_t) { ++newPages; };
   document.BeginDoc();
-  EXPECT_EQ(document.PrintFile().rfind(folder.Path() + "/VPR", 0), 0u) << document.PrintFile();
+  EXPECT_EQ(document.PrintFile().rfind(folder.File("VPR"), 0), 0u) << document.PrintFile();
   EXPECT_EQ(document.Page(), 1);
   EXPECT_EQ(document.Spacing(), 1.3);
   document.SetAutoHeadings(true);

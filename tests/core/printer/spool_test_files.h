@@ -1,52 +1,21 @@
 #pragma once
-// Files for the printer tests: a private temporary folder, whole-file reads
-// and writes, and spool files assembled record by record.
+// Files for the printer tests: spool files assembled record by record and
+// read back, and a full disk.
 
 #include <signal.h>
-#include <stdlib.h>
 #include <sys/resource.h>
 #include <cstdio>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "printer/spool_format.h"
 #include "printer/spool_reader.h"
+#include "testing/temp_folder.h"
 
 namespace cw::testing {
-
-// A fresh folder under the temporary folder, removed with everything in it.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "cw-printer-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-  }
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  const std::string& Path() const { return path_; }
-  std::string File(const std::string& name) const { return path_ + "/" + name; }
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
-    return names;
-  }
-
- private:
-  std::string path_;
-};
 
 // Plays a full disk: while it lives, no file of this process may grow past
 // `bytes`, and a write beyond that fails (EFBIG) instead of raising SIGXFSZ.
@@ -70,18 +39,6 @@ class FileSizeLimit {
   rlimit saved_{};
   sighandler_t previousHandler_ = SIG_DFL;
 };
-
-inline std::string ReadBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw std::runtime_error("cannot read " + path);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-inline void WriteBytes(const std::string& path, const std::string& bytes) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (!out) throw std::runtime_error("cannot write " + path);
-}
 
 // Record `number` (1-based) of a spool's bytes.
 inline std::string RecordAt(const std::string& bytes, std::size_t number) {

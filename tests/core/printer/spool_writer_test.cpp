@@ -120,7 +120,7 @@ TEST(SpoolWriter, CreatesItsFileInTheTemporaryFolderWithThePrefix) {
   ::setenv("TMPDIR", folder.Path().c_str(), 1);
   auto writer = SpoolWriter::CreateTemporary(DefaultHeader());
   ::unsetenv("TMPDIR");
-  EXPECT_EQ(writer->Path().rfind(folder.Path() + "/VPR", 0), 0u) << writer->Path();
+  EXPECT_EQ(writer->Path().rfind(folder.File("VPR"), 0), 0u) << writer->Path();
   writer->Close();
   EXPECT_EQ(ReadBytes(writer->Path()), Bytes(DefaultHeader()));
 

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/settings/temp_folder.h"
+#include "testing/temp_folder.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/spool_format.h"
 #include "printer/spool_reader.h"

@@ -61,7 +61,7 @@ struct BusyRig {
     const std::string textFile = folder.File("left.txt");
     document->SetPrintTextFile(textFile);
     document->PrintToFile();
-    return TempFolder::Read(textFile);
+    return testing::ReadBytes(textFile);
   }
 };
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "core/printer/engine_test_rig.h"
-#include "core/settings/temp_folder.h"
+#include "testing/temp_folder.h"
 #include "printer/orl_printer.h"
 #include "printer/spool_reader.h"
 #include "support/file_helpers.h"
@@ -57,7 +57,7 @@ TEST(ChartBitmapPath, PathFolderWhenWritableElseTheTemporaryFolder) {
   EXPECT_FALSE(std::filesystem::exists(inPath));  // the test for a writable folder leaves nothing
   path.Write("Chart.bmp", RecordingHost::TinyBitmap());
   EXPECT_EQ(ChartBitmapPath(path.Path().string(), temp.Path().string()), inPath);
-  EXPECT_EQ(TempFolder::Read(inPath), RecordingHost::TinyBitmap());  // nor takes one away
+  EXPECT_EQ(testing::ReadBytes(inPath), RecordingHost::TinyBitmap());  // nor takes one away
 
   EXPECT_EQ(ChartBitmapPath("", temp.Path().string()), inTemp);
   EXPECT_EQ(ChartBitmapPath(path.File("missing"), temp.Path().string()), inTemp);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/data/log_lines.h"
-#include "core/settings/temp_folder.h"
+#include "testing/temp_folder.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/spool_reader.h"
 #include "reports/get_history.h"

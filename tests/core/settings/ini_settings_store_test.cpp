@@ -8,7 +8,7 @@
 
 #include "settings/edition.h"
 #include "support/runtime_error.h"
-#include "temp_folder.h"
+#include "testing/temp_folder.h"
 
 namespace cw {
 namespace {
@@ -44,7 +44,7 @@ TEST(IniSettingsStore, OneFilePerEditionUnlessOneFileIsNamed) {
   EXPECT_EQ(perEdition.Get(kEditionRingtally, "Reports", "LastTab", "1"), "1");
   perEdition.Save(kEditionRingtally, "Reports", "LastTab", "4");
   perEdition.Save(kEditionCallwarden, "Reports", "LastTab", "6");
-  EXPECT_EQ(TempFolder::Read(temp.File("cfg/Vorn Ringtally.ini")), "[Reports]\nLastTab=4\n");
+  EXPECT_EQ(testing::ReadBytes(temp.File("cfg/Vorn Ringtally.ini")), "[Reports]\nLastTab=4\n");
   EXPECT_EQ(perEdition.Get(kEditionRingtally, "Reports", "LastTab", "1"), "4");
   EXPECT_EQ(perEdition.Get(kEditionCallwarden, "reports", "lasttab", "1"), "6");
 
@@ -61,7 +61,7 @@ TEST(IniSettingsStore, SaveKeepsOtherKeysSectionsAndBytes) {
   IniSettingsStore store(SettingsLocation{file, {}});
   store.Save("Vorn Ringtally", "Reports", "LastTab", "3");
   store.Save("Vorn Ringtally", "Reports", "SearchText", "Jos\xE9 M\xFCller ");
-  EXPECT_EQ(TempFolder::Read(file),
+  EXPECT_EQ(testing::ReadBytes(file),
             "[Reports]\r\nPath=C:\\Logger\r\nUnknown Key=keep me\r\nLastTab=3\r\nSearchText=Jos\xE9 M\xFCller \r\n"
             "\r\n[Elsewhere]\r\nLastTab=9\r\n");
   EXPECT_EQ(store.Get("Vorn Ringtally", "Reports", "SearchText", ""), "Jos\xE9 M\xFCller ");
@@ -78,7 +78,7 @@ TEST(IniSettingsStore, SeesChangesMadeByOthers) {
   EXPECT_EQ(store.Get("x", "Reports", "Logs", ""), "/somewhere/else/CallLog.txt");
   // A save after an outside change keeps that change.
   store.Save("x", "Reports", "LastTab", "2");
-  EXPECT_EQ(TempFolder::Read(file), "[Reports]\nLogs=/somewhere/else/CallLog.txt\nLastTab=2\n");
+  EXPECT_EQ(testing::ReadBytes(file), "[Reports]\nLogs=/somewhere/else/CallLog.txt\nLastTab=2\n");
   std::filesystem::remove(file);
   EXPECT_EQ(store.Get("x", "Reports", "Logs", "gone"), "gone");
 }
@@ -123,7 +123,7 @@ TEST(IniSettingsStore, UnreadableOrOddFilesGiveDefaultsAndAreNotReplaced) {
   EXPECT_EQ(lockedStore.Get("x", "Reports", "LastTab", "1"), "1");
   EXPECT_THROW(lockedStore.Save("x", "Reports", "LastTab", "2"), RuntimeError);
   ::chmod(locked.c_str(), 0600);
-  EXPECT_EQ(TempFolder::Read(locked), "[Reports]\nLastTab=7\n");
+  EXPECT_EQ(testing::ReadBytes(locked), "[Reports]\nLastTab=7\n");
 }
 
 TEST(IniSettingsStore, FailedSaveLeavesThePreviousFileWhole) {
@@ -142,7 +142,7 @@ TEST(IniSettingsStore, FailedSaveLeavesThePreviousFileWhole) {
   }
   EXPECT_EQ(store.Get("x", "Reports", "LastTab", "1"), "7");
   ::chmod(temp.File("ro").c_str(), 0700);
-  EXPECT_EQ(TempFolder::Read(file), "[Reports]\nLastTab=7\nPath=/p\n");
+  EXPECT_EQ(testing::ReadBytes(file), "[Reports]\nLastTab=7\nPath=/p\n");
 
   ::chmod(temp.Path().c_str(), 0500);
   IniSettingsStore noFolder(SettingsLocation{{}, temp.File("sub/cfg")});
@@ -161,7 +161,7 @@ TEST(IniSettingsStore, LinkedFileIsWrittenThroughTheLink) {
   IniSettingsStore store(SettingsLocation{temp.File("link.ini"), {}});
   store.Save("x", "Reports", "LastTab", "8");
   EXPECT_TRUE(std::filesystem::is_symlink(temp.File("link.ini")));
-  EXPECT_EQ(TempFolder::Read(real), "[Reports]\nLastTab=8\n");
+  EXPECT_EQ(testing::ReadBytes(real), "[Reports]\nLastTab=8\n");
 }
 
 }  // namespace

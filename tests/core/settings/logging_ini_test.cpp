@@ -5,7 +5,7 @@
 
 #include "settings/edition.h"
 #include "support/runtime_error.h"
-#include "temp_folder.h"
+#include "testing/temp_folder.h"
 
 namespace cw {
 namespace {

@@ -10,7 +10,7 @@
 #include "settings/settings_values.h"
 #include "settings/startup.h"
 #include "support/runtime_error.h"
-#include "temp_folder.h"
+#include "testing/temp_folder.h"
 
 namespace cw {
 namespace {

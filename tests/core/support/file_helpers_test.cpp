@@ -6,12 +6,12 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <set>
 #include <string>
 
 #include "core/support/error_number.h"
+#include "testing/temp_folder.h"
 
 namespace cw {
 namespace {
@@ -22,31 +22,12 @@ using test::ErrorNumberOf;
 // A fresh folder per test, removed afterwards.
 class FileHelpersTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "cw-support-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-  }
-  void TearDown() override {
-    std::error_code ignored;
-    fs::permissions(folder_, fs::perms::owner_all, fs::perm_options::add, ignored);
-    fs::remove_all(folder_, ignored);
-  }
+  std::string PathOf(const std::string& name) const { return temp_.File(name); }
+  std::string Make(const std::string& name, const std::string& bytes = {}) const { return temp_.Write(name, bytes); }
+  std::set<std::string> Names() const { return temp_.Names(); }
 
-  std::string PathOf(const std::string& name) const { return (folder_ / name).string(); }
-
-  std::string Make(const std::string& name, const std::string& bytes = {}) const {
-    std::ofstream(PathOf(name), std::ios::binary) << bytes;
-    return PathOf(name);
-  }
-
-  std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_)) names.insert(entry.path().filename().string());
-    return names;
-  }
-
-  fs::path folder_;
+  testing::TempFolder temp_;
+  const fs::path& folder_ = temp_.Path();
 };
 
 // Sets TMPDIR for the life of the object.
@@ -89,10 +70,7 @@ TEST_F(FileHelpersTest, TempFilesAreNewEmptyPrivateAndUnique) {
     EXPECT_EQ(info.st_mode & 0777, 0600u);
   }
   EXPECT_EQ(Names().size(), 2u);
-}
-
-TEST_F(FileHelpersTest, TempFileInAMissingFolderIsEmpty) {
-  TmpDirSetting tmp(PathOf("missing"));
+  TmpDirSetting missing(PathOf("missing"));
   EXPECT_EQ(GetTempFile("VPR"), "");
 }
 
