@@ -19,27 +19,30 @@ using testing::ReadBytes;
 using testing::RecordAt;
 using Lines = std::vector<std::string>;
 
-// Every document of these tests spools into a private temporary folder.
+// Every document of these tests spools into a private temporary folder,
+// removed with whatever the test left in it.
 class OrlPrinterTest : public ::testing::Test {
  protected:
-  void SetUp() override { ::setenv("TMPDIR", folder.Path().c_str(), 1); }
+  void SetUp() override {
+    ::setenv("TMPDIR", folder.Path().c_str(), 1);
+    document.OnNewPage = [this](std::int16_t page) { newPages.push_back(page); };
+  }
   void TearDown() override { ::unsetenv("TMPDIR"); }
 
   // BeginDoc with twips as the unit, so that the fixed-pitch widths read
   // directly: a 10-point character is 120 twips wide, its line 240 high.
-  void BeginInTwips(OrlPrinter& document) {
+  void BeginInTwips() {
     document.BeginDoc();
     document.SetScaleMode(1);
   }
 
   testing::TempFolder folder;
   testing::EngineTestRig rig;
+  OrlPrinter document{rig.Environment()};
+  std::vector<std::int16_t> newPages;  // the pages OnNewPage was raised for
 };
 
 TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
-  OrlPrinter document(rig.Environment());
-  int newPages = 0;
-  document.OnNewPage = [&](std::int16_t) { ++newPages; };
   document.BeginDoc();
   EXPECT_EQ(document.PrintFile().rfind(folder.File("VPR"), 0), 0u) << document.PrintFile();
   EXPECT_EQ(document.Page(), 1);
@@ -51,7 +54,7 @@ TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
   ApplyHeaderCreationValues(header);
   PutBool(header.data(), spool::kAutoHeadings, true);
   EXPECT_EQ(ReadBytes(document.PrintFile()), Bytes(header) + Bytes(MakePageRecord(1, spool::kEndDoc)));
-  EXPECT_EQ(newPages, 0);  // no drawing call: no heading, no OnNewPage
+  EXPECT_TRUE(newPages.empty());  // no drawing call: no heading, no OnNewPage
   EXPECT_EQ(document.TotalPages(), 1);
 
   document.DestroyReport();
@@ -59,7 +62,6 @@ TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
 }
 
 TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppending) {
-  OrlPrinter document(rig.Environment());
   document.BeginDoc();
   document.TextOut(0, "first");
   document.SetOrientation(2);
@@ -91,11 +93,9 @@ TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppendin
   EXPECT_EQ(header.subTitle, "Report Period: 11/01/2026 - 11/22/2026");
   EXPECT_EQ(DescribeSpool(document.PrintFile()),
             (Lines{"1 TEXTOUT 0,0 first", "1 TEXTOUT 0,0 second", "1 ENDDOC"}));
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, AutoNewPageAndSubTitleCarryOverToTheNextDocument) {
-  OrlPrinter document(rig.Environment());
   document.BeginDoc();
   const std::string fresh = ReadBytes(document.PrintFile()).substr(0, kSpoolRecordSize);
   EXPECT_EQ(fresh.substr(120, 2), std::string(2, '\0'));
@@ -118,13 +118,10 @@ TEST_F(OrlPrinterTest, AutoNewPageAndSubTitleCarryOverToTheNextDocument) {
   // The object keeps its own copies too.
   EXPECT_EQ(document.Title(), "First");
   EXPECT_EQ(document.ScaleMode(), 1);
-  document.DestroyReport();
-  std::remove(first.c_str());
 }
 
 TEST_F(OrlPrinterTest, SetFontReopensASpoolFileThatWasDeleted) {
-  OrlPrinter document(rig.Environment());
-  BeginInTwips(document);
+  BeginInTwips();
   document.TextOut(0, "gone with the file");
   ASSERT_EQ(std::remove(document.PrintFile().c_str()), 0);
   document.SetFont("Arial", 9, 1);
@@ -134,12 +131,10 @@ TEST_F(OrlPrinterTest, SetFontReopensASpoolFileThatWasDeleted) {
             Bytes(MakeFontRecord(1, "Arial", 9, true, false, false)) + Bytes(MakeTextRecord(1, 0, 0, "kept")) +
                 Bytes(MakePageRecord(1, spool::kEndDoc)));
   EXPECT_TRUE(rig.errors.empty());
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, SetFontCutsAndTrimsTheNameAndMapsTheAttributeBits) {
-  OrlPrinter document(rig.Environment());
-  BeginInTwips(document);
+  BeginInTwips();
   document.SetFont("  Times New Roman  ", 9, 6);  // underline + italic
   document.SetFont(std::string(199, 'n') + "  tail", 12, 1);
   document.TextOut(0, "abc");  // bold 12 points: 3 x 158.4 twips
@@ -148,14 +143,10 @@ TEST_F(OrlPrinterTest, SetFontCutsAndTrimsTheNameAndMapsTheAttributeBits) {
             (Lines{"1 SETFONT Times New Roman 9 italic underline", "1 SETFONT " + std::string(199, 'n') + " 12 bold",
                    "1 TEXTOUT 0,0 abc", "1 ENDDOC"}));
   EXPECT_DOUBLE_EQ(document.X(), 3 * 158.4);
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, PagesBreakOnlyWhenYIsStrictlyBelowTheBottomLimit) {
-  OrlPrinter document(rig.Environment());
-  std::vector<std::int16_t> newPages;
-  document.OnNewPage = [&](std::int16_t page) { newPages.push_back(page); };
-  BeginInTwips(document);
+  BeginInTwips();
   document.SetBottomMargin(840);  // limit 15840 - 840 = 15000
   document.SetY(20000);
   document.TextOut(0, "no automatic breaks yet");
@@ -177,14 +168,10 @@ TEST_F(OrlPrinterTest, PagesBreakOnlyWhenYIsStrictlyBelowTheBottomLimit) {
   EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2, 3, 4}));
   EXPECT_EQ(document.TotalPages(), 4);
   EXPECT_FLOAT_EQ(document.MaxYPos(), 15000);
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNewPage) {
-  OrlPrinter document(rig.Environment());
-  std::vector<std::int16_t> newPages;
-  document.OnNewPage = [&](std::int16_t page) { newPages.push_back(page); };
-  BeginInTwips(document);
+  BeginInTwips();
   document.SetAutoHeadings(true);
   document.SetAutoHeadingsFontName("Arial");
   document.SetAutoHeadingsFontSize(10);
@@ -216,12 +203,10 @@ TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNe
                                    "2 SETFONT Times New Roman 9 bold italic underline", "2 ENDDOC"});
   EXPECT_EQ(DescribeSpool(document.PrintFile()), expected);
   EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2}));
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, TopMarginHoldsTheFirstLineDownIncludingTheHeading) {
-  OrlPrinter document(rig.Environment());
-  BeginInTwips(document);
+  BeginInTwips();
   document.SetAutoHeadings(true);
   document.SetAutoHeadingsFontName("Arial");
   document.SetAutoHeadingsFontSize(10);
@@ -242,11 +227,9 @@ TEST_F(OrlPrinterTest, TopMarginHoldsTheFirstLineDownIncludingTheHeading) {
   EXPECT_EQ(document.Y(), 500);
   document.SetTopMargin(800);
   EXPECT_EQ(document.Y(), 800);
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, CentringUsesThePageWidthAndTextContinuesWhereTheLastEnded) {
-  OrlPrinter document(rig.Environment());
   document.BeginDoc();
   document.SetScaleMode(5);
   document.SetFont("Arial", 10, 0);
@@ -263,12 +246,10 @@ TEST_F(OrlPrinterTest, CentringUsesThePageWidthAndTextContinuesWhereTheLastEnded
   EXPECT_EQ(document.PageWidth(), 8);  // 8.5 inches, rounded half to even
   EXPECT_EQ(document.PageHeight(), 11);
   EXPECT_FLOAT_EQ(document.MaxYPos(), 9);
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, MemoOutWrapsWordsAndPutsAnOverWideWordOnALineOfItsOwn) {
-  OrlPrinter document(rig.Environment());
-  BeginInTwips(document);
+  BeginInTwips();
   document.SetFont("Courier", 10, 0);
   const std::string memo = "aaa bbbbbbbbbbbbbbb cc dd\r\nee";
   EXPECT_DOUBLE_EQ(document.MemoHeight(100, 1300, memo), 3 * 312);
@@ -279,7 +260,6 @@ TEST_F(OrlPrinterTest, MemoOutWrapsWordsAndPutsAnOverWideWordOnALineOfItsOwn) {
   EXPECT_EQ(DescribeSpool(document.PrintFile()),
             (Lines{"1 SETFONT Courier 10", "1 TEXTOUT 100,0 aaa", "1 TEXTOUT 100,312 bbbbbbbbbbbbbbb",
                    "1 TEXTOUT 100,624 cc dd", "1 TEXTOUT 100,936 ee", "1 ENDDOC"}));
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
@@ -326,13 +306,11 @@ TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
   // The next document starts clean.
   document.BeginDoc();
   EXPECT_FALSE(document.PrinterFailed());
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, ErrorsInTextOutSetFontAndThePageCheckAreShownAndTheDocumentGoesOn) {
-  OrlPrinter document(rig.Environment());
   document.OnNewPage = [](std::int16_t) { throw RuntimeError(err::kSubscript); };
-  BeginInTwips(document);
+  BeginInTwips();
   document.TextOut(0, "still written");
   ASSERT_EQ(rig.errors.size(), 1u);
   EXPECT_EQ(rig.errors[0].substr(0, rig.errors[0].find("The error")),
@@ -363,8 +341,7 @@ TEST_F(OrlPrinterTest, ErrorsInTextOutSetFontAndThePageCheckAreShownAndTheDocume
 }
 
 TEST_F(OrlPrinterTest, AHeadingNeverBreaksThePageAgainWhateverTheMargins) {
-  OrlPrinter document(rig.Environment());
-  BeginInTwips(document);
+  BeginInTwips();
   document.SetAutoNewPage(true);
   document.SetAutoHeadings(true);
   document.SetAutoHeadingsFontName("Arial");
@@ -383,7 +360,6 @@ TEST_F(OrlPrinterTest, AHeadingNeverBreaksThePageAgainWhateverTheMargins) {
   EXPECT_EQ(pages, 2);
   EXPECT_EQ(bodies, 2);
   EXPECT_EQ(document.TotalPages(), 3);
-  document.DestroyReport();
 }
 
 TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptSpool) {
@@ -391,7 +367,8 @@ TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptS
   std::string answer;
   environment.askSaveFileName = [&] { return answer; };
   OrlPrinter document(environment);
-  BeginInTwips(document);
+  document.BeginDoc();
+  document.SetScaleMode(1);
   document.TextOut(1440, "Total");
   document.EndDoc();
 
@@ -409,7 +386,6 @@ TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptS
   document.SetPrintTextFile(kept);
   EXPECT_EQ(document.PrintTextFile(), "");
   EXPECT_EQ(document.PrintFile(), kept);
-  std::remove(spool.c_str());
 }
 
 }  // namespace
