@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -346,16 +347,14 @@ TEST(Dispatch, PartialMatchOnlyWhileASearchReportRuns) {
   EXPECT_EQ(rig.host.partialDuringReport.back(), false);
 }
 
-TEST(Dispatch, MatricesAreErasedAfterAReport) {
+TEST(Dispatch, TheNextReportCountsNothingOfTheLastOne) {
   Rig rig({Call().Date("01/15/2026").Direction("In"), Call().Date("01/16/2026").Direction("Out")});
-  rig.Request().kind = kind::kDailyCallStatistics;
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-  // Nothing of the two calls is left for the next report.
-  const ReportForm::Matrices& matrices = rig.form->WorkingMatrices();
-  for (const auto& row : matrices.day) EXPECT_TRUE(std::ranges::all_of(row, [](auto v) { return v == 0; }));
-  for (const auto& row : matrices.hour) EXPECT_TRUE(std::ranges::all_of(row, [](auto v) { return v == 0; }));
-  EXPECT_TRUE(matrices.lineTotals.empty());
-  EXPECT_TRUE(matrices.lineWeek.empty());
+  for (std::int16_t tab : {kind::kDailyCallStatistics, kind::kLineUsageStatistics}) {
+    rig.Request().kind = tab;
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    EXPECT_EQ(rig.host.previews.back().text, rig.host.previews[rig.host.previews.size() - 2].text);
+  }
 }
 
 TEST(Dispatch, PrinterErrorAlwaysAnswersRetry) {
@@ -390,17 +389,32 @@ std::vector<SpoolCommand> AfterHeadingBlock(const SpoolHost::Document& document,
   return {at + 4, records.end()};
 }
 
-struct Expected {
-  SpoolKeyword keyword;
-  double x = 0;
-  double y = 0;
-  std::string text;
-  FontSpec font;
-};
+std::string Inches(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6f", value);
+  return text;
+}
 
-Expected Rule(double y) { return {SpoolKeyword::kLineOut, 0, y, "", {}}; }
-Expected Font(std::string name, bool bold) { return {SpoolKeyword::kSetFont, 0, 0, "", FontSpec{std::move(name), 9, bold}}; }
-Expected Text(double x, double y, std::string text) { return {SpoolKeyword::kTextOut, x, y, std::move(text), {}}; }
+// One line per record, for comparing with Rule(), Font() and Text().
+std::string Rule(double y) { return "rule " + Inches(y); }
+std::string Font(const std::string& name, bool bold) { return "font " + name + (bold ? " bold" : ""); }
+std::string Text(double x, double y, const std::string& text) { return "text " + Inches(x) + "," + Inches(y) + " " + text; }
+
+std::vector<std::string> Described(const std::vector<SpoolCommand>& records, std::size_t count) {
+  std::vector<std::string> lines;
+  for (std::size_t i = 0; i < std::min(count, records.size()); ++i) {
+    const SpoolCommand& c = records[i];
+    if (c.keyword == SpoolKeyword::kLineOut) {
+      lines.push_back(Rule(c.y1) + (c.x1 == 0 && c.x2 == 9 && c.y2 == c.y1 ? "" : " not across the page"));
+    } else if (c.keyword == SpoolKeyword::kSetFont) {
+      lines.push_back(Font(c.font.name, c.font.bold) +
+                      (c.font.points != 9 || c.font.italic || c.font.underline ? " not plain 9 points" : ""));
+    } else {
+      lines.push_back(c.keyword == SpoolKeyword::kTextOut ? Text(c.x1, c.y1, c.text) : c.keywordText);
+    }
+  }
+  return lines;
+}
 
 const FontSpec kHeading{"Arial", 9, true};
 const FontSpec kBody{"Times New Roman", 9};
@@ -410,52 +424,28 @@ double EndingAt(double x, std::string_view text, const FontSpec& font) {
   return x - FixedPitchMetrics().TextWidth(font, text) / kInch;
 }
 
-void ExpectRecords(const std::vector<SpoolCommand>& actual, const std::vector<Expected>& expected) {
-  ASSERT_GE(actual.size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    SCOPED_TRACE("record " + std::to_string(i) + " " + expected[i].text);
-    const SpoolCommand& command = actual[i];
-    ASSERT_EQ(command.keyword, expected[i].keyword) << command.keywordText << " " << command.text;
-    switch (command.keyword) {
-      case SpoolKeyword::kLineOut:
-        EXPECT_EQ(command.x1, 0);
-        EXPECT_EQ(command.x2, 9.0);
-        EXPECT_NEAR(command.y1, expected[i].y, 1e-9);
-        EXPECT_NEAR(command.y2, expected[i].y, 1e-9);
-        break;
-      case SpoolKeyword::kSetFont:
-        EXPECT_EQ(command.font, expected[i].font);
-        break;
-      default:
-        EXPECT_EQ(command.text, expected[i].text);
-        EXPECT_NEAR(command.x1, expected[i].x, 1e-9);
-        EXPECT_NEAR(command.y1, expected[i].y, 1e-9);
-    }
-  }
-}
-
 // The engine's heading block ends one inch down (half an inch, then three
 // lines of the 10-point heading font); the double rule lies under it.
 constexpr double kBlockEnd = 0.5 + 3 * 240 / kInch;
 constexpr double kBodyLine = 9 * 24 / kInch;
 
-std::vector<Expected> DetailHeadings(const DetailColumns& x, bool dtmf) {
-  const double y = 1.4;
-  std::vector<Expected> expected{Rule(kBlockEnd + 0.03),
-                                 Rule(kBlockEnd + 0.05),
-                                 Font("Arial", true),
-                                 Text(x[0], y, "Line"),
-                                 Text(x[1], y, "Name"),
-                                 Text(EndingAt(x[2], "Number", kHeading), y, "Number"),
-                                 Text(x[3], y, "Date"),
-                                 Text(EndingAt(x[4], "Time", kHeading), y, "Time"),
-                                 Text(x[5], y, "Call"),
-                                 Text(EndingAt(x[6], "Minutes", kHeading), y, "Minutes"),
-                                 Text(x[7], y, "Ans"),
-                                 Text(x[8], y, "Ring")};
-  if (dtmf) expected.push_back(Text(x[9], y, "DTMF"));
+// Column headings in the heading font on the line of 1.4 inches: (x, text),
+// where a negative x is the right end of a right-aligned heading.
+using Headings = std::vector<std::pair<double, std::string>>;
+
+std::vector<std::string> HeadingLines(const Headings& headings) {
+  std::vector<std::string> expected{Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true)};
+  for (const auto& [x, text] : headings) expected.push_back(Text(x < 0 ? EndingAt(-x, text, kHeading) : x, 1.4, text));
   expected.push_back(Font("Times New Roman", false));
   return expected;
+}
+
+Headings DetailHeadings(bool dtmf) {
+  const DetailColumns x = DetailColumnPositions(dtmf);
+  Headings headings{{x[0], "Line"}, {x[1], "Name"},     {-x[2], "Number"}, {x[3], "Date"}, {-x[4], "Time"},
+                    {x[5], "Call"}, {-x[6], "Minutes"}, {x[7], "Ans"},     {x[8], "Ring"}};
+  if (dtmf) headings.emplace_back(x[9], "DTMF");
+  return headings;
 }
 
 // The first row a report writes after the headings.
@@ -466,105 +456,91 @@ double FirstTextY(const std::vector<SpoolCommand>& records, std::size_t from) {
   return -1;
 }
 
-TEST(PageHeadings, DetailListingsOnBothPages) {
+TEST(PageHeadings, ListingsRepeatTheirColumnHeadingsOnEveryPage) {
   struct Case {
     std::int16_t tab;
     bool dtmf;
     std::string search;
+    bool chart;
+    std::string variant;
+    Headings headings;
   };
-  for (const Case& c : {Case{kind::kAbandonedCalls, false, ""}, Case{kind::kByName, true, "caller"},
-                        Case{kind::kByTelNumber, false, "555"}, Case{kind::kCallHistory, true, ""},
-                        Case{kind::kByLineNumber, false, ""}}) {
-    SCOPED_TRACE(c.tab);
+  const Case cases[] = {
+      {kind::kAbandonedCalls, false, "", false, "", DetailHeadings(false)},
+      {kind::kByName, true, "caller", false, "", DetailHeadings(true)},
+      {kind::kByTelNumber, false, "555", false, "", DetailHeadings(false)},
+      {kind::kCallHistory, true, "", false, "", DetailHeadings(true)},
+      {kind::kByLineNumber, false, "", false, "", DetailHeadings(false)},
+      {kind::kCallHistory, false, "", true, "", {{0.5, "Name"}, {-4.75, "Number"}, {-5.6, "Calls"}, {-6.75, "Duration"}}},
+      // The busy listing's date stands left of the start time (the detail
+      // listing's date position would put it under the end time).
+      {kind::kAllLinesBusy, false, "", false, "Detailed",
+       {{2.0, "Date"}, {-3.65, "Start Time"}, {-4.55, "End Time"}, {-5.3, "Duration"}, {-5.9, "Lines"}}},
+  };
+  std::string busyLog;
+  for (int i = 0; i < 90; ++i) busyLog += "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n";
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.tab) + " " + c.variant + (c.chart ? " chart" : ""));
     Rig rig(NinetyCalls());
+    rig.folder.Write("BusyLines.log", busyLog);
     ReportRequest& request = rig.Request();
     request.kind = c.tab;
     request.dtmf = c.dtmf;
     request.columns = DetailColumnPositions(c.dtmf);
     request.searchText = c.search;
+    request.chart = c.chart;
+    request.variant = c.variant;
     request.partial = true;
     request.abandoned.unanswered = true;
     request.direction = "In";
     request.lines = {false, {1}};
     ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
     ASSERT_EQ(rig.host.documents.size(), 1u);
-    const SpoolHost::Document& document = rig.host.documents[0];
+    const std::vector<std::string> expected = HeadingLines(c.headings);
     for (int page : {1, 2}) {
       SCOPED_TRACE(page);
-      const std::vector<SpoolCommand> records = AfterHeadingBlock(document, page);
-      const std::vector<Expected> expected = DetailHeadings(request.columns, c.dtmf);
-      ExpectRecords(records, expected);
+      const std::vector<SpoolCommand> records = AfterHeadingBlock(rig.host.documents[0], page);
+      EXPECT_EQ(Described(records, expected.size()), expected);
       EXPECT_NEAR(FirstTextY(records, expected.size()), 1.4 + 0.03 + kBodyLine, 1e-9);
     }
   }
 }
 
-TEST(PageHeadings, LineUsageRepeatsTheWeekdaysFromPageTwo) {
-  Rig rig(NinetyCalls(), 40);
-  rig.Request().kind = kind::kLineUsageStatistics;
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-  const SpoolHost::Document& document = rig.host.documents[0];
-  // Page 1: the rule only; the report's own tables follow.
-  const std::vector<SpoolCommand> first = AfterHeadingBlock(document, 1);
-  ExpectRecords(first, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)});
-  ASSERT_GT(first.size(), 2u);
-  EXPECT_FALSE(first[2].keyword == SpoolKeyword::kTextOut && first[2].text == "Day of the Week Summary");
+TEST(PageHeadings, ReportsWithTablesOfTheirOwn) {
+  const std::vector<std::string> rule{Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)};
+  {
+    // Line usage: the rule only on page 1; from page 2 on the weekdays again.
+    Rig rig(NinetyCalls(), 40);
+    rig.Request().kind = kind::kLineUsageStatistics;
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    const std::vector<SpoolCommand> first = AfterHeadingBlock(rig.host.documents[0], 1);
+    ASSERT_GT(first.size(), 2u);
+    EXPECT_EQ(Described(first, 2), rule);
+    EXPECT_NE(first[2].text, "Day of the Week Summary");
 
-  const std::string title = "Day of the Week Summary";
-  const double rowY = 1.4 + kBodyLine;  // the heading line is set in a 9-point font
-  std::vector<Expected> expected{Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true),
-                                 Text((12240 - FixedPitchMetrics().TextWidth(kHeading, title)) / 2 / kInch, 1.4, title),
-                                 Font("Times New Roman", false)};
-  const char* days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-  for (int k = 1; k <= 7; ++k) expected.push_back(Text(EndingAt(2.0 + 0.6 * k, days[k - 1], kBody), rowY, days[k - 1]));
-  const std::vector<SpoolCommand> second = AfterHeadingBlock(document, 2);
-  ExpectRecords(second, expected);
-  EXPECT_NEAR(FirstTextY(second, expected.size()), rowY + 0.03 + kBodyLine, 1e-9);
-}
-
-TEST(PageHeadings, CondensedSummaryAndBusyListingOnBothPages) {
-  // Headings in the heading font, on the line of 1.4 inches: (x, text), where
-  // a negative x is the right end of a right-aligned heading.
-  using Headings = std::vector<std::pair<double, std::string>>;
-  auto expect = [](const SpoolHost::Document& document, const Headings& headings) {
-    for (int page : {1, 2}) {
-      SCOPED_TRACE(page);
-      std::vector<Expected> expected{Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true)};
-      for (const auto& [x, text] : headings) expected.push_back(Text(x < 0 ? EndingAt(-x, text, kHeading) : x, 1.4, text));
-      expected.push_back(Font("Times New Roman", false));
-      ExpectRecords(AfterHeadingBlock(document, page), expected);
-    }
-  };
-  Rig condensed(NinetyCalls());
-  condensed.Request().kind = kind::kCallHistory;
-  condensed.Request().chart = true;
-  ASSERT_EQ(condensed.Run(), RequestOutcome::kProduced);
-  expect(condensed.host.documents[0], {{0.5, "Name"}, {-4.75, "Number"}, {-5.6, "Calls"}, {-6.75, "Duration"}});
-
-  std::string busyLog;
-  for (int i = 0; i < 90; ++i) busyLog += "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n";
-  Rig busy;
-  busy.folder.Write("BusyLines.log", busyLog);
-  busy.Request().kind = kind::kAllLinesBusy;
-  busy.Request().variant = "Detailed";
-  ASSERT_EQ(busy.Run(), RequestOutcome::kProduced);
-  // The date stands left of the start time (the detail listing's date
-  // position would put it under the end time).
-  expect(busy.host.documents[0],
-         {{2.0, "Date"}, {-3.65, "Start Time"}, {-4.55, "End Time"}, {-5.3, "Duration"}, {-5.9, "Lines"}});
-
-  // The busy summary has its own tables: the rule and nothing more.
-  Rig summary;
-  summary.folder.Write("BusyLines.log", busyLog);
-  summary.Request().kind = kind::kAllLinesBusy;
-  summary.Request().variant = "Summary";
-  ASSERT_EQ(summary.Run(), RequestOutcome::kProduced);
-  const std::vector<SpoolCommand> records = AfterHeadingBlock(summary.host.documents[0], 1);
-  ExpectRecords(records, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05)});
-  EXPECT_TRUE(std::ranges::none_of(records, [](const SpoolCommand& command) { return command.text == "Start Time"; }));
-}
-
-TEST(PageHeadings, DailyAnalysisLeavesThreeLinesUnlessTheChartTakesThem) {
+    const std::string title = "Day of the Week Summary";
+    const double rowY = 1.4 + kBodyLine;  // the heading line is set in a 9-point font
+    std::vector<std::string> expected{rule[0], rule[1], Font("Arial", true),
+                                      Text((12240 - FixedPitchMetrics().TextWidth(kHeading, title)) / 2 / kInch, 1.4, title),
+                                      Font("Times New Roman", false)};
+    const char* days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    for (int k = 1; k <= 7; ++k) expected.push_back(Text(EndingAt(2.0 + 0.6 * k, days[k - 1], kBody), rowY, days[k - 1]));
+    const std::vector<SpoolCommand> second = AfterHeadingBlock(rig.host.documents[0], 2);
+    EXPECT_EQ(Described(second, expected.size()), expected);
+    EXPECT_NEAR(FirstTextY(second, expected.size()), rowY + 0.03 + kBodyLine, 1e-9);
+  }
+  {
+    // The busy summary: the rule and nothing more.
+    Rig rig;
+    rig.folder.Write("BusyLines.log", "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n");
+    rig.Request().kind = kind::kAllLinesBusy;
+    rig.Request().variant = "Summary";
+    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+    const std::vector<SpoolCommand> records = AfterHeadingBlock(rig.host.documents[0], 1);
+    EXPECT_EQ(Described(records, 2), rule);
+    EXPECT_TRUE(std::ranges::none_of(records, [](const SpoolCommand& command) { return command.text == "Start Time"; }));
+  }
+  // The daily analysis leaves three lines free unless its chart takes them.
   for (bool chart : {false, true}) {
     SCOPED_TRACE(chart);
     Rig rig;
@@ -572,7 +548,7 @@ TEST(PageHeadings, DailyAnalysisLeavesThreeLinesUnlessTheChartTakesThem) {
     rig.Request().chart = chart;
     ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
     const std::vector<SpoolCommand> records = AfterHeadingBlock(rig.host.documents[0], 1);
-    ExpectRecords(records, {Rule(kBlockEnd + 0.03), Rule(kBlockEnd + 0.05), Font("Arial", true)});
+    EXPECT_EQ(Described(records, 3), (std::vector<std::string>{rule[0], rule[1], Font("Arial", true)}));
     EXPECT_NEAR(FirstTextY(records, 3), chart ? 1.4 : 1.4 + 3 * kBodyLine, 1e-9);
   }
 }
