@@ -19,10 +19,6 @@ namespace {
 
 std::string DataPath(const std::string& name) { return std::string(CW_TEST_DATA_DIR) + "/reports/" + name; }
 
-void ExpectExport(const std::string& text, const std::string& name) {
-  testing::ExpectMatchesFixture(text, name + ".txt");
-}
-
 std::string LogLine(std::string_view duration, std::string_view answered, std::string_view rings,
                     std::string_view direction = "In") {
   return testing::Call().Date("11/10/2026").Direction(std::string(direction)).Duration(std::string(duration))
@@ -182,7 +178,7 @@ TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
   DetailRig rig(DataPath("detail-calls.log"));
   rig.Request().kind = kind::kCallHistory;
   const std::string inOut = rig.Run();
-  ExpectExport(inOut, "detail-calls-inout");
+  testing::ExpectMatchesFixture(inOut, "detail-calls-inout.txt");
   ExpectTotalsAddUp(inOut, 9);
   EXPECT_EQ(rig.outcome, RequestOutcome::kProduced);
   EXPECT_EQ(rig.host.previews.back().title, "LOGGED CALLS DETAIL REPORT");
@@ -194,7 +190,7 @@ TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
   rig.Request().dtmf = true;
   rig.Request().columns = DetailColumnPositions(true);
   const std::string in = rig.Run();
-  ExpectExport(in, "detail-calls-in-dtmf");
+  testing::ExpectMatchesFixture(in, "detail-calls-in-dtmf.txt");
   ExpectTotalsAddUp(in, 7);
 
   // A kind without a tab of its own lists every call, as mode 0 does.
@@ -209,7 +205,7 @@ TEST(DetailListingTest, AnEmptyPeriodPrintsHeadingsAndZeroTotals) {
   rig.Request().fromDate = "11/07/2026";
   rig.Request().toDate = "11/08/2026";
   const std::string text = rig.Run();
-  ExpectExport(text, "detail-calls-empty");
+  testing::ExpectMatchesFixture(text, "detail-calls-empty.txt");
   const ListingFigures figures = ReadListing(text);
   EXPECT_EQ(figures.rows, 0);
   EXPECT_EQ(figures.totalCalls, "0");
@@ -242,41 +238,36 @@ TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
 // ---------------------------------------------------------------------------
 // One caller, by name or by number
 
-TEST(CallerListingTest, ByNameExactOrPartial) {
-  DetailRig rig(DataPath("detail-calls.log"));
-  rig.Request().kind = kind::kByName;
-  rig.Request().searchText = "smith john";
-  const std::string exact = rig.Run();
-  ExpectTotalsAddUp(exact, 2);
-  EXPECT_NE(exact.find("SMITH JOHN "), std::string::npos);
-  EXPECT_NE(exact.find("Smith John "), std::string::npos) << "names match whatever their case";
-  EXPECT_EQ(exact.find("SMITH JOHNNY"), std::string::npos) << "an exact match is the whole name";
-
-  rig.Request().partial = true;
-  rig.Request().searchText = "SMITH";
-  const std::string partial = rig.Run();
-  ExpectExport(partial, "detail-name-partial");
-  ExpectTotalsAddUp(partial, 4);
-}
-
-TEST(CallerListingTest, ByNumberExactOrPartial) {
-  DetailRig rig(DataPath("detail-calls.log"));
-  rig.Request().kind = kind::kByTelNumber;
-  rig.Request().searchText = "5551234567";
-  const std::string exact = rig.Run();
-  ExpectExport(exact, "detail-number-exact");
-  ExpectTotalsAddUp(exact, 3);  // written three ways in the log
-
-  rig.Request().searchText = "5550198841, 5556120934";
-  ExpectTotalsAddUp(rig.Run(), 3);
-
-  rig.Request().searchText = "123";
-  ExpectTotalsAddUp(rig.Run(), 0);  // an exact match is the whole number
-  rig.Request().partial = true;
-  const std::string partial = rig.Run();
-  ExpectTotalsAddUp(partial, 4);
-  EXPECT_NE(partial.find("(555) 312-3000"), std::string::npos);
-  EXPECT_FALSE(rig.form.PartialMatch());
+TEST(CallerListingTest, ByNameOrNumberExactOrPartial) {
+  struct Case {
+    std::int16_t tab;
+    std::string search;
+    bool partial;
+    int rows;
+    std::string fixture;  // the expected export, if any
+    std::vector<std::pair<std::string, bool>> listed;  // a text and whether the export holds it
+  };
+  const Case cases[] = {
+      // Names match whatever their case; an exact match is the whole name.
+      {kind::kByName, "smith john", false, 2, "", {{"SMITH JOHN ", true}, {"Smith John ", true}, {"SMITH JOHNNY", false}}},
+      {kind::kByName, "SMITH", true, 4, "detail-name-partial", {}},
+      {kind::kByTelNumber, "5551234567", false, 3, "detail-number-exact", {}},  // written three ways in the log
+      {kind::kByTelNumber, "5550198841, 5556120934", false, 3, "", {}},
+      {kind::kByTelNumber, "123", false, 0, "", {}},  // an exact match is the whole number
+      {kind::kByTelNumber, "123", true, 4, "", {{"(555) 312-3000", true}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.search + (c.partial ? " partial" : ""));
+    DetailRig rig(DataPath("detail-calls.log"));
+    rig.Request().kind = c.tab;
+    rig.Request().searchText = c.search;
+    rig.Request().partial = c.partial;
+    const std::string text = rig.Run();
+    ExpectTotalsAddUp(text, c.rows);
+    if (!c.fixture.empty()) testing::ExpectMatchesFixture(text, c.fixture + ".txt");
+    for (const auto& [listed, held] : c.listed) EXPECT_EQ(text.find(listed) != std::string::npos, held) << listed;
+    EXPECT_FALSE(rig.form.PartialMatch());
+  }
 }
 
 // ---------------------------------------------------------------------------
@@ -295,7 +286,7 @@ TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
   request.abandoned.notLasting = true;
   request.abandoned.seconds = "30";
   const std::string in = rig.Run();
-  ExpectExport(in, "detail-abandoned-in");
+  testing::ExpectMatchesFixture(in, "detail-abandoned-in.txt");
   EXPECT_EQ(rig.host.previews.back().title, "ABANDONED CALLS DETAIL REPORT");
   EXPECT_EQ(ReadListing(in).rows, 4);
   EXPECT_EQ(AbandonedFigures(in), "4 of 8  (50%)");
@@ -331,7 +322,7 @@ TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
   rig.Request().kind = kind::kCallHistory;
   rig.Request().chart = true;
   const std::string text = rig.Run();
-  ExpectExport(text, "detail-condensed");
+  testing::ExpectMatchesFixture(text, "detail-condensed.txt");
   EXPECT_EQ(rig.host.previews.back().title, "LOGGED CALLS SUMMARY REPORT");
   // SMITH JOHN at (555) 123-4567 and Smith John at 555-123-4567 are one
   // caller; SMITH JOHNNY at 5551234567 is another.
@@ -357,31 +348,18 @@ TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
 // ---------------------------------------------------------------------------
 // Line listing
 
-TEST(LineListingTest, NoLineChosenIsRefusedWithAMessage) {
-  DetailRig rig(DataPath("detail-calls.log"));
-  rig.Request().kind = kind::kByLineNumber;
-  EXPECT_EQ(rig.Run(), "");
-  EXPECT_EQ(rig.outcome, RequestOutcome::kRefused);
-  ASSERT_EQ(rig.host.messages.size(), 1u);
-  EXPECT_EQ(rig.host.messages[0].title, "Callwarden Reports");
-  EXPECT_EQ(rig.host.messages[0].text,
-            "No line # was selected.\r\nChoose a line # or check the \"All Lines\" option.");
-  EXPECT_EQ(rig.host.messages[0].icon, MessageIcon::kExclamation);
-  EXPECT_TRUE(rig.host.previews.empty());
-}
-
 TEST(LineListingTest, OneLineOrAllLinesEachOnItsOwnPages) {
   DetailRig rig(DataPath("detail-calls.log"));
   rig.Request().kind = kind::kByLineNumber;
   rig.Request().lines.lines = {2};
   const std::string one = rig.Run();
-  ExpectExport(one, "detail-lines-one");
+  testing::ExpectMatchesFixture(one, "detail-lines-one.txt");
   ExpectTotalsAddUp(one, 3);
   EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Line 2)");
 
   rig.Request().lines.allLines = true;
   const std::string all = rig.Run();
-  ExpectExport(all, "detail-lines-all");
+  testing::ExpectMatchesFixture(all, "detail-lines-all.txt");
   EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Lines 1-4)");
   EXPECT_EQ(rig.host.previews.back().totalPages, 4);
   // Page by page: its line in the heading, its own calls and totals.
@@ -399,24 +377,40 @@ TEST(LineListingTest, OneLineOrAllLinesEachOnItsOwnPages) {
 // ---------------------------------------------------------------------------
 // Bad records
 
-TEST(DetailErrorTest, ABadRecordEndsInTheProcedureErrorBox) {
-  DetailRig rig(DataPath("detail-bad-time.log"));
-  rig.Request().kind = kind::kCallHistory;
-  EXPECT_EQ(rig.Run(), "");
-  EXPECT_EQ(rig.outcome, RequestOutcome::kFailed);
-  ASSERT_EQ(rig.host.messages.size(), 1u);
-  EXPECT_EQ(rig.host.messages[0].title, "Error");
-  EXPECT_NE(rig.host.messages[0].text.find("Error: 13\r\n"), std::string::npos);
-  EXPECT_NE(rig.host.messages[0].text.find("Procedure Name: Print_Detail."), std::string::npos);
-
-  DetailRig lines(DataPath("detail-bad-line.log"));
-  lines.Request().kind = kind::kByLineNumber;
-  lines.Request().lines.lines = {1};
-  EXPECT_EQ(lines.Run(), "");
-  EXPECT_EQ(lines.outcome, RequestOutcome::kFailed);
-  ASSERT_EQ(lines.host.messages.size(), 1u);
-  EXPECT_NE(lines.host.messages[0].text.find("Error 13 Type mismatch"), std::string::npos);
-  EXPECT_NE(lines.host.messages[0].text.find("in Form fReport procedure Print_Lines."), std::string::npos);
+TEST(DetailErrorTest, RefusedOrFailedRequestsShowOneBoxAndNoPreview) {
+  struct Case {
+    std::string log;
+    std::int16_t tab;
+    std::vector<std::int16_t> lines;
+    RequestOutcome outcome;
+    std::string title;
+    std::vector<std::string> parts;  // of the message, in full when one
+  };
+  const Case cases[] = {
+      {"detail-calls.log", kind::kByLineNumber, {}, RequestOutcome::kRefused, "Callwarden Reports",
+       {"No line # was selected.\r\nChoose a line # or check the \"All Lines\" option."}},
+      {"detail-bad-time.log", kind::kCallHistory, {}, RequestOutcome::kFailed, "Error",
+       {"Error: 13\r\n", "Procedure Name: Print_Detail."}},
+      {"detail-bad-line.log", kind::kByLineNumber, {1}, RequestOutcome::kFailed, "Error",
+       {"Error 13 Type mismatch", "in Form fReport procedure Print_Lines."}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.log);
+    DetailRig rig(DataPath(c.log));
+    rig.Request().kind = c.tab;
+    rig.Request().lines.lines = c.lines;
+    EXPECT_EQ(rig.Run(), "");
+    EXPECT_EQ(rig.outcome, c.outcome);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    EXPECT_EQ(rig.host.messages[0].title, c.title);
+    for (const std::string& part : c.parts) {
+      EXPECT_NE(rig.host.messages[0].text.find(part), std::string::npos) << part;
+    }
+    if (c.parts.size() == 1) {
+      EXPECT_EQ(rig.host.messages[0].text, c.parts[0]);
+    }
+    EXPECT_EQ(rig.host.messages[0].icon, c.outcome == RequestOutcome::kRefused ? MessageIcon::kExclamation : MessageIcon::kCritical);
+  }
 }
 
 }  // namespace
