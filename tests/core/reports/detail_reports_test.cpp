@@ -129,36 +129,13 @@ TEST(DetailRulesTest, TotalsPercentagesAndTitles) {
   EXPECT_EQ(LineListingTitle({}), "LINE DETAILS REPORT");
 }
 
-TEST(DetailRulesTest, AbandonedRulesForInboundCalls) {
-  AbandonedFilter filter;
-  filter.unanswered = filter.ringCount = filter.notLasting = true;
-  filter.rings = "3";
-  filter.seconds = "30";
-  const AbandonedCallTest in(filter, "In");
-  struct Case {
-    std::string line;
-    bool abandoned;
-    const char* why;
-  };
-  const Case cases[] = {
-      {LogLine("0:00:10", "No", "3"), true, "a ring count equal to the limit passes"},
-      {LogLine("0:00:10", "No", "4"), false, "one ring more does not"},
-      {LogLine("0:00:10", "No", ""), false, "no ring count"},
-      {LogLine("0:00:10", "Yes", "1"), false, "answered"},
-      {LogLine("0:00:10", "yes", "1"), true, "only \"Yes\" means answered"},
-      {LogLine("0:00:30", "No", "1"), false, "lasted exactly the limit"},
-      {LogLine("0:00:29", "No", "1"), true, "a second short of it"},
-      {LogLine("1:00:10", "No", "1"), true, "the hour digit is not read"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(in.IsAbandoned(CallRecord(c.line)), c.abandoned) << c.why;
-
-  // Outbound and mixed listings are filtered by the duration only.
-  for (const char* direction : {"Out", "InOut"}) {
-    const AbandonedCallTest other(filter, direction);
-    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("0:00:10", "Yes", "9", "Out"))));
-    EXPECT_TRUE(other.IsAbandoned(CallRecord(LogLine("0:00:10", "Yes", ""))));
-    EXPECT_FALSE(other.IsAbandoned(CallRecord(LogLine("0:00:30", "No", "1", "Out"))));
-  }
+// The ring, answer and duration limits at their thresholds and by direction
+// are in the abandoned-calls fixture log; these are the rules it leaves out.
+TEST(DetailRulesTest, AbandonedRulesBeyondTheListingFixture) {
+  AbandonedFilter unanswered;
+  unanswered.unanswered = true;
+  EXPECT_TRUE(AbandonedCallTest(unanswered, "In").IsAbandoned(CallRecord(LogLine("0:00:10", "yes", "1"))))
+      << "only \"Yes\" means answered";
 
   // Without "Calls Not Lasting" the duration is not looked at.
   AbandonedFilter ringsOnly;
@@ -181,9 +158,6 @@ TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
   testing::ExpectMatchesFixture(inOut, "detail-calls-inout.txt");
   ExpectTotalsAddUp(inOut, 9);
   EXPECT_EQ(rig.outcome, RequestOutcome::kProduced);
-  EXPECT_EQ(rig.host.previews.back().title, "LOGGED CALLS DETAIL REPORT");
-  EXPECT_EQ(inOut.find("EARLY BIRD"), std::string::npos) << "before the period";
-  EXPECT_EQ(inOut.find("LATE CALL"), std::string::npos) << "after the period";
 
   // Inbound only, with the touch-tone digits: no split by direction.
   rig.Request().direction = "In";
@@ -206,10 +180,7 @@ TEST(DetailListingTest, AnEmptyPeriodPrintsHeadingsAndZeroTotals) {
   rig.Request().toDate = "11/08/2026";
   const std::string text = rig.Run();
   testing::ExpectMatchesFixture(text, "detail-calls-empty.txt");
-  const ListingFigures figures = ReadListing(text);
-  EXPECT_EQ(figures.rows, 0);
-  EXPECT_EQ(figures.totalCalls, "0");
-  EXPECT_EQ(figures.totalDuration, "0:00:00");
+  ExpectTotalsAddUp(text, 0);
 }
 
 TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
@@ -321,24 +292,9 @@ TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
   DetailRig rig(DataPath("detail-calls.log"));
   rig.Request().kind = kind::kCallHistory;
   rig.Request().chart = true;
-  const std::string text = rig.Run();
-  testing::ExpectMatchesFixture(text, "detail-condensed.txt");
-  EXPECT_EQ(rig.host.previews.back().title, "LOGGED CALLS SUMMARY REPORT");
   // SMITH JOHN at (555) 123-4567 and Smith John at 555-123-4567 are one
-  // caller; SMITH JOHNNY at 5551234567 is another.
-  EXPECT_NE(text.find("SMITH JOHN"), std::string::npos);
-  EXPECT_EQ(text.find("Smith John"), std::string::npos);
-  const std::size_t maryOther = text.find("(555) 019-0001");
-  const std::size_t mary = text.find("(555) 019-8841");
-  const std::size_t smith = text.find("(555) 123-4567");
-  const std::size_t johnny = text.find("5551234567");
-  const std::size_t williams = text.find("WILLIAMS ROBERT");
-  ASSERT_NE(williams, std::string::npos);
-  EXPECT_LT(maryOther, mary);
-  EXPECT_LT(mary, smith);
-  EXPECT_LT(smith, johnny);
-  EXPECT_LT(johnny, williams);
-
+  // caller; SMITH JOHNNY at 5551234567 is another; rows by name, then number.
+  testing::ExpectMatchesFixture(rig.Run(), "detail-condensed.txt");
   rig.Request().fromDate = rig.Request().toDate = "11/07/2026";
   const ListingFigures empty = ReadListing(rig.Run());
   EXPECT_EQ(empty.totalCalls, "0");
