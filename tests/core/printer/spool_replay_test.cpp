@@ -53,6 +53,17 @@ TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
   EXPECT_EQ(result.pagesBegun, 3);
   EXPECT_EQ(result.recordsRead, 10);
   EXPECT_TRUE(result.problems.Empty());
+
+  // A landscape header turns the paper.
+  device.calls.clear();
+  SpoolRecord landscape = DefaultHeader();
+  PutInt16(landscape.data(), spool::kOrientation, 2);
+  ReplayOptions a4;
+  a4.page = PageSetup{11906, 16838, 1};
+  ReplaySpool(Spool(SpoolBytes(landscape, {MakeTextRecord(1, 0, 0, "wide"), MakePageRecord(1, spool::kEndDoc)})),
+              device, a4);
+  ASSERT_FALSE(device.calls.empty());
+  EXPECT_EQ(device.calls.front(), "BeginDocument 16838x11906 landscape");
 }
 
 TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
@@ -116,16 +127,6 @@ TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
   ASSERT_EQ(progress.size(), 20u);
   EXPECT_EQ(progress.front(), (std::pair<std::int64_t, std::int64_t>{1, 22}));
   EXPECT_EQ(progress.back(), (std::pair<std::int64_t, std::int64_t>{20, 22}));
-}
-
-TEST_F(SpoolReplayTest, ALandscapeHeaderTurnsThePaper) {
-  SpoolRecord header = DefaultHeader();
-  PutInt16(header.data(), spool::kOrientation, 2);
-  ReplayOptions a4;
-  a4.page = PageSetup{11906, 16838, 1};
-  ReplaySpool(Spool(SpoolBytes(header, {MakeTextRecord(1, 0, 0, "wide"), MakePageRecord(1, spool::kEndDoc)})),
-              device, a4);
-  EXPECT_EQ(device.calls.front(), "BeginDocument 16838x11906 landscape");
 }
 
 TEST_F(SpoolReplayTest, DamagedSpoolsReplayWhatIsValidAndReportTheRest) {

@@ -107,11 +107,11 @@ struct Rig {
 };
 
 void ExpectMessage(const RecordingHost::Message& message, std::string_view title, std::string_view text,
-                   MessageIcon icon) {
+                   MessageIcon icon, MessageButtons buttons = MessageButtons::kOk) {
   EXPECT_EQ(message.title, title);
   EXPECT_EQ(message.text, text);
   EXPECT_EQ(message.icon, icon);
-  EXPECT_EQ(message.buttons, MessageButtons::kOk);
+  EXPECT_EQ(message.buttons, buttons);
 }
 
 TEST(Dispatch, RefusesIncompleteRequestsInOrderWithTheirMessages) {
@@ -366,10 +366,8 @@ TEST(Dispatch, PrinterErrorAlwaysAnswersRetry) {
     rig.form->OnPrinterError(retry);
     EXPECT_TRUE(retry);
     ASSERT_EQ(rig.host.messages.size(), 1u);
-    EXPECT_EQ(rig.host.messages[0].title, "Printer Error");
-    EXPECT_EQ(rig.host.messages[0].text, "THE PRINTER IS NOT READY OR NO PRINTER IS INSTALLED.");
-    EXPECT_EQ(rig.host.messages[0].icon, MessageIcon::kCritical);
-    EXPECT_EQ(rig.host.messages[0].buttons, MessageButtons::kRetryCancel);
+    ExpectMessage(rig.host.messages[0], "Printer Error", "THE PRINTER IS NOT READY OR NO PRINTER IS INSTALLED.",
+                  MessageIcon::kCritical, MessageButtons::kRetryCancel);
   }
 }
 
