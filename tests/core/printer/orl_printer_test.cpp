@@ -16,7 +16,6 @@ namespace {
 using testing::Bytes;
 using testing::DescribeSpool;
 using testing::ReadBytes;
-using testing::RecordAt;
 using Lines = std::vector<std::string>;
 
 // Every document of these tests spools into a private temporary folder,
@@ -44,13 +43,10 @@ class OrlPrinterTest : public ::testing::Test {
 
 TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
   document.BeginDoc();
-  EXPECT_EQ(document.Page(), 1);
-  EXPECT_EQ(document.Spacing(), 1.3);
   document.SetAutoHeadings(true);
   document.EndDoc();
 
-  SpoolRecord header{};
-  ApplyHeaderCreationValues(header);
+  SpoolRecord header = testing::DefaultHeader();
   PutBool(header.data(), spool::kAutoHeadings, true);
   EXPECT_EQ(ReadBytes(document.PrintFile()), Bytes(header) + Bytes(MakePageRecord(1, spool::kEndDoc)));
   EXPECT_TRUE(newPages.empty());  // no drawing call: no heading, no OnNewPage
