@@ -265,40 +265,40 @@ TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
   };
   int previews = 0;
   environment.showPreview = [&](OrlPrinter&) { ++previews; };
-  OrlPrinter document(environment);
+  OrlPrinter own(environment);  // with the environment changed above
 
   // Retried: the second measurement counts.
-  document.OnPrinterError = [](bool& retry) { retry = true; };
-  document.BeginDoc();
+  own.OnPrinterError = [](bool& retry) { retry = true; };
+  own.BeginDoc();
   EXPECT_EQ(measured, 2);
-  EXPECT_FALSE(document.PrinterFailed());
-  EXPECT_EQ(document.PageWidth(), 11906);
-  document.EndDoc();
-  document.PreviewReport();
+  EXPECT_FALSE(own.PrinterFailed());
+  EXPECT_EQ(own.PageWidth(), 11906);
+  own.EndDoc();
+  own.PreviewReport();
   EXPECT_EQ(previews, 1);
-  document.DestroyReport();
+  own.DestroyReport();
 
   // Not retried: the rest of the document is dropped without a word.
   measured = 0;
-  document.OnPrinterError = [](bool&) {};
-  document.BeginDoc();
-  EXPECT_TRUE(document.PrinterFailed());
-  document.SetFont("Arial", 9, 0);
-  document.TextOut(0, "dropped");
-  document.MemoOut(0, 1, "dropped");
-  document.LineOut(0, 0, 1, 1);
-  document.NewPage();
-  document.NewLine();
-  document.EndDoc();
-  document.PreviewReport();
+  own.OnPrinterError = [](bool&) {};
+  own.BeginDoc();
+  EXPECT_TRUE(own.PrinterFailed());
+  own.SetFont("Arial", 9, 0);
+  own.TextOut(0, "dropped");
+  own.MemoOut(0, 1, "dropped");
+  own.LineOut(0, 0, 1, 1);
+  own.NewPage();
+  own.NewLine();
+  own.EndDoc();
+  own.PreviewReport();
   EXPECT_EQ(previews, 1);
-  EXPECT_EQ(DescribeSpool(document.PrintFile()), (Lines{"1 ENDDOC"}));
+  EXPECT_EQ(DescribeSpool(own.PrintFile()), (Lines{"1 ENDDOC"}));
   EXPECT_TRUE(rig.errors.empty());
-  document.DestroyReport();
+  own.DestroyReport();
 
   // The next document starts clean.
-  document.BeginDoc();
-  EXPECT_FALSE(document.PrinterFailed());
+  own.BeginDoc();
+  EXPECT_FALSE(own.PrinterFailed());
 }
 
 TEST_F(OrlPrinterTest, ErrorsInTextOutSetFontAndThePageCheckAreShownAndTheDocumentGoesOn) {
@@ -359,26 +359,26 @@ TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptS
   OrlPrinterEnvironment environment = rig.Environment();
   std::string answer;
   environment.askSaveFileName = [&] { return answer; };
-  OrlPrinter document(environment);
-  document.BeginDoc();
-  document.SetScaleMode(1);
-  document.TextOut(1440, "Total");
-  document.EndDoc();
+  OrlPrinter own(environment);  // with the environment changed above
+  own.BeginDoc();
+  own.SetScaleMode(1);
+  own.TextOut(1440, "Total");
+  own.EndDoc();
 
-  document.SaveReport();  // cancelled
+  own.SaveReport();  // cancelled
   EXPECT_EQ(folder.Names().size(), 1u);
   answer = folder.File("report.txt");
-  document.SaveReport();
+  own.SaveReport();
   EXPECT_EQ(ReadBytes(answer), std::string(13, ' ') + "Total");  // column 14
-  document.SaveReport(folder.File("named.txt"));
+  own.SaveReport(folder.File("named.txt"));
   EXPECT_EQ(ReadBytes(folder.File("named.txt")), std::string(13, ' ') + "Total");
 
-  const std::string spool = document.PrintFile();
+  const std::string spool = own.PrintFile();
   const std::string kept = folder.File("kept.spl");
   testing::WriteBytes(kept, ReadBytes(spool));
-  document.SetPrintTextFile(kept);
-  EXPECT_EQ(document.PrintTextFile(), "");
-  EXPECT_EQ(document.PrintFile(), kept);
+  own.SetPrintTextFile(kept);
+  EXPECT_EQ(own.PrintTextFile(), "");
+  EXPECT_EQ(own.PrintFile(), kept);
 }
 
 }  // namespace
