@@ -36,7 +36,7 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
 
 }  // namespace
 
-void ReportForm::Process_DailySummary() {
+[[gnu::flatten]] void ReportForm::Process_DailySummary() {
   try {
     matrices_.day = {};
     matrices_.hour = {};
@@ -71,19 +71,22 @@ void ReportForm::Build_CallMatrix(const CallRecord& record) {
     // A call logged without a direction is counted with the kind of the call
     // before it; before the first "In" or "Out" it counts in the totals only.
     const int kind = CallKind(record);
-    m.lastKind = static_cast<std::int16_t>(kind != 0 ? kind : m.lastKind);
+    const auto lastKind = static_cast<std::size_t>(kind != 0 ? kind : m.lastKind);
+    m.lastKind = static_cast<std::int16_t>(lastKind);
     const int weekday = CallWeekday(m, record);
     // The hour as the "h" format gives it.
     const int hour = CallHour(record);
 
     auto& day = m.day[static_cast<std::size_t>(weekday)];
     auto& hourRow = m.hour[static_cast<std::size_t>(hour)];
-    const std::int32_t dayAll = SumInt32(day[kAllCalls], 1);
-    const std::int32_t dayKind = SumInt32(day[static_cast<std::size_t>(m.lastKind)], 1);
-    const std::int32_t hourDay = SumInt32(hourRow[static_cast<std::size_t>(weekday - 1)], 1);
-    const std::int32_t hourAll = SumInt32(hourRow[kHourTotal], 1);
+    CellSums sums;
+    const std::int32_t dayAll = sums.Add(day[kAllCalls], 1);
+    const std::int32_t dayKind = sums.Add(day[lastKind], 1);
+    const std::int32_t hourDay = sums.Add(hourRow[static_cast<std::size_t>(weekday - 1)], 1);
+    const std::int32_t hourAll = sums.Add(hourRow[kHourTotal], 1);
+    sums.Check();
     day[kAllCalls] = dayAll;
-    day[static_cast<std::size_t>(m.lastKind)] = dayKind;
+    day[lastKind] = dayKind;
     hourRow[static_cast<std::size_t>(weekday - 1)] = hourDay;
     hourRow[kHourTotal] = hourAll;
   } catch (RuntimeError& error) {

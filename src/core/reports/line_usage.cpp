@@ -57,7 +57,7 @@ constexpr bool kShortMinutes = true;
 
 }  // namespace
 
-void ReportForm::Process_LineUsage() {
+[[gnu::flatten]] void ReportForm::Process_LineUsage() {
   try {
     const int lines = environment_.activeLines;
     const std::size_t rows = lines > 0 ? static_cast<std::size_t>(lines) : 0;
@@ -112,15 +112,15 @@ void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record) {
     auto& week = m.lineWeek[static_cast<std::size_t>(line)];
     auto& secondsRow = m.lineWeek.back();
     const auto day = static_cast<std::size_t>(weekday);
-    // Every sum is worked out before any is stored, so an overflow leaves the
-    // tables as they were.
-    const std::int32_t kindCalls = SumInt32(totals[kind], 1);
-    const std::int32_t allCalls = SumInt32(totals[kAllCalls], 1);
-    const std::int32_t lineSeconds = SumInt32(totals[kSeconds], seconds);
-    const std::int32_t dayCalls = SumInt32(week[day], 1);
-    const std::int32_t weekCalls = SumInt32(week[kWeekCalls], 1);
-    const std::int32_t weekSeconds = SumInt32(week[kWeekSeconds], seconds);
-    const std::int32_t daySeconds = SumInt32(secondsRow[day], seconds);
+    CellSums sums;
+    const std::int32_t kindCalls = sums.Add(totals[kind], 1);
+    const std::int32_t allCalls = sums.Add(totals[kAllCalls], 1);
+    const std::int32_t lineSeconds = sums.Add(totals[kSeconds], seconds);
+    const std::int32_t dayCalls = sums.Add(week[day], 1);
+    const std::int32_t weekCalls = sums.Add(week[kWeekCalls], 1);
+    const std::int32_t weekSeconds = sums.Add(week[kWeekSeconds], seconds);
+    const std::int32_t daySeconds = sums.Add(secondsRow[day], seconds);
+    sums.Check();
     totals[kind] = kindCalls;
     totals[kAllCalls] = allCalls;
     totals[kSeconds] = lineSeconds;

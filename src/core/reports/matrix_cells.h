@@ -29,6 +29,25 @@ inline std::int32_t SumInt32(std::int32_t a, std::int32_t b) {
   return sum;
 }
 
+// Additions to the cells of one record worked out together: every sum is
+// made first, then one test raises error 6 if any of them outgrew 32 bits,
+// before the caller stores anything (so an overflow leaves the tables as
+// they were). One test instead of one per cell, for every record.
+class CellSums {
+ public:
+  std::int32_t Add(std::int32_t a, std::int32_t b) {
+    std::int32_t sum;
+    overflow_ |= __builtin_add_overflow(a, b, &sum);
+    return sum;
+  }
+  void Check() const {
+    if (overflow_) throw RuntimeError(err::kOverflow);
+  }
+
+ private:
+  bool overflow_ = false;
+};
+
 // Weekday (1 = Sunday) of a log date "mm/dd/yyyy". The log is in time order
 // with many calls a day, so the last date text and its weekday are kept in
 // the matrices and a record of the same day costs one comparison.
