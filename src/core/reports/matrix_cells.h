@@ -21,14 +21,6 @@
 
 namespace cw {
 
-// a + b in 32 bits; error 6 when the sum does not fit. Inline: it runs for
-// every cell of every record.
-inline std::int32_t SumInt32(std::int32_t a, std::int32_t b) {
-  std::int32_t sum;
-  if (__builtin_add_overflow(a, b, &sum)) throw RuntimeError(err::kOverflow);
-  return sum;
-}
-
 // Additions to the cells of one record worked out together: every sum is
 // made first, then one test raises error 6 if any of them outgrew 32 bits,
 // before the caller stores anything (so an overflow leaves the tables as
