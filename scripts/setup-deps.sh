@@ -7,6 +7,8 @@ packages=(
   cmake ninja-build g++ pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   qt6-base-dev qt6-charts-dev libgl-dev
+  # whether a printer queue accepts jobs is asked of CUPS itself
+  libcups2-dev
   # fonts measured and embedded in reports (Arial / Times New Roman metrics)
   fonts-liberation2 fontconfig
   # tests and benchmarks: PDF text read-back, awk comparison, a display for GUI runs

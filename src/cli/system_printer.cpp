@@ -6,6 +6,7 @@
 
 #include "forms/print_opt_form.h"
 #include "platform/printer_page_device.h"
+#include "platform/printer_refusal.h"
 #include "printer/orl_printer.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
@@ -42,6 +43,12 @@ ChosenPrinter ChoosePrinter(std::string_view wanted) {
       throw RuntimeError(kPrinterError,
                          "There is no printer named \"" + name.toStdString() + "\" (" + PrinterList(printers.names) + ")");
     }
+  }
+  // A queue told to reject jobs would lose this one: better said now, before
+  // the report runs, than after it.
+  if (const QString refusal = PrinterRefusal(found); !refusal.isEmpty()) {
+    throw RuntimeError(kPrinterError, "The printer \"" + found.toStdString() + "\" cannot print now: " +
+                                          refusal.toStdString());
   }
   // The page the report is laid out on is the one the replay will print on.
   const QPrinter printer(QPrinterInfo::printerInfo(found), QPrinter::HighResolution);

@@ -5,6 +5,7 @@
 #include <QPrinterInfo>
 #include <algorithm>
 
+#include "platform/printer_refusal.h"
 #include "support/runtime_error.h"
 
 namespace cw {
@@ -46,6 +47,7 @@ void PrinterPageDevice::BeginDocument(const PageSetup& setup) {
     Fail(QStringLiteral("no printer is installed"));
   }
   if (!printer_.isValid()) Fail(QStringLiteral("the printer is not available"));
+  if (const QString refusal = PrinterRefusal(printer_.printerName()); !refusal.isEmpty()) Fail(refusal);
   printer_.setPageOrientation(setup.orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait);
   painter_ = std::make_unique<QPainter>();
   if (!painter_->begin(&printer_)) {

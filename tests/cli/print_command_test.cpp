@@ -3,7 +3,10 @@
 // whose PDF is read back for its pages.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
@@ -80,6 +83,24 @@ TEST_F(PrintCommand, APrinterThatIsNotThereIsAnErrorBeforeAnyOutput) {
   // One line: no printer-error box asked again and again.
   EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;
   EXPECT_FALSE(fs::exists(Path("report.pdf")));
+  EXPECT_FALSE(fs::exists(Path("report.txt")));
+}
+
+// A queue told to reject jobs would swallow the job without a word: the
+// request fails at once, says why, and leaves no output.
+TEST_F(PrintCommand, AQueueThatRejectsJobsIsAnErrorBeforeAnyOutput) {
+  const std::string model = "lsb/usr/cups-pdf/CUPS-PDF_opt.ppd";
+  const std::string queue = "CW_REJECT_" + std::to_string(::getpid());
+  if (!CupsQueueExists(CupsPdfQueueName()) ||
+      std::system(("lpadmin -p " + queue + " -E -v cups-pdf:/ -m " + model + " 2>/dev/null").c_str()) != 0) {
+    GTEST_SKIP() << "cannot add a CUPS queue here (needs root and the cups-pdf driver)";
+  }
+  const int rejected = std::system(("cupsreject " + queue).c_str());
+  const ProgramRun run = Report("--print " + queue + " --text " + Quote(Path("report.txt")));
+  std::system(("lpadmin -x " + queue).c_str());
+  ASSERT_EQ(rejected, 0);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.err, "cwreport: error 482: The printer \"" + queue + "\" cannot print now: it does not accept jobs\n");
   EXPECT_FALSE(fs::exists(Path("report.txt")));
 }
 
