@@ -163,7 +163,7 @@ int main(int argc, char** argv) {
         criteria.searchText = numbers;
         cw::RecordSelection select(buffer, criteria);
         std::int64_t selected = 0;
-        while (select.Next()) ++selected;
+        select.ForEach([&selected](const cw::CallRecord&, cw::CivilDate) { ++selected; }, 4096, [] {});
         return std::pair{select.BytesConsumed(), selected};
       };
     };

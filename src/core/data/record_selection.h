@@ -40,23 +40,23 @@ class RecordSelection {
   // buffer is the loaded log and must outlive the selection.
   RecordSelection(std::string_view buffer, SelectionCriteria criteria);
 
-  // The next record that lies in the period and passes the direction and
-  // search tests; nullopt once the log ends, a record dated after the period
-  // is met (the log is in time order), or Stop was called. It stays nullopt
-  // after that until Rewind.
+  // Walks the log from the top and hands each record that lies in the period
+  // and passes the direction and search tests, with its date, to
+  // visit(const CallRecord&, CivilDate). The walk ends with the log, or at
+  // the first record dated after the period (the log is in time order).
+  // progress() is called after every progressEvery lines read, with
+  // RecordsRead and BytesConsumed up to date.
+  // The loop is compiled with the report's work inside it: nothing is handed
+  // out or put away between records.
   // A record date that cannot be built throws the conversion's error (13 for
   // a part that is not a number) with the record attached as "Processing".
-  std::optional<CallRecord> Next();
-
-  // The report's stop flag: the next call of Next ends the loop.
-  void Stop() { stop_ = true; }
-  // Starts again at the top of the log, with the period not yet entered.
-  void Rewind();
+  template <class Visit, class Progress>
+  void ForEach(Visit&& visit, std::int64_t progressEvery, Progress&& progress);
 
   const SelectionCriteria& Criteria() const { return criteria_; }
-  // Lines read from the log so far, selected or not.
+  // Lines read from the log so far in the current or last walk, selected or not.
   std::int64_t RecordsRead() const { return recordsRead_; }
-  // Bytes of the buffer the loop has gone through, for a progress display.
+  // Bytes of the buffer the walk has gone through, for a progress display.
   std::size_t BytesConsumed() const { return bytesConsumed_; }
   std::size_t BufferSize() const { return buffer_.size(); }
 
@@ -77,6 +77,19 @@ class RecordSelection {
   // Whether the cleaned number equals an entry of the exact search list.
   [[gnu::always_inline]] inline bool NumberListed(const char* cleaned, std::size_t size) const;
 
+  // The log holds many calls per day: the last date converted is kept with
+  // the date columns it came from, so a record of the same day is not
+  // converted again.
+  struct DateColumns {
+    std::uint64_t low;   // columns 1-8
+    std::uint64_t high;  // columns 3-10
+    friend bool operator==(const DateColumns&, const DateColumns&) = default;
+  };
+  [[gnu::always_inline]] static inline DateColumns DateColumnsOf(std::string_view line);
+  // The date of a record; the conversion's error, with the record attached.
+  // Kept out of the loop, which converts about one date a day.
+  [[gnu::noinline]] static CivilDate ConvertRecordDate(const CallRecord& record);
+
   std::string_view buffer_;
   SelectionCriteria criteria_;
   bool everyDirection_;
@@ -95,24 +108,10 @@ class RecordSelection {
   };
   std::vector<ListedNumber> numberList_;
 
-  ReaderState reader_;
-  bool stop_ = false;
-  bool finished_ = false;
-  bool inRange_ = false;
-  // The log holds many calls per day: the last date converted is kept with
-  // the date columns it came from, so a record of the same day is not
-  // converted again.
-  struct DateColumns {
-    std::uint64_t low;   // columns 1-8
-    std::uint64_t high;  // columns 3-10
-    friend bool operator==(const DateColumns&, const DateColumns&) = default;
-  };
-  static DateColumns DateColumnsOf(std::string_view line);
-  bool haveLastDate_ = false;
-  DateColumns lastDateColumns_{};
-  CivilDate lastDate_;
   std::int64_t recordsRead_ = 0;
   std::size_t bytesConsumed_ = 0;
 };
 
 }  // namespace cw
+
+#include "data/record_selection_loop.h"

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -54,16 +53,6 @@ SelectionCriteria BusyPeriod(CivilDate from, CivilDate to) {
   return criteria;
 }
 
-// Every kProgressEvery lines read (never per line): how far through the log
-// the loop is, and a chance for the screen to keep up.
-void ReportProgress(ReportHost& host, const RecordSelection& selection, std::int64_t& nextProgress) {
-  if (selection.RecordsRead() < nextProgress) return;
-  host.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
-                static_cast<std::int64_t>(selection.BufferSize()));
-  host.DoEvents();
-  nextProgress = selection.RecordsRead() + kProgressEvery;
-}
-
 // Attaches the line being worked on to an error, so that the box shows which
 // line of the busy log is wrong.
 [[noreturn]] void RethrowWithLine(RuntimeError& error, std::string_view line) {
@@ -80,34 +69,34 @@ void ReportForm::Print_BusyReport() {
     RecordSelection selection(log.Text(), BusyPeriod(fromDate_, toDate_));
     std::int32_t occurrences = 0;
     std::int32_t totalSeconds = 0;
-    std::int64_t nextProgress = kProgressEvery;
 
     SetBodyFont();
-    while (const std::optional<CallRecord> record = selection.Next()) {
-      const std::string_view text = record->Text();
-      BusyLine line;
-      std::string start;
-      std::string end;
-      std::string duration;
-      try {
-        line = SplitBusyLine(text);
-        start = FormatTime(ParseTimeText(line.start), "h:mmampm");
-        end = FormatTime(ParseTimeText(line.end), "h:mmampm");
-        const std::int32_t seconds = BusySeconds(line.seconds);
-        duration = SecondsToText(seconds, true);
-        occurrences = AddInt32(occurrences, 1);
-        totalSeconds = AddInt32(totalSeconds, seconds);
-      } catch (RuntimeError& error) {
-        RethrowWithLine(error, text);
-      }
-      document.TextOut(busy::kDateX, line.date);
-      document.TextOut(RightAlignedX(busy::kStartTimeX, start), start);
-      document.TextOut(RightAlignedX(busy::kEndTimeX, end), end);
-      document.TextOut(RightAlignedX(busy::kDurationX, duration), duration);
-      document.TextOut(RightAlignedX(busy::kLinesX, line.lines), line.lines);
-      document.NewLine();
-      ReportProgress(host_, selection, nextProgress);
-    }
+    selection.ForEach(
+        [&](const CallRecord& record, CivilDate) {
+          const std::string_view text = record.Text();
+          BusyLine line;
+          std::string start;
+          std::string end;
+          std::string duration;
+          try {
+            line = SplitBusyLine(text);
+            start = FormatTime(ParseTimeText(line.start), "h:mmampm");
+            end = FormatTime(ParseTimeText(line.end), "h:mmampm");
+            const std::int32_t seconds = BusySeconds(line.seconds);
+            duration = SecondsToText(seconds, true);
+            occurrences = AddInt32(occurrences, 1);
+            totalSeconds = AddInt32(totalSeconds, seconds);
+          } catch (RuntimeError& error) {
+            RethrowWithLine(error, text);
+          }
+          document.TextOut(busy::kDateX, line.date);
+          document.TextOut(RightAlignedX(busy::kStartTimeX, start), start);
+          document.TextOut(RightAlignedX(busy::kEndTimeX, end), end);
+          document.TextOut(RightAlignedX(busy::kDurationX, duration), duration);
+          document.TextOut(RightAlignedX(busy::kLinesX, line.lines), line.lines);
+          document.NewLine();
+        },
+        kProgressEvery, SelectionProgress(host_, selection));
 
     // One blank line, then the totals with their headings above them.
     document.NewLine();
@@ -136,22 +125,21 @@ void ReportForm::Process_BusySummary() {
     matrices_.busyHour = {};
     const LogBuffer log = LoadBusyLog(environment_.pathFolder);
     RecordSelection selection(log.Text(), BusyPeriod(fromDate_, toDate_));
-    std::int64_t nextProgress = kProgressEvery;
-
-    while (const std::optional<CallRecord> record = selection.Next()) {
-      const std::string_view text = record->Text();
-      BusyLine line;
-      std::int32_t seconds = 0;
-      try {
-        line = SplitBusyLine(text);
-        seconds = BusySeconds(line.seconds);
-      } catch (RuntimeError& error) {
-        RethrowWithLine(error, text);
-      }
-      processingRecord_ = text;
-      Build_BusyMatrix(line.date, line.start, seconds);
-      ReportProgress(host_, selection, nextProgress);
-    }
+    selection.ForEach(
+        [&](const CallRecord& record, CivilDate) {
+          const std::string_view text = record.Text();
+          BusyLine line;
+          std::int32_t seconds = 0;
+          try {
+            line = SplitBusyLine(text);
+            seconds = BusySeconds(line.seconds);
+          } catch (RuntimeError& error) {
+            RethrowWithLine(error, text);
+          }
+          processingRecord_ = text;
+          Build_BusyMatrix(line.date, line.start, seconds);
+        },
+        kProgressEvery, SelectionProgress(host_, selection));
     processingRecord_ = {};
     Print_BusySummary();
   } catch (const RuntimeError& error) {

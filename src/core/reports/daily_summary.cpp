@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "data/log_buffer.h"
@@ -46,18 +45,9 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
     criteria.to = toDate_;
     criteria.direction = request_.direction;
     RecordSelection selection(log.Text(), criteria);
-    std::int64_t nextProgress = kProgressEvery;
-
-    while (const std::optional<CallRecord> record = selection.Next()) {
-      Build_CallMatrix(*record);
-
-      if (selection.RecordsRead() >= nextProgress) {
-        host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
-                       static_cast<std::int64_t>(selection.BufferSize()));
-        host_.DoEvents();
-        nextProgress = selection.RecordsRead() + kProgressEvery;
-      }
-    }
+    selection.ForEach([this](const CallRecord& record, CivilDate date) { Build_CallMatrix(record, date); },
+                      kProgressEvery,
+                      SelectionProgress(host_, selection));
     Print_DailySummary();
     EraseMatrices();
   } catch (const RuntimeError& error) {
@@ -65,7 +55,7 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
   }
 }
 
-void ReportForm::Build_CallMatrix(const CallRecord& record) {
+void ReportForm::Build_CallMatrix(const CallRecord& record, CivilDate date) {
   try {
     Matrices& m = matrices_;
     // A call logged without a direction is counted with the kind of the call
@@ -73,7 +63,7 @@ void ReportForm::Build_CallMatrix(const CallRecord& record) {
     const int kind = CallKind(record);
     const auto lastKind = static_cast<std::size_t>(kind != 0 ? kind : m.lastKind);
     m.lastKind = static_cast<std::int16_t>(lastKind);
-    const int weekday = CallWeekday(m, record);
+    const int weekday = CallWeekday(m, date);
     // The hour as the "h" format gives it.
     const int hour = CallHour(record);
 

@@ -44,33 +44,6 @@ SelectionCriteria PeriodAndDirection(CivilDate from, CivilDate to, const std::st
   return criteria;
 }
 
-// Reports how far a record loop has come, every few thousand records read.
-// A loop that runs over the log several times counts every pass.
-class ProgressTicker {
- public:
-  explicit ProgressTicker(ReportHost& host, std::int64_t passes = 1) : host_(host), passes_(passes) {}
-
-  void Tick(const RecordSelection& selection) {
-    if (selection.RecordsRead() < next_) return;
-    next_ = selection.RecordsRead() + kProgressEvery;
-    const auto size = static_cast<std::int64_t>(selection.BufferSize());
-    host_.Progress(pass_ * size + static_cast<std::int64_t>(selection.BytesConsumed()), passes_ * size);
-    host_.DoEvents();
-  }
-
-  // The loop starts its next pass over the log.
-  void NextPass() {
-    ++pass_;
-    next_ = kProgressEvery;
-  }
-
- private:
-  ReportHost& host_;
-  std::int64_t passes_;
-  std::int64_t pass_ = 0;
-  std::int64_t next_ = kProgressEvery;
-};
-
 void TextOutRight(ReportForm& form, OrlPrinter& document, double x, std::string_view text) {
   document.TextOut(form.RightAlignedX(x, text), text);
 }
@@ -215,18 +188,18 @@ void ReportForm::Print_Detail(std::int16_t mode) {
 
     DetailListing listing(*this, document, request_.columns, request_.dtmf, request_.direction == "InOut", false);
     RecordSelection selection(log.Text(), std::move(criteria));
-    ProgressTicker progress(host_);
     // Abandoned calls are counted against every call that passed the period
     // and direction tests.
     std::int32_t considered = 0;
-    while (const std::optional<CallRecord> record = selection.Next()) {
-      progress.Tick(selection);
-      if (abandoned) {
-        considered = AddInt32(considered, 1);
-        if (!abandoned->IsAbandoned(*record)) continue;
-      }
-      listing.WriteRow(*record);
-    }
+    selection.ForEach(
+        [&](const CallRecord& record, CivilDate) {
+          if (abandoned) {
+            considered = AddInt32(considered, 1);
+            if (!abandoned->IsAbandoned(record)) return;
+          }
+          listing.WriteRow(record);
+        },
+        kProgressEvery, SelectionProgress(host_, selection));
 
     if (mode == 1) {
       listing.WriteAbandonedTotals(considered);
@@ -257,23 +230,22 @@ void ReportForm::Print_Lines() {
 
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
     RecordSelection selection(log.Text(), PeriodAndDirection(fromDate_, toDate_, request_.direction));
-    ProgressTicker progress(host_, static_cast<std::int64_t>(lines.size()));
+    SelectionProgress progress(host_, selection, static_cast<std::int64_t>(lines.size()));
     // One listing per line, each from the top of a page that names its line
     // in the title; the finished document is titled with the whole choice.
     for (std::size_t k = 0; k < lines.size(); ++k) {
       document.SetTitle(LineListingTitle({lines[k]}));
       if (k > 0) {
         document.NewPage();
-        selection.Rewind();
         progress.NextPass();
       }
       DetailListing listing(*this, document, request_.columns, request_.dtmf, request_.direction == "InOut",
                             k > 0);
-      while (const std::optional<CallRecord> record = selection.Next()) {
-        progress.Tick(selection);
-        if (TextToInt16(record->Line()) != lines[k]) continue;
-        listing.WriteRow(*record);
-      }
+      selection.ForEach(
+          [&](const CallRecord& record, CivilDate) {
+            if (TextToInt16(record.Line()) == lines[k]) listing.WriteRow(record);
+          },
+          kProgressEvery, progress);
       listing.WriteCallTotals();
     }
     if (lines.size() > 1) document.SetTitle(LineListingTitle(lines));
@@ -288,12 +260,9 @@ void ReportForm::Print_Detail_Condensed() {
     OrlPrinter& document = CurrentDocument(document_);
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
     RecordSelection selection(log.Text(), PeriodAndDirection(fromDate_, toDate_, request_.direction));
-    ProgressTicker progress(host_);
     CallerSummary callers;
-    while (const std::optional<CallRecord> record = selection.Next()) {
-      progress.Tick(selection);
-      callers.Add(*record);
-    }
+    selection.ForEach([&callers](const CallRecord& record, CivilDate) { callers.Add(record); }, kProgressEvery,
+                      SelectionProgress(host_, selection));
 
     // The builder gets one page for the whole text (two bytes a character):
     // an append that spilled over a page boundary would garble its line.

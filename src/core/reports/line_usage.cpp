@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,26 +68,19 @@ constexpr bool kShortMinutes = true;
     criteria.to = toDate_;
     criteria.direction = request_.direction;
     RecordSelection selection(log.Text(), criteria);
-    std::int64_t nextProgress = kProgressEvery;
-
-    while (const std::optional<CallRecord> record = selection.Next()) {
-      // A line field that is not a number, or a line beyond the active lines,
-      // leaves the record out; the loop goes on.
-      std::int16_t line = 0;
-      try {
-        line = CallLine(*record);
-      } catch (const RuntimeError&) {
-        continue;
-      }
-      if (line <= lines) Build_LineMatrix(line, *record);
-
-      if (selection.RecordsRead() >= nextProgress) {
-        host_.Progress(static_cast<std::int64_t>(selection.BytesConsumed()),
-                       static_cast<std::int64_t>(selection.BufferSize()));
-        host_.DoEvents();
-        nextProgress = selection.RecordsRead() + kProgressEvery;
-      }
-    }
+    selection.ForEach(
+        [&](const CallRecord& record, CivilDate date) {
+          // A line field that is not a number, or a line beyond the active
+          // lines, leaves the record out; the loop goes on.
+          std::int16_t line = 0;
+          try {
+            line = CallLine(record);
+          } catch (const RuntimeError&) {
+            return;
+          }
+          if (line <= lines) Build_LineMatrix(line, record, date);
+        },
+        kProgressEvery, SelectionProgress(host_, selection));
     Print_LineUsage();
     EraseMatrices();
   } catch (const RuntimeError& error) {
@@ -96,7 +88,7 @@ constexpr bool kShortMinutes = true;
   }
 }
 
-void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record) {
+void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date) {
   try {
     Matrices& m = matrices_;
     // A call that is neither in nor out is not counted (its duration cannot
@@ -104,7 +96,7 @@ void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record) {
     const auto kind = static_cast<std::size_t>(CallKind(record));
     if (kind == 0) return;
     const std::int32_t seconds = CallSeconds(record);
-    const int weekday = CallWeekday(m, record);
+    const int weekday = CallWeekday(m, date);
     // Lines count from 1; the last week row is the seconds row.
     if (line < 1 || static_cast<std::size_t>(line) >= m.lineTotals.size()) throw RuntimeError(err::kSubscript);
 

@@ -1,6 +1,6 @@
 #pragma once
 // Small pieces the matrix builders share: checked additions to 32-bit cells,
-// the weekday of a log date converted once per day of the log, and the hour,
+// the weekday of a date worked out once per day, and the hour,
 // length and line of a call read straight from the digits in the shape the
 // logging program writes them. They run for every record of a log of
 // millions, so each takes the common shape at a glance and hands anything
@@ -40,28 +40,11 @@ class CellSums {
   bool overflow_ = false;
 };
 
-// Weekday (1 = Sunday) of a log date "mm/dd/yyyy". The log is in time order
-// with many calls a day, so the last date text and its weekday are kept in
-// the matrices and a record of the same day costs one comparison.
-inline int CachedWeekday(ReportForm::Matrices& matrices, std::string_view date) {
-  std::uint64_t head = 0;
-  std::uint64_t tail = 0;
-  const bool tenCharacters = date.size() == 10;
-  if (tenCharacters) {
-    std::memcpy(&head, date.data(), 8);
-    std::memcpy(&tail, date.data() + 2, 8);
-    if (matrices.weekdayDateInWords &
-        (((head ^ matrices.weekdayDateHead) | (tail ^ matrices.weekdayDateTail)) == 0)) {
-      return matrices.weekday;
-    }
-  }
-  if (matrices.weekday == 0 || date != matrices.weekdayDate) {
-    const int weekday = ParseLogDate(date).Weekday();
-    matrices.weekdayDate.assign(date);
-    matrices.weekdayDateHead = head;
-    matrices.weekdayDateTail = tail;
-    matrices.weekdayDateInWords = tenCharacters;
-    matrices.weekday = weekday;
+// The weekday of a call's date, worked out once for each day of the log.
+inline int CallWeekday(ReportForm::Matrices& matrices, CivilDate date) {
+  if (date != matrices.weekdayDate) {
+    matrices.weekdayDate = date;
+    matrices.weekday = date.Weekday();
   }
   return matrices.weekday;
 }
@@ -187,12 +170,6 @@ template <LogColumn where>
   word = LoadBytes<where.length>(line.data() + where.start - 1);
   return true;
 }
-
-// Whether the first and last bytes of a field word of width n are not
-// blank, so that the field's trimmed text is all of it.
-constexpr bool FillsWidth(std::uint64_t word, std::size_t n) {
-  return ((word & 0xFF) != ' ') & ((word >> (8 * (n - 1)) & 0xFF) != ' ');
-}
 }  // namespace matrix_detail
 
 // DirectionKind of the record's direction. The trimmed text is "In" exactly
@@ -210,11 +187,11 @@ inline int CallKind(const CallRecord& record) {
 inline int CallHour(const CallRecord& record) {
   std::uint64_t word;
   if (matrix_detail::FieldWord<column::kTime>(record, word)) {
-    // " h:mmAM" trims to "h:mmAM", read as "0h:mmAM".
-    if ((word & 0xFF) == ' ') word = (word & ~std::uint64_t{0xFF}) | '0';
-    if (matrix_detail::FillsWidth(word, column::kTime.length)) {
-      if (const int hour = HourOfTimeWord(word); hour >= 0) return hour;
-    }
+    // " h:mmAM" trims to "h:mmAM", read as "0h:mmAM": a blank (0x20) in
+    // front becomes a "0" (0x30). The shape test looks at both ends of the
+    // field, so a blank anywhere else sends it to the general conversion.
+    word |= std::uint64_t{(word & 0xFF) == ' '} << 4;
+    if (const int hour = HourOfTimeWord(word); hour >= 0) return hour;
   }
   return HourOfCall(record.Time());
 }
@@ -222,8 +199,9 @@ inline int CallHour(const CallRecord& record) {
 // SecondsOfCall of the record's duration.
 inline std::int32_t CallSeconds(const CallRecord& record) {
   std::uint64_t word;
-  if (matrix_detail::FieldWord<column::kDuration>(record, word) &&
-      matrix_detail::FillsWidth(word, column::kDuration.length)) {
+  // The shape test looks at both ends of the field: a field with blanks
+  // goes to the general conversion.
+  if (matrix_detail::FieldWord<column::kDuration>(record, word)) {
     if (const std::int32_t seconds = SecondsOfDurationWord(word); seconds >= 0) return seconds;
   }
   return SecondsOfCall(record.Duration());
@@ -237,21 +215,6 @@ inline std::int16_t CallLine(const CallRecord& record) {
     return static_cast<std::int16_t>(matrix_detail::Digit(static_cast<char>(word >> 16)));
   }
   return LineOfCall(record.Line());
-}
-
-// CachedWeekday of the record's date. A date kept as its two words matches
-// the columns only when they hold it whole, blanks neither before nor after.
-inline int CallWeekday(ReportForm::Matrices& matrices, const CallRecord& record) {
-  const std::string_view line = record.Text();
-  if (matrices.weekdayDateInWords && line.size() >= column::kDate.length) {
-    static_assert(column::kDate.start == 1 && column::kDate.length == 10);
-    std::uint64_t head;
-    std::uint64_t tail;
-    std::memcpy(&head, line.data(), 8);
-    std::memcpy(&tail, line.data() + 2, 8);
-    if (((head ^ matrices.weekdayDateHead) | (tail ^ matrices.weekdayDateTail)) == 0) return matrices.weekday;
-  }
-  return CachedWeekday(matrices, record.Date());
 }
 
 }  // namespace cw

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "data/call_record.h"
+#include "support/civil_date.h"
 #include "printer/orl_printer.h"
 #include "printer/text_metrics.h"
 #include "reports/report_host.h"
@@ -71,14 +72,15 @@ class ReportForm {
   void Print_Detail_Condensed();
   void Print_Lines();
   void Process_DailySummary();
-  // One selected call into the day and hour matrices: its date, time and
-  // direction as their trimmed texts give them.
-  void Build_CallMatrix(const CallRecord& record);
+  // One selected call into the day and hour matrices: its time and direction
+  // as their trimmed texts give them, and its date as the selection built it.
+  void Build_CallMatrix(const CallRecord& record, CivilDate date);
   void Print_DailySummary();
   void Process_LineUsage();
   // One selected call on a counted line into the line matrices: its
-  // direction, date and duration as their trimmed texts give them.
-  void Build_LineMatrix(std::int16_t line, const CallRecord& record);
+  // direction and duration as their trimmed texts give them, and its date as
+  // the selection built it.
+  void Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date);
   void Print_LineUsage();
   void Print_BusyReport();
   void Process_BusySummary();
@@ -94,14 +96,9 @@ class ReportForm {
     std::array<std::array<std::int32_t, 4>, 8> busyDay{};   // [weekday][1 occurred, 2 seconds]
     std::array<std::array<std::int32_t, 9>, 24> busyHour{}; // [hour][weekday-1, 7 total, 8 seconds]
     std::int16_t lastKind = 0;                            // kind of the previous call
-    // The log holds many calls a day: the weekday of the last date text
-    // converted is kept so that the matrix builders convert each day once.
-    // A ten-character date is kept as two words, compared without a call.
-    std::string weekdayDate;
-    std::uint64_t weekdayDateHead = 0;  // characters 1-8
-    std::uint64_t weekdayDateTail = 0;  // characters 3-10
-    bool weekdayDateInWords = false;    // the two words hold weekdayDate
-    int weekday = 0;
+    // The weekday of the last date met: the log holds many calls a day.
+    CivilDate weekdayDate;
+    int weekday = CivilDate().Weekday();
   };
   const Matrices& WorkingMatrices() const { return matrices_; }
 

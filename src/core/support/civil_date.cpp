@@ -76,10 +76,5 @@ int CivilDate::Year() const { return YmdOf(serial_).year; }
 int CivilDate::Month() const { return YmdOf(serial_).month; }
 int CivilDate::Day() const { return YmdOf(serial_).day; }
 
-int CivilDate::Weekday() const {
-  // Serial 1, 31 Dec 1899, was a Sunday.
-  const std::int64_t sinceSunday = static_cast<std::int64_t>(serial_) - 1;
-  return static_cast<int>(sinceSunday - FloorDiv(sinceSunday, 7) * 7) + 1;
-}
 
 }  // namespace cw

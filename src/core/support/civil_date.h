@@ -24,7 +24,12 @@ class CivilDate {
   int Year() const;
   int Month() const;   // 1..12
   int Day() const;     // 1..31
-  int Weekday() const; // 1 = Sunday .. 7 = Saturday
+  // 1 = Sunday .. 7 = Saturday. Inline: the analyses ask it of every call.
+  constexpr int Weekday() const {
+    // Serial 1, 31 Dec 1899, was a Sunday.
+    const std::int32_t sinceSunday = (serial_ - 1) % 7;
+    return (sinceSunday < 0 ? sinceSunday + 7 : sinceSunday) + 1;
+  }
 
   constexpr CivilDate AddDays(std::int32_t days) const { return CivilDate(serial_ + days); }
   friend constexpr auto operator<=>(CivilDate, CivilDate) = default;

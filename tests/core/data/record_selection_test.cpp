@@ -26,9 +26,15 @@ SelectionCriteria Period(CivilDate from, CivilDate to) {
 }
 
 // The names of the selected records, in the order handed out.
-std::vector<std::string> Selected(RecordSelection& selection) {
+std::vector<std::string> Selected(RecordSelection& selection, std::vector<std::string>* beforeError = nullptr) {
   std::vector<std::string> names;
-  while (auto record = selection.Next()) names.emplace_back(record->Name());
+  try {
+    selection.ForEach([&names](const CallRecord& record, CivilDate) { names.emplace_back(record.Name()); }, 1000,
+                      [] {});
+  } catch (...) {
+    if (beforeError != nullptr) *beforeError = names;
+    throw;
+  }
   return names;
 }
 
@@ -59,8 +65,6 @@ TEST(RecordSelection, PeriodStopsAtTheFirstLaterRecord) {
   EXPECT_EQ(Selected(early), Names{});
   EXPECT_EQ(early.RecordsRead(), 1);
   EXPECT_EQ(early.BytesConsumed(), log.find("\r\n") + 2);
-  // It stays finished: the reader does not start over at the top.
-  EXPECT_EQ(early.Next(), std::nullopt);
 }
 
 TEST(RecordSelection, DateDifferingInOneColumnIsConvertedAgain) {
@@ -161,8 +165,7 @@ TEST(RecordSelection, NumberSearch) {
   const std::string cut = "01/15/2024 9:05AM  (555) 12\r\n";
   criteria.partial = false;
   criteria.searchText = "55512";
-  RecordSelection shortLine(cut, criteria);
-  ASSERT_TRUE(shortLine.Next().has_value());
+  EXPECT_EQ(Selected(cut, criteria).size(), 1u);
 
   EXPECT_EQ(CleanNumber(" (555) 123-4567 "), "5551234567");
   EXPECT_EQ(NumberSearchList("1, 2 ,,3"), (std::vector<std::string>{"1", "2", "", "3"}));
@@ -172,14 +175,16 @@ TEST(RecordSelection, BadDateRaisesTypeMismatchWithTheRecord) {
   const std::string badLine = Call().Date("1x/05/2024").Text();
   const std::string log = Log({Call().Date("01/05/2024")}) + badLine + "\r\n";
   RecordSelection selection(log, Period(Day(1, 1), Day(12, 31)));
-  EXPECT_TRUE(selection.Next().has_value());
+  Names handedOut;
   try {
-    selection.Next();
+    Selected(selection, &handedOut);
     FAIL() << "a bad date was accepted";
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.Number(), err::kTypeMismatch);
     EXPECT_EQ(error.Processing(), Trim(badLine));
   }
+  EXPECT_EQ(handedOut.size(), 1u);
+  EXPECT_EQ(selection.RecordsRead(), 2);
 
   // Short and binary lines fail the same way instead of reading past them.
   using namespace std::string_literals;
@@ -187,7 +192,7 @@ TEST(RecordSelection, BadDateRaisesTypeMismatchWithTheRecord) {
     const std::string shortLog = line + "\r\n";
     RecordSelection bad(shortLog, Period(Day(1, 1), Day(12, 31)));
     try {
-      bad.Next();
+      Selected(bad);
       ADD_FAILURE() << "accepted a record without a date";
     } catch (const RuntimeError& error) {
       EXPECT_EQ(error.Number(), err::kTypeMismatch);
@@ -195,16 +200,22 @@ TEST(RecordSelection, BadDateRaisesTypeMismatchWithTheRecord) {
   }
 }
 
-TEST(RecordSelection, StopAndRewind) {
-  const std::string log = Log({Call().Name("A"), Call().Name("B"), Call().Name("C")});
+TEST(RecordSelection, EveryWalkStartsAtTheTopAndReportsItsProgress) {
+  const std::string log = Log({Call().Name("A"), Call().Name("B"), Call().Name("C"), Call().Name("D"),
+                               Call().Name("E")});
   RecordSelection selection(log, Period(Day(1, 1), Day(12, 31)));
-  ASSERT_EQ(selection.Next()->Name(), "A");
-  selection.Stop();
-  EXPECT_EQ(selection.Next(), std::nullopt);
-  EXPECT_EQ(selection.RecordsRead(), 1);
-  EXPECT_EQ(selection.BytesConsumed(), log.find("\r\n") + 2);
-  selection.Rewind();
-  EXPECT_EQ(Selected(selection), (Names{"A", "B", "C"}));
+  std::vector<std::pair<std::int64_t, std::size_t>> reports;
+  for (int walk = 0; walk < 2; ++walk) {
+    reports.clear();
+    Names names;
+    selection.ForEach([&names](const CallRecord& record, CivilDate) { names.emplace_back(record.Name()); }, 2,
+                      [&] { reports.emplace_back(selection.RecordsRead(), selection.BytesConsumed()); });
+    EXPECT_EQ(names, (Names{"A", "B", "C", "D", "E"}));
+  }
+  const std::size_t lineBytes = log.size() / 5;
+  EXPECT_EQ(reports, (std::vector<std::pair<std::int64_t, std::size_t>>{{2, 2 * lineBytes}, {4, 4 * lineBytes}}));
+  EXPECT_EQ(selection.RecordsRead(), 5);
+  EXPECT_EQ(selection.BytesConsumed(), log.size());
 
   // An empty line ends the log for the selection too.
   const std::string gap = Log({Call().Name("A")}) + "\r\n" + Log({Call().Name("B")});

@@ -11,6 +11,7 @@
 
 #include "analysis_rig.h"
 #include "core/data/log_lines.h"
+#include "data/log_conversions.h"
 #include "reports/hour_labels.h"
 #include "reports/matrix_cells.h"
 #include "support/text.h"
@@ -100,7 +101,7 @@ TEST(DailyCallAnalysis, CallWithoutDirectionTakesTheKindOfTheCallBefore) {
   ReportForm& form = *rig.form;
   auto build = [&](const char* date, const char* time, const char* direction) {
     const std::string line = Call().Date(date).Time(time).Direction(direction).Text();
-    form.Build_CallMatrix(CallRecord(line));
+    form.Build_CallMatrix(CallRecord(line), ParseLogDate(date));
   };
   build("11/02/2026", "9:00AM", "??");   // nothing before it: total only
   build("11/02/2026", "9:10AM", "Out");

@@ -63,20 +63,6 @@ TEST(RecordReaders, ShortLinesAndRepeatedDatesReadTheTrimmedTexts) {
     EXPECT_EQ(Outcome([&] { return CallHour(record); }), Outcome([&] { return HourOfCall(record.Time()); }))
         << length;
   }
-
-  // The weekday kept for a date is used only for the very same date text.
-  ReportForm::Matrices matrices;
-  const std::string monday = Call().Date("11/02/2026").Text();
-  const std::string tuesday = Call().Date("11/03/2026").Text();
-  EXPECT_EQ(CallWeekday(matrices, CallRecord(monday)), 2);
-  EXPECT_EQ(CallWeekday(matrices, CallRecord(monday)), 2);
-  EXPECT_EQ(CallWeekday(matrices, CallRecord(tuesday)), 3);
-  EXPECT_EQ(CallWeekday(matrices, CallRecord(monday)), 2);
-  // A date that cannot be built raises its error and leaves the kept one.
-  const std::string badDate = Call().Date("11/0x/2026").Text();
-  EXPECT_EQ(Outcome([&] { return CallWeekday(matrices, CallRecord(badDate)); }), (std::pair<int, int>{-1, 13}));
-  EXPECT_EQ(Outcome([&] { return CallWeekday(matrices, CallRecord(badDate)); }), (std::pair<int, int>{-1, 13}));
-  EXPECT_EQ(CallWeekday(matrices, CallRecord(monday)), 2);
 }
 
 }  // namespace
