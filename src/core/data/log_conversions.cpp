@@ -7,14 +7,6 @@
 
 namespace cw {
 
-namespace {
-
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-constexpr int Digit(char c) { return c - '0'; }
-
-}  // namespace
-
 CivilDate ParseLogDate(std::string_view text) {
   // Nearly every date in a log is written "mm/dd/yyyy"; those are read digit
   // by digit. The parts of any other text go through the general conversion,
@@ -22,10 +14,10 @@ CivilDate ParseLogDate(std::string_view text) {
   if (text.size() == 10 && IsDigit(text[0]) && IsDigit(text[1]) && IsDigit(text[3]) &&
       IsDigit(text[4]) && IsDigit(text[6]) && IsDigit(text[7]) && IsDigit(text[8]) &&
       IsDigit(text[9])) {
-    const int month = Digit(text[0]) * 10 + Digit(text[1]);
-    const int day = Digit(text[3]) * 10 + Digit(text[4]);
+    const int month = DigitValue(text[0]) * 10 + DigitValue(text[1]);
+    const int day = DigitValue(text[3]) * 10 + DigitValue(text[4]);
     const int year =
-        Digit(text[6]) * 1000 + Digit(text[7]) * 100 + Digit(text[8]) * 10 + Digit(text[9]);
+        DigitValue(text[6]) * 1000 + DigitValue(text[7]) * 100 + DigitValue(text[8]) * 10 + DigitValue(text[9]);
     return CivilDate::FromYmd(year, month, day);
   }
   const std::string_view yearText = text.size() > 4 ? text.substr(text.size() - 4) : text;
@@ -47,7 +39,7 @@ std::int32_t DurationPart(std::string_view part) {
         plain = false;
         break;
       }
-      value = value * 10 + Digit(c);
+      value = value * 10 + DigitValue(c);
     }
     if (plain) return value;
   }

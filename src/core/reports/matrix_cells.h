@@ -50,8 +50,6 @@ inline int CallWeekday(ReportForm::Matrices& matrices, CivilDate date) {
 }
 
 namespace matrix_detail {
-constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
-constexpr int Digit(char c) { return c - '0'; }
 
 // The digit in byte k (counted from 0) of a word checked by DigitsIn.
 constexpr int DigitAt(std::uint64_t word, int k) { return static_cast<int>(word >> (8 * k) & 0x0F); }
@@ -142,13 +140,11 @@ inline std::int32_t SecondsOfCall(std::string_view duration) {
 // three digits directly, anything else through the conversion (error 13 for
 // a field that is not a number).
 inline std::int16_t LineOfCall(std::string_view line) {
-  using matrix_detail::Digit;
-  using matrix_detail::IsDigit;
   const std::size_t n = line.size();
-  if (n == 1 && IsDigit(line[0])) return static_cast<std::int16_t>(Digit(line[0]));
+  if (n == 1 && IsDigit(line[0])) return static_cast<std::int16_t>(DigitValue(line[0]));
   if (n >= 1 && n <= 3 && IsDigit(line[0]) && (n < 2 || IsDigit(line[1])) && (n < 3 || IsDigit(line[2]))) {
     int value = 0;
-    for (char c : line) value = value * 10 + Digit(c);
+    for (char c : line) value = value * 10 + DigitValue(c);
     return static_cast<std::int16_t>(value);
   }
   return TextToInt16(line);
@@ -211,8 +207,8 @@ inline std::int32_t CallSeconds(const CallRecord& record) {
 inline std::int16_t CallLine(const CallRecord& record) {
   std::uint64_t word;
   if (matrix_detail::FieldWord<column::kLine>(record, word) && (word & 0xFFFF) == 0x2020 &&
-      matrix_detail::IsDigit(static_cast<char>(word >> 16))) {
-    return static_cast<std::int16_t>(matrix_detail::Digit(static_cast<char>(word >> 16)));
+      IsDigit(static_cast<char>(word >> 16))) {
+    return static_cast<std::int16_t>(DigitValue(static_cast<char>(word >> 16)));
   }
   return LineOfCall(record.Line());
 }

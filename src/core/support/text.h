@@ -11,6 +11,11 @@
 
 namespace cw {
 
+// ASCII digits only: the log's numbers are never written in other scripts.
+constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+// The value of a digit that IsDigit accepted.
+constexpr int DigitValue(char c) { return c - '0'; }
+
 // Trim removes blanks (spaces) only, as the classic Trim does; tabs stay.
 constexpr std::string_view Trim(std::string_view text) {
   std::size_t first = text.find_first_not_of(' ');

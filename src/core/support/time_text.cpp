@@ -7,8 +7,6 @@ namespace cw {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 char Upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
 
 // Reads exactly `count` digits at pos; false when they are not there.

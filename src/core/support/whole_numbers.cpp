@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "support/runtime_error.h"
+#include "support/text.h"
 
 namespace cw {
 
@@ -40,8 +41,6 @@ struct NumberText {
   std::string_view fraction;  // digits after the point, may be empty
   std::string_view number;    // integer, point and fraction as written
 };
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool SplitNumberText(std::string_view text, NumberText& out) {
   std::size_t i = 0;
