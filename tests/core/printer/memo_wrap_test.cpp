@@ -44,19 +44,5 @@ TEST(MemoWrap, BreaksLinesAsMemoOutDoes) {
   for (const Case& c : cases) EXPECT_EQ(Wrap(c.text, c.available), c.lines) << c.why;
 }
 
-TEST(MemoWrap, MeasuresEachLineOnlyWhenItIsAskedFor) {
-  MemoWrap wrap("aa bb cc", 3);
-  int measured = 0;
-  const auto width = [&](std::string_view part) {
-    ++measured;
-    return static_cast<double>(part.size());
-  };
-  std::string line;
-  ASSERT_TRUE(wrap.NextLine(width, line));
-  EXPECT_EQ(line, "aa ");
-  // "aa " fitted and "aa bb " did not: two measurements so far, none ahead.
-  EXPECT_EQ(measured, 2);
-}
-
 }  // namespace
 }  // namespace cw

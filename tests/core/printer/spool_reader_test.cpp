@@ -26,40 +26,6 @@ std::vector<std::string> ReadAll(const std::string& path, std::vector<std::int64
   return reader.Problems().Lines();
 }
 
-TEST(SpoolReader, ReadsTheHeaderAndEveryRecordInOrder) {
-  TempFolder folder;
-  SpoolRecord header = DefaultHeader();
-  PutText(header.data(), spool::kTitle, spool::kTitleWidth, "Call History");
-  PutInt16(header.data(), spool::kScaleMode, 1);
-  const std::string path = folder.File("good.spl");
-  WriteBytes(path, SpoolBytes(header, {MakeFontRecord(1, "Arial", 9, true, false, false),
-                                       MakeTextRecord(1, 1440, 720, "Hello"),
-                                       MakePageRecord(1, spool::kNewPage),
-                                       MakeGraphicsRecord(2, spool::kBoxOut, 0, 0, 100, 200),
-                                       MakePageRecord(2, spool::kEndDoc)}));
-  SpoolReader reader(path);
-  ASSERT_TRUE(reader.HasHeader());
-  EXPECT_EQ(reader.Header().title, "Call History");
-  EXPECT_EQ(reader.TwipsPerUnit(), 1.0);
-  EXPECT_EQ(reader.RecordCount(), 6);
-  std::vector<std::string> seen;
-  SpoolCommand command;
-  while (reader.Next(command)) {
-    EXPECT_TRUE(command.usable);
-    seen.push_back(std::to_string(command.recordNumber) + " " + std::to_string(command.page) + " " +
-                   command.keywordText);
-  }
-  EXPECT_EQ(seen, (std::vector<std::string>{"2 1 SETFONT", "3 1 TEXTOUT", "4 1 NEWPAGE", "5 2 BOXOUT",
-                                            "6 2 ENDDOC"}));
-  EXPECT_TRUE(reader.Problems().Empty());
-
-  // Seeking goes back to any record.
-  reader.SeekRecord(5);
-  ASSERT_TRUE(reader.Next(command));
-  EXPECT_EQ(command.keyword, SpoolKeyword::kBoxOut);
-  EXPECT_EQ(command.y2, 200);
-}
-
 TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
   TempFolder folder;
   const double nan = std::numeric_limits<double>::quiet_NaN();

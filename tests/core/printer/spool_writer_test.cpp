@@ -35,27 +35,6 @@ TEST(SpoolWriter, AppendsRecordsAfterTheHeaderInOrder) {
   EXPECT_EQ(RecordAt(bytes, 1502), Bytes(MakePageRecord(1, spool::kEndDoc)));
 }
 
-TEST(SpoolWriter, HeaderRewriteChangesOnlyRecordOneAndKeepsTheAppendPosition) {
-  TempFolder folder;
-  const std::string path = folder.File("spool.tmp");
-  SpoolWriter writer(path, DefaultHeader());
-  writer.Append(MakeTextRecord(1, 0, 0, "first"));
-  writer.Append(MakeTextRecord(1, 1, 0, "second"));
-  writer.RewriteHeader([](SpoolRecord& header) {
-    PutText(header.data(), spool::kTitle, spool::kTitleWidth, "Call Detail");
-  });
-  writer.Append(MakeTextRecord(1, 2, 0, "third"));
-  writer.Close();
-
-  SpoolRecord expectedHeader = DefaultHeader();
-  PutText(expectedHeader.data(), spool::kTitle, spool::kTitleWidth, "Call Detail");
-  const std::string bytes = ReadBytes(path);
-  ASSERT_EQ(bytes.size(), 4 * kSpoolRecordSize);
-  EXPECT_EQ(RecordAt(bytes, 1), Bytes(expectedHeader));
-  EXPECT_EQ(RecordAt(bytes, 2), Bytes(MakeTextRecord(1, 0, 0, "first")));
-  EXPECT_EQ(RecordAt(bytes, 4), Bytes(MakeTextRecord(1, 2, 0, "third")));
-}
-
 TEST(SpoolWriter, ReopensAVanishedFileUnderItsName) {
   TempFolder folder;
   const std::string path = folder.File("VPR1.tmp");
