@@ -13,17 +13,6 @@ TEST(ReportRequestTest, TabCaptionsFollowTheEdition) {
   EXPECT_EQ(TabCaption(9, kEditionRingtally), "");
 }
 
-TEST(ReportRequestTest, DetailColumnsLeaveRoomForTouchToneDigits) {
-  const DetailColumns plain = DetailColumnPositions(false);
-  const DetailColumns dtmf = DetailColumnPositions(true);
-  const DetailColumns expectedPlain{0.5, 1.0, 4.25, 4.5, 5.7, 5.85, 6.7, 6.95, 7.5, 7.65};
-  for (std::size_t i = 0; i < plain.size(); ++i) {
-    EXPECT_NEAR(plain[i], expectedPlain[i], 1e-9) << "column " << i + 1;
-    // Every column after the name moves left by three quarters of an inch.
-    EXPECT_NEAR(dtmf[i], expectedPlain[i] - (i >= 2 ? 0.75 : 0.0), 1e-9) << "column " << i + 1;
-  }
-}
-
 TEST(ReportRequestTest, TimePeriodsFromAnInjectedToday) {
   const PeriodCaptions before{"01/01/2020", "02/02/2020"};
   const CivilDate wednesday = CivilDate::FromYmd(2026, 11, 18);
