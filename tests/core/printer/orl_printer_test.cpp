@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <tuple>
 
 #include "engine_test_rig.h"
 #include "printer/spool_format.h"
@@ -73,17 +74,12 @@ TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppendin
   document.EndDoc();
 
   const std::string bytes = ReadBytes(document.PrintFile());
-  const SpoolHeader header = DecodeHeader(bytes.data());
-  EXPECT_EQ(header.orientation, 2);
-  EXPECT_EQ(header.scaleMode, 1);
-  EXPECT_EQ(header.spacing, 1.5);
-  EXPECT_TRUE(header.autoHeadings);
-  EXPECT_EQ(header.autoHeadingsFontName, "Arial Narrow");
-  EXPECT_EQ(header.autoHeadingsFontSize, 11);
-  EXPECT_EQ(header.autoHeadingsFontAttr, 5);
-  EXPECT_TRUE(header.autoNewPage);
-  EXPECT_EQ(header.title, "Call Detail");
-  EXPECT_EQ(header.subTitle, "Report Period: 11/01/2026 - 11/22/2026");
+  const SpoolHeader h = DecodeHeader(bytes.data());
+  EXPECT_EQ((std::tuple{h.orientation, h.scaleMode, h.spacing, h.autoHeadings, h.autoHeadingsFontName,
+                        h.autoHeadingsFontSize, h.autoHeadingsFontAttr, h.autoNewPage, h.title, h.subTitle}),
+            (std::tuple<std::int16_t, std::int16_t, double, bool, std::string, std::int16_t, std::int32_t, bool,
+                        std::string, std::string>{2, 1, 1.5, true, "Arial Narrow", 11, 5, true, "Call Detail",
+                                                  "Report Period: 11/01/2026 - 11/22/2026"}));
   EXPECT_EQ(DescribeSpool(document.PrintFile()),
             (Lines{"1 TEXTOUT 0,0 first", "1 TEXTOUT 0,0 second", "1 ENDDOC"}));
 }

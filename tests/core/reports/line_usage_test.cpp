@@ -75,16 +75,9 @@ TEST(LineUsage, FourLinesMatchTheirTextExport) {
   AnalysisRig rig(ReportFixture("line-usage-four.log"), kind::kLineUsageStatistics, 4);
   ASSERT_EQ(rig.Run("11/02/2026", "11/08/2026"), RequestOutcome::kProduced);
   EXPECT_TRUE(rig.host.messages.empty());
-  const std::string text = rig.Text();
-  testing::ExpectMatchesFixture(text, "line-usage-four.txt");
   // Lines 1 and 2 are one second apart across the hour; line 3 is without
   // its "??" call; the weekday table ends with time, not calls.
-  EXPECT_EQ(RowAfter(text, "Line 1"), (std::vector<std::string>{"2", "0", "2", "59:59"}));
-  EXPECT_EQ(RowAfter(text, "Line 2"), (std::vector<std::string>{"1", "1", "2", "1:00:00"}));
-  EXPECT_EQ(RowAfter(text, "Line 3"), (std::vector<std::string>{"1", "1", "2", "3:00"}));
-  EXPECT_TRUE(RowAfter(text, "Line 5").empty());
-  EXPECT_EQ(RowAfter(text, "Total Time"),
-            (std::vector<std::string>{"0:01", "30:00", "29:59", "1:00:00", "0:45", "2:00:00", "2:15"}));
+  testing::ExpectMatchesFixture(rig.Text(), "line-usage-four.txt");
 }
 
 TEST(LineUsage, PerLineSecondsAndCallsAddUp) {
