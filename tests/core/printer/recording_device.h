@@ -46,15 +46,6 @@ class RecordingDevice : public PageDevice {
     return missingImages.count(file) == 0;
   }
 
-  // Only the calls that draw or change pages, without the document frame.
-  std::vector<std::string> Texts() const {
-    std::vector<std::string> texts;
-    for (const std::string& call : calls) {
-      if (call.rfind("Text ", 0) == 0) texts.push_back(call);
-    }
-    return texts;
-  }
-
   static std::string Number(double value) {
     char text[64];
     std::snprintf(text, sizeof text, "%g", value);
