@@ -7,6 +7,9 @@ packages=(
   cmake ninja-build g++ pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   qt6-base-dev qt6-charts-dev libgl-dev
+  # Qt Charts finds its OpenGL module through these files, which qt6-base-dev
+  # only recommends
+  libqt6opengl6-dev
   # whether a printer queue accepts jobs is asked of CUPS itself
   libcups2-dev
   # fonts measured and embedded in reports (Arial / Times New Roman metrics)
