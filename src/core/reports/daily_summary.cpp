@@ -45,9 +45,10 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
     criteria.to = toDate_;
     criteria.direction = request_.direction;
     RecordSelection selection(log.Text(), criteria);
-    selection.ForEach([this](const CallRecord& record, CivilDate date) { Build_CallMatrix(record, date); },
-                      kProgressEvery,
-                      SelectionProgress(host_, selection));
+    CallHourRun run;
+    selection.ForEach([&](const CallRecord& record, CivilDate date) { Build_CallMatrix(record, date, run); },
+                      kProgressEvery, SelectionProgress(host_, selection));
+    AddCallRun(run);
     Print_DailySummary();
     EraseMatrices();
   } catch (const RuntimeError& error) {
@@ -55,34 +56,54 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
   }
 }
 
-void ReportForm::Build_CallMatrix(const CallRecord& record, CivilDate date) {
+void ReportForm::Build_CallMatrix(const CallRecord& record, CivilDate date, CallHourRun& run) {
   try {
-    Matrices& m = matrices_;
     // A call logged without a direction is counted with the kind of the call
     // before it; before the first "In" or "Out" it counts in the totals only.
+    // Worked out without a branch: in and out calls come in no order.
     const int kind = CallKind(record);
-    const auto lastKind = static_cast<std::size_t>(kind != 0 ? kind : m.lastKind);
-    m.lastKind = static_cast<std::int16_t>(lastKind);
-    const int weekday = CallWeekday(m, date);
-    // The hour as the "h" format gives it.
-    const int hour = CallHour(record);
+    run.lastKind = kind | (run.lastKind & -static_cast<int>(kind == 0));
 
-    auto& day = m.day[static_cast<std::size_t>(weekday)];
-    auto& hourRow = m.hour[static_cast<std::size_t>(hour)];
-    CellSums sums;
-    const std::int32_t dayAll = sums.Add(day[kAllCalls], 1);
-    const std::int32_t dayKind = sums.Add(day[lastKind], 1);
-    const std::int32_t hourDay = sums.Add(hourRow[static_cast<std::size_t>(weekday - 1)], 1);
-    const std::int32_t hourAll = sums.Add(hourRow[kHourTotal], 1);
-    sums.Check();
-    day[kAllCalls] = dayAll;
-    day[lastKind] = dayKind;
-    hourRow[static_cast<std::size_t>(weekday - 1)] = hourDay;
-    hourRow[kHourTotal] = hourAll;
+    std::uint64_t columns = 0;
+    const bool whole = TimeColumns(record, columns);
+    if (!(whole & run.haveHourColumns & (date == run.date) & SameHourColumns(columns, run.hourColumns)))
+        [[unlikely]] {
+      // The hour as the "h" format gives it.
+      int hour = whole ? HourOfTimeColumns(columns) : -1;
+      run.haveHourColumns = hour >= 0;
+      run.hourColumns = columns;
+      if (hour < 0) hour = HourOfCall(record.Time());
+      if (date != run.date || hour != run.hour) {
+        AddCallRun(run);
+        run.date = date;
+        run.weekday = date.Weekday();
+        run.hour = hour;
+      }
+    }
+    ++run.calls;
+    run.inbound += static_cast<std::int32_t>(run.lastKind == kInbound);
+    run.outbound += static_cast<std::int32_t>(run.lastKind == kOutbound);
   } catch (RuntimeError& error) {
     error.SetProcessing(std::string(record.Text()));
     ShowError(error, "Build_CallMatrix");
   }
+}
+
+void ReportForm::AddCallRun(CallHourRun& run) {
+  if (run.calls == 0) return;
+  // Counts cannot outgrow 32 bits: a log holds fewer than 2^31 calls
+  // (GetRecord refuses one of 2^31 bytes or more, and a call takes at least
+  // three: a character, CR and LF).
+  auto& day = matrices_.day[static_cast<std::size_t>(run.weekday)];
+  auto& hourRow = matrices_.hour[static_cast<std::size_t>(run.hour)];
+  day[kAllCalls] += run.calls;
+  day[kInbound] += run.inbound;
+  day[kOutbound] += run.outbound;
+  hourRow[static_cast<std::size_t>(run.weekday - 1)] += run.calls;
+  hourRow[kHourTotal] += run.calls;
+  run.calls = 0;
+  run.inbound = 0;
+  run.outbound = 0;
 }
 
 void ReportForm::Print_DailySummary() {

@@ -2,8 +2,10 @@
 // and the time the line was in use, as totals and by day of the week, with
 // "Include Graph" a chart of calls per line.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,7 +58,7 @@ constexpr bool kShortMinutes = true;
 
 }  // namespace
 
-[[gnu::flatten]] void ReportForm::Process_LineUsage() {
+void ReportForm::Process_LineUsage() {
   try {
     const int lines = environment_.activeLines;
     const std::size_t rows = lines > 0 ? static_cast<std::size_t>(lines) : 0;
@@ -68,19 +70,7 @@ constexpr bool kShortMinutes = true;
     criteria.to = toDate_;
     criteria.direction = request_.direction;
     RecordSelection selection(log.Text(), criteria);
-    selection.ForEach(
-        [&](const CallRecord& record, CivilDate date) {
-          // A line field that is not a number, or a line beyond the active
-          // lines, leaves the record out; the loop goes on.
-          std::int16_t line = 0;
-          try {
-            line = CallLine(record);
-          } catch (const RuntimeError&) {
-            return;
-          }
-          if (line <= lines) Build_LineMatrix(line, record, date);
-        },
-        kProgressEvery, SelectionProgress(host_, selection));
+    WalkLineUsage(selection);
     Print_LineUsage();
     EraseMatrices();
   } catch (const RuntimeError& error) {
@@ -88,42 +78,119 @@ constexpr bool kShortMinutes = true;
   }
 }
 
-void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date) {
+// The record loop is compiled as one piece with the builder inside it, and
+// the day's counts are its own locals.
+[[gnu::flatten]] void ReportForm::WalkLineUsage(RecordSelection& selection) {
+  const int lines = environment_.activeLines;
+  LineUsageDay day(matrices_.lineTotals.size() - 1);
+  selection.ForEach(
+      [&](const CallRecord& record, CivilDate date) {
+        // Nearly every call is an ordinary one: in or out, on a counted
+        // line, of the day before it, with its fields in the logging
+        // program's shape. It is counted as Build_LineMatrix would count it,
+        // without reading its fields one by one.
+        LineCall call;
+        if (ReadLineCall(record, call) && static_cast<unsigned>(call.line - 1) < static_cast<unsigned>(lines) &&
+            call.kind != 0 && day.HasRoomFor(date, call.seconds)) [[likely]] {
+          day.Count(static_cast<std::size_t>(call.line), static_cast<std::size_t>(call.kind), call.seconds);
+          return;
+        }
+        // A line field that is not a number, or a line beyond the active
+        // lines, leaves the record out; the loop goes on.
+        std::int16_t line = 0;
+        try {
+          line = CallLine(record);
+        } catch (const RuntimeError&) {
+          return;
+        }
+        if (line <= lines) Build_LineMatrix(line, record, date, day);
+      },
+      kProgressEvery, SelectionProgress(host_, selection));
+  AddLineUsageDay(day);
+}
+
+void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date, LineUsageDay& day) {
   try {
-    Matrices& m = matrices_;
     // A call that is neither in nor out is not counted (its duration cannot
     // raise an error, so it need not be read first).
     const auto kind = static_cast<std::size_t>(CallKind(record));
     if (kind == 0) return;
     const std::int32_t seconds = CallSeconds(record);
-    const int weekday = CallWeekday(m, date);
-    // Lines count from 1; the last week row is the seconds row.
-    if (line < 1 || static_cast<std::size_t>(line) >= m.lineTotals.size()) throw RuntimeError(err::kSubscript);
-
-    auto& totals = m.lineTotals[static_cast<std::size_t>(line)];
-    auto& week = m.lineWeek[static_cast<std::size_t>(line)];
-    auto& secondsRow = m.lineWeek.back();
-    const auto day = static_cast<std::size_t>(weekday);
-    CellSums sums;
-    const std::int32_t kindCalls = sums.Add(totals[kind], 1);
-    const std::int32_t allCalls = sums.Add(totals[kAllCalls], 1);
-    const std::int32_t lineSeconds = sums.Add(totals[kSeconds], seconds);
-    const std::int32_t dayCalls = sums.Add(week[day], 1);
-    const std::int32_t weekCalls = sums.Add(week[kWeekCalls], 1);
-    const std::int32_t weekSeconds = sums.Add(week[kWeekSeconds], seconds);
-    const std::int32_t daySeconds = sums.Add(secondsRow[day], seconds);
-    sums.Check();
-    totals[kind] = kindCalls;
-    totals[kAllCalls] = allCalls;
-    totals[kSeconds] = lineSeconds;
-    week[day] = dayCalls;
-    week[kWeekCalls] = weekCalls;
-    week[kWeekSeconds] = weekSeconds;
-    secondsRow[day] = daySeconds;
+    // Lines count from 1.
+    if (line < 1 || static_cast<std::size_t>(line) >= day.lines.size()) throw RuntimeError(err::kSubscript);
+    const auto row = static_cast<std::size_t>(line);
+    if (date != day.date) {
+      AddLineUsageDay(day);
+      day.date = date;
+      day.weekday = date.Weekday();
+    }
+    if (!day.HasRoomFor(date, seconds)) {
+      // Near the limit of a cell: the calls so far go in first, then this
+      // one on its own, tested cell by cell.
+      AddLineUsageDay(day);
+      AddLineCall(row, kind, seconds, day);
+      return;
+    }
+    day.Count(row, kind, seconds);
   } catch (RuntimeError& error) {
     error.SetProcessing(std::string(record.Text()));
     ShowError(error, "Build_LineMatrix");
   }
+}
+
+void ReportForm::AddLineUsageDay(LineUsageDay& day) {
+  Matrices& m = matrices_;
+  const auto weekday = static_cast<std::size_t>(day.weekday);
+  std::int32_t highest = day.highestCell;
+  // Counts cannot outgrow 32 bits: a log holds fewer than 2^31 calls
+  // (GetRecord refuses one of 2^31 bytes or more, and a call takes at least
+  // three: a character, CR and LF). Seconds fit: the day stayed within the
+  // headroom of every cell.
+  for (std::size_t line = 1; line <= day.highestLine; ++line) {
+    LineUsageDay::LineCalls& calls = day.lines[line];
+    const std::int32_t all = calls.calls[kInbound] + calls.calls[kOutbound];
+    auto& totals = m.lineTotals[line];
+    auto& week = m.lineWeek[line];
+    totals[kInbound] += calls.calls[kInbound];
+    totals[kOutbound] += calls.calls[kOutbound];
+    totals[kAllCalls] += all;
+    totals[kSeconds] += calls.seconds;
+    week[weekday] += all;
+    week[kWeekCalls] += all;
+    week[kWeekSeconds] += calls.seconds;
+    highest = std::max({highest, totals[kSeconds], week[kWeekSeconds]});
+    calls = {};
+  }
+  auto& secondsRow = m.lineWeek.back();
+  secondsRow[weekday] += static_cast<std::int32_t>(day.Seconds());
+  day.highestCell = std::max(highest, secondsRow[weekday]);
+  day.headroom = std::int64_t{std::numeric_limits<std::int32_t>::max()} - day.highestCell;
+  day.room = day.headroom;
+  day.highestLine = 0;
+}
+
+void ReportForm::AddLineCall(std::size_t line, std::size_t kind, std::int32_t seconds, LineUsageDay& day) {
+  Matrices& m = matrices_;
+  auto& totals = m.lineTotals[line];
+  auto& week = m.lineWeek[line];
+  auto& secondsRow = m.lineWeek.back();
+  const auto weekday = static_cast<std::size_t>(day.weekday);
+  // An overflow leaves every cell as it was.
+  CellSums sums;
+  const std::int32_t lineSeconds = sums.Add(totals[kSeconds], seconds);
+  const std::int32_t weekSeconds = sums.Add(week[kWeekSeconds], seconds);
+  const std::int32_t daySeconds = sums.Add(secondsRow[weekday], seconds);
+  sums.Check();
+  totals[kSeconds] = lineSeconds;
+  week[kWeekSeconds] = weekSeconds;
+  secondsRow[weekday] = daySeconds;
+  ++totals[kind];
+  ++totals[kAllCalls];
+  ++week[weekday];
+  ++week[kWeekCalls];
+  day.highestCell = std::max({day.highestCell, lineSeconds, weekSeconds, daySeconds});
+  day.headroom = std::int64_t{std::numeric_limits<std::int32_t>::max()} - day.highestCell;
+  day.room = day.headroom;
 }
 
 void ReportForm::Print_LineUsage() {

@@ -1,8 +1,7 @@
 #pragma once
 // Small pieces the matrix builders share: checked additions to 32-bit cells,
-// the weekday of a date worked out once per day, and the hour,
-// length and line of a call read straight from the digits in the shape the
-// logging program writes them. They run for every record of a log of
+// and the hour, length and line of a call read straight from the digits in
+// the shape the logging program writes them. They run for every record of a log of
 // millions, so each takes the common shape at a glance and hands anything
 // else to the general conversion, which decides (and raises its error)
 // exactly as before.
@@ -13,7 +12,6 @@
 
 #include "data/call_record.h"
 #include "data/log_conversions.h"
-#include "reports/report_form.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 #include "support/time_text.h"
@@ -25,6 +23,9 @@ namespace cw {
 // made first, then one test raises error 6 if any of them outgrew 32 bits,
 // before the caller stores anything (so an overflow leaves the tables as
 // they were). One test instead of one per cell, for every record.
+// Only sums of seconds need it. A count grows by one a record from zero, and
+// a log holds fewer than 2^31 records: GetRecord refuses one of 2^31 bytes or
+// more, and a record takes at least three (a character, CR and LF).
 class CellSums {
  public:
   std::int32_t Add(std::int32_t a, std::int32_t b) {
@@ -39,15 +40,6 @@ class CellSums {
  private:
   bool overflow_ = false;
 };
-
-// The weekday of a call's date, worked out once for each day of the log.
-inline int CallWeekday(ReportForm::Matrices& matrices, CivilDate date) {
-  if (date != matrices.weekdayDate) {
-    matrices.weekdayDate = date;
-    matrices.weekday = date.Weekday();
-  }
-  return matrices.weekday;
-}
 
 namespace matrix_detail {
 
@@ -115,14 +107,19 @@ inline int HourOfCall(std::string_view time) {
 // The seconds of a duration in the shape the logging program writes,
 // "h:mm:ss", held as a word; -1 for any other shape.
 inline std::int32_t SecondsOfDurationWord(std::uint64_t word) {
-  using matrix_detail::DigitAt;
   using matrix_detail::DigitsIn;
   // Bytes counted from 0: digits in 0, 2, 3, 5 and 6; ":" in 1 and 4.
   const bool shaped =
       DigitsIn(word, 0x00F0F000F0F000F0ull, 0) & ((word & 0x000000FF0000FF00ull) == 0x0000003A00003A00ull);
-  const std::int32_t seconds = DigitAt(word, 0) * 3600 + (DigitAt(word, 2) * 10 + DigitAt(word, 3)) * 60 +
-                               DigitAt(word, 5) * 10 + DigitAt(word, 6);
-  return shaped ? seconds : -1;
+  // The digits' values, the colons cleared. Each tens digit times ten plus
+  // the units digit beside it puts the minutes in byte 2 and the seconds in
+  // byte 5; no byte goes past 99, so none carries into the next.
+  const std::uint64_t digits = word & 0x000F0F000F0F000Full;
+  const std::uint64_t pairs = digits * 10 + (digits >> 8);
+  const auto hours = static_cast<std::int32_t>(digits & 0x0F);
+  const auto minutes = static_cast<std::int32_t>(pairs >> 16 & 0xFF);
+  const auto seconds = static_cast<std::int32_t>(pairs >> 40 & 0xFF);
+  return shaped ? hours * 3600 + minutes * 60 + seconds : -1;
 }
 
 // A call's length in seconds as DurationToSeconds gives it: "h:mm:ss" by its
@@ -158,36 +155,79 @@ inline std::int16_t LineOfCall(std::string_view line) {
 // its bytes could even be read; over millions of records that wait, more than
 // the work, is what a report's walk costs.
 namespace matrix_detail {
-// The columns of field `where` as a word, when the line holds them all.
+// A line at least this long lets every field up to the duration be read as
+// eight bytes from its first column. Nearly every line is: one test of its
+// length, made once for all the fields a builder reads, settles them all.
+inline constexpr std::size_t kWordReadableLength = column::kDuration.start - 1 + 8;
+
+// The columns of field `where` as a word (the bytes past the field zero),
+// when the line holds them all.
 template <LogColumn where>
 [[gnu::always_inline]] inline bool FieldWord(const CallRecord& record, std::uint64_t& word) {
+  static_assert(where.length <= 8 && where.start - 1 + 8 <= kWordReadableLength);
   const std::string_view line = record.Text();
+  const char* first = line.data() + where.start - 1;
+  if (line.size() >= kWordReadableLength) [[likely]] {
+    constexpr std::uint64_t kField = where.length == 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << (8 * where.length)) - 1;
+    word = LoadBytes<8>(first) & kField;
+    return true;
+  }
   if (line.size() < where.start - 1 + where.length) return false;
-  word = LoadBytes<where.length>(line.data() + where.start - 1);
+  word = LoadBytes<where.length>(first);
   return true;
 }
 }  // namespace matrix_detail
 
-// DirectionKind of the record's direction. The trimmed text is "In" exactly
-// when the three columns hold "In " or " In", and "Out" when they hold "Out".
-inline int CallKind(const CallRecord& record) {
-  std::uint64_t word;
-  if (!matrix_detail::FieldWord<column::kDirection>(record, word)) return DirectionKind(record.Direction());
+// The kind of a call by its three direction columns held as a word: "In"
+// exactly when they hold "In " or " In", "Out" when they hold "Out".
+inline int KindOfDirectionColumns(std::uint64_t word) {
   constexpr std::uint64_t kInLeft = 'I' | 'n' << 8 | static_cast<std::uint64_t>(' ') << 16;
   constexpr std::uint64_t kInRight = ' ' | 'I' << 8 | static_cast<std::uint64_t>('n') << 16;
   constexpr std::uint64_t kOut = 'O' | 'u' << 8 | static_cast<std::uint64_t>('t') << 16;
-  return static_cast<int>((word == kInLeft) | (word == kInRight)) + 2 * static_cast<int>(word == kOut);
+  int kind = static_cast<int>((word == kInLeft) | (word == kInRight)) + 2 * static_cast<int>(word == kOut);
+  // Left to itself the compiler turns a later test of the kind (is it a
+  // call in or out at all?) into a jump on which of the two it is, and that
+  // jump goes the wrong way for about every other call. An empty asm
+  // statement hides where the value came from.
+  asm("" : "+r"(kind));
+  return kind;
+}
+
+// DirectionKind of the record's direction.
+inline int CallKind(const CallRecord& record) {
+  std::uint64_t word;
+  if (!matrix_detail::FieldWord<column::kDirection>(record, word)) return DirectionKind(record.Direction());
+  return KindOfDirectionColumns(word);
+}
+
+// The hour of a time field's word, as HourOfTimeWord reads it: " h:mmAM"
+// trims to "h:mmAM", read as "0h:mmAM", so a blank (0x20) in front becomes a
+// "0" (0x30). The shape test looks at both ends of the field, so a blank
+// anywhere else gives -1 (the general conversion's case).
+inline int HourOfTimeColumns(std::uint64_t word) {
+  return HourOfTimeWord(word | std::uint64_t{(word & 0xFF) == ' '} << 4);
+}
+
+// Whether the time field's word has the hour of `earlier`, a word that
+// HourOfTimeColumns accepted: the same hour, ":" and AM/PM columns, and
+// minutes that are minutes. Cheaper than reading the hour again, and the
+// log, in time order, holds many calls an hour.
+inline bool SameHourColumns(std::uint64_t word, std::uint64_t earlier) {
+  constexpr std::uint64_t kHourColumns = 0x00FFFF0000FFFFFFull;  // bytes 0, 1, 2, 5 and 6
+  return (((word ^ earlier) & kHourColumns) == 0) &
+         matrix_detail::DigitsIn(word, 0x000000F0F0000000ull, 0x0000000004000000ull);
+}
+
+// The time field of a record as a word, when the line holds it whole.
+inline bool TimeColumns(const CallRecord& record, std::uint64_t& word) {
+  return matrix_detail::FieldWord<column::kTime>(record, word);
 }
 
 // HourOfCall of the record's time.
 inline int CallHour(const CallRecord& record) {
   std::uint64_t word;
-  if (matrix_detail::FieldWord<column::kTime>(record, word)) {
-    // " h:mmAM" trims to "h:mmAM", read as "0h:mmAM": a blank (0x20) in
-    // front becomes a "0" (0x30). The shape test looks at both ends of the
-    // field, so a blank anywhere else sends it to the general conversion.
-    word |= std::uint64_t{(word & 0xFF) == ' '} << 4;
-    if (const int hour = HourOfTimeWord(word); hour >= 0) return hour;
+  if (TimeColumns(record, word)) {
+    if (const int hour = HourOfTimeColumns(word); hour >= 0) return hour;
   }
   return HourOfCall(record.Time());
 }
@@ -211,6 +251,47 @@ inline std::int16_t CallLine(const CallRecord& record) {
     return static_cast<std::int16_t>(DigitValue(static_cast<char>(word >> 16)));
   }
   return LineOfCall(record.Line());
+}
+
+// The line, kind and length of a call as CallLine, CallKind and CallSeconds
+// give them, read from two words when the line holds the line number, the
+// direction and the duration in the logging program's own shape ("  3 In
+// 0:01:23", or " 12" for two-digit lines); false for any other line, whose
+// fields are then read one by one. The line usage summary reads these three
+// from every call.
+struct LineCall {
+  std::int16_t line = 0;
+  int kind = 0;
+  std::int32_t seconds = 0;
+};
+inline bool ReadLineCall(const CallRecord& record, LineCall& call) {
+  static_assert(column::kLine.start + 4 == column::kDirection.start &&
+                column::kDirection.start + 4 == column::kDuration.start);
+  const std::string_view text = record.Text();
+  if (text.size() < matrix_detail::kWordReadableLength) return false;
+  const std::uint64_t head = LoadBytes<8>(text.data() + column::kLine.start - 1);  // line, blank, direction
+  const std::uint64_t tail = LoadBytes<8>(text.data() + column::kDuration.start - 1);
+  // The line field "  d" or " dd", a blank tens' place taken as "0"; then
+  // the shape's characters taken away, which leaves the digits' values in
+  // their bytes and zero in the blank's.
+  std::uint64_t line = head & 0xFFFFFF;
+  line |= std::uint64_t{(line >> 8 & 0xFF) == ' '} << 12;
+  line ^= 0x303020;
+  // The duration "h:mm:ss" in the same way: digits' values, colons zero.
+  const std::uint64_t duration = (tail & 0x00FFFFFFFFFFFFFFull) ^ 0x0030303A30303A30ull;
+  // Nothing else is left in a byte that held the right character, and a
+  // digit's value goes past 9 exactly when adding 6 carries.
+  const std::uint64_t wrong = (line & 0xF0F0FF) | ((line + 0x060600) & 0xF0F000) |
+                              (duration & 0x00F0F0FFF0F0FFF0ull) |
+                              ((duration + 0x0006060006060006ull) & 0x00F0F000F0F000F0ull);
+  if (wrong != 0) return false;
+  call.line = static_cast<std::int16_t>((line >> 8 & 0x0F) * 10 + (line >> 16 & 0x0F));
+  // Each tens digit times ten plus the units digit beside it puts the
+  // minutes in byte 2 and the seconds in byte 5; no byte goes past 99.
+  const std::uint64_t pairs = duration * 10 + (duration >> 8);
+  call.seconds = static_cast<std::int32_t>((duration & 0x0F) * 3600 + (pairs >> 16 & 0xFF) * 60 + (pairs >> 40 & 0xFF));
+  call.kind = KindOfDirectionColumns(head >> 32 & 0xFFFFFF);
+  return true;
 }
 
 }  // namespace cw

@@ -17,10 +17,13 @@
 #include "printer/text_metrics.h"
 #include "reports/report_host.h"
 #include "reports/report_request.h"
+#include "reports/walk_tallies.h"
 #include "settings/settings_store.h"
 #include "support/runtime_error.h"
 
 namespace cw {
+
+class RecordSelection;
 
 // Where the data is and what the hardware offers (start-up state).
 struct ReportEnvironment {
@@ -72,15 +75,20 @@ class ReportForm {
   void Print_Detail_Condensed();
   void Print_Lines();
   void Process_DailySummary();
-  // One selected call into the day and hour matrices: its time and direction
-  // as their trimmed texts give them, and its date as the selection built it.
-  void Build_CallMatrix(const CallRecord& record, CivilDate date);
+  // One selected call into the counts of its hour: its time and direction
+  // as their trimmed texts give them, and its date as the selection built
+  // it. An hour's counts reach the day and hour matrices with AddCallRun,
+  // when the next hour begins and after the last call.
+  void Build_CallMatrix(const CallRecord& record, CivilDate date, CallHourRun& run);
+  void AddCallRun(CallHourRun& run);
   void Print_DailySummary();
   void Process_LineUsage();
-  // One selected call on a counted line into the line matrices: its
+  // One selected call on a counted line into the counts of its day: its
   // direction and duration as their trimmed texts give them, and its date as
-  // the selection built it.
-  void Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date);
+  // the selection built it. A day's counts reach the line matrices with
+  // AddLineUsageDay, when the next day begins and after the last call.
+  void Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date, LineUsageDay& day);
+  void AddLineUsageDay(LineUsageDay& day);
   void Print_LineUsage();
   void Print_BusyReport();
   void Process_BusySummary();
@@ -95,10 +103,6 @@ class ReportForm {
     std::vector<std::array<std::int32_t, 10>> lineWeek;   // [row 1..N+1][weekday 1..7, 8 calls, 9 seconds]
     std::array<std::array<std::int32_t, 4>, 8> busyDay{};   // [weekday][1 occurred, 2 seconds]
     std::array<std::array<std::int32_t, 9>, 24> busyHour{}; // [hour][weekday-1, 7 total, 8 seconds]
-    std::int16_t lastKind = 0;                            // kind of the previous call
-    // The weekday of the last date met: the log holds many calls a day.
-    CivilDate weekdayDate;
-    int weekday = CivilDate().Weekday();
   };
   const Matrices& WorkingMatrices() const { return matrices_; }
 
@@ -113,6 +117,10 @@ class ReportForm {
  private:
   void ConfigureDocument();
   void EraseMatrices();
+  // One call straight into the line matrices, each sum of seconds tested for
+  // overflow before any cell changes.
+  void WalkLineUsage(RecordSelection& selection);
+  void AddLineCall(std::size_t line, std::size_t kind, std::int32_t seconds, LineUsageDay& day);
 
   ReportEnvironment environment_;
   ReportHost& host_;

@@ -92,9 +92,10 @@ TEST(DailyCallAnalysis, WeekOfCallsMatchesItsTextExportAndAddsUp) {
 TEST(DailyCallAnalysis, CallWithoutDirectionTakesTheKindOfTheCallBefore) {
   AnalysisRig rig("", kind::kDailyCallStatistics);
   ReportForm& form = *rig.form;
+  CallHourRun run;
   auto build = [&](const char* date, const char* time, const char* direction) {
     const std::string line = Call().Date(date).Time(time).Direction(direction).Text();
-    form.Build_CallMatrix(CallRecord(line), ParseLogDate(date));
+    form.Build_CallMatrix(CallRecord(line), ParseLogDate(date), run);
   };
   build("11/02/2026", "9:00AM", "??");   // nothing before it: total only
   build("11/02/2026", "9:10AM", "Out");
@@ -102,9 +103,32 @@ TEST(DailyCallAnalysis, CallWithoutDirectionTakesTheKindOfTheCallBefore) {
   build("11/02/2026", "9:30AM", " In");
   build("11/02/2026", "9:40AM", "in");   // compared exactly: as the In before it
   build("11/03/2026", "3:00PM", "IN ");  // the kind carries over to the next day
+  form.AddCallRun(run);
   const auto& m = form.WorkingMatrices();
   EXPECT_EQ((std::vector<int>{m.day[2][1], m.day[2][2], m.day[2][3], m.day[3][1]}), (std::vector<int>{2, 2, 5, 1}));
   EXPECT_EQ((std::vector<int>{m.hour[9][1], m.hour[9][7], m.hour[15][2]}), (std::vector<int>{5, 5, 1}));
+}
+
+TEST(DailyCallAnalysis, EveryTimeOfAnHourIsCheckedThoughItsHourIsReadOnce) {
+  // After the first call of an hour the others are known by their hour
+  // columns; a later one whose minutes are not a number is still an error,
+  // and "am" is the same hour as "AM".
+  const std::string bad = Call().Date("11/02/2026").Time("09:6xAM").Text();
+  AnalysisRig rig(LogOf({Call().Date("11/02/2026").Time("09:05AM").Text(),
+                         Call().Date("11/02/2026").Time("09:59am").Direction("Out").Text(), bad,
+                         Call().Date("11/02/2026").Time("09:07AM").Text(),
+                         Call().Date("11/02/2026").Time("10:00AM").Text(),
+                         Call().Date("11/03/2026").Time("10:01AM").Text()}),
+                  kind::kDailyCallStatistics);
+  EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  const std::string& box = rig.host.messages[0].text;
+  EXPECT_TRUE(box.starts_with("Error 13 Type mismatch\r\nin Form fReport procedure Build_CallMatrix.")) << box;
+  EXPECT_TRUE(box.ends_with("\r\nProcessing: " + std::string(Trim(bad)))) << box;
+  const std::string text = rig.Text();
+  EXPECT_EQ(RowAfter(text, "Totals"), (std::vector<std::string>{"4", "1", "5"}));
+  EXPECT_EQ(RowAfter(text, "9:00 - 10:00 AM"), (std::vector<std::string>{"0", "3", "0", "0", "0", "0", "0", "3"}));
+  EXPECT_EQ(RowAfter(text, "10:00 - 11:00 AM"), (std::vector<std::string>{"0", "1", "1", "0", "0", "0", "0", "2"}));
 }
 
 TEST(DailyCallAnalysis, BadRecordsEndInTheBoxOfTheProcedureThatMetThem) {

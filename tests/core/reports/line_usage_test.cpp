@@ -136,6 +136,28 @@ TEST(LineUsage, ThirtyTwoBitCellsOverflowInTheBuilderButTheGrandTotalDoesNot) {
   EXPECT_EQ(RowAfter(two.Text(), "Total Calls"), (std::vector<std::string>{"3600", "0", "3600", "599999:00:00"}));
 }
 
+TEST(LineUsage, OrdinaryCallsNearTheLimitOfACellAreTestedOneByOne) {
+  // 35999 seconds a call: 59653 of them fit in a 32-bit cell, the 59654th
+  // does not. The calls come over two days in the logging program's own
+  // shape, counted a day at a time until the cells are nearly full.
+  const std::string first = Call().Date("11/02/2026").Line("  1").Duration("9:59:59").Text();
+  const std::string second = Call().Date("11/03/2026").Line("  1").Duration("9:59:59").Text();
+  std::vector<std::string> log(30000, first);
+  log.insert(log.end(), 29654, second);
+  log.push_back(Call().Date("11/03/2026").Line("  2").Text());
+  AnalysisRig rig(LogOf(log), kind::kLineUsageStatistics, 2);
+  EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  const std::string& box = rig.host.messages[0].text;
+  EXPECT_TRUE(box.starts_with("Error 6 Overflow\r\nin Form fReport procedure Build_LineMatrix.")) << box;
+  EXPECT_TRUE(box.ends_with("\r\nProcessing: " + std::string(Trim(second)))) << box;
+  const std::string text = rig.Text();
+  EXPECT_EQ(RowAfter(text, "Line 1"), (std::vector<std::string>{"59653", "0", "59653", "596513:25:47"}));
+  EXPECT_EQ(RowAfter(text, "Line 2"), (std::vector<std::string>{"1", "0", "1", "2:03"}));
+  // The weekday table: Monday and Tuesday, the second short of its last call.
+  EXPECT_EQ(RowAfter(text, "Line 1", 1), (std::vector<std::string>{"0", "30000", "29653", "0", "0", "0", "0"}));
+}
+
 TEST(LineUsage, LineZeroShowsTheBuilderBoxWithTheRecord) {
   const std::string zero = Call().Date("11/02/2026").Line("0").Text();
   AnalysisRig rig(LogOf({zero, Call().Date("11/03/2026").Line("2").Text()}), kind::kLineUsageStatistics, 2);

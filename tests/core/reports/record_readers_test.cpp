@@ -52,6 +52,36 @@ TEST(RecordReaders, AgreeWithTheTrimmedTextsWhateverTheColumnsHold) {
   }
 }
 
+TEST(RecordReaders, LineCallsReadInOneGoAgreeWithTheFieldReaders) {
+  // Whenever the one-go reader takes a call, its line, kind and length are
+  // those of the readers field by field; it takes every ordinary call.
+  int taken = 0;
+  for (const std::string& field : kLines) {
+    for (const std::string& direction : kDirections) {
+      for (const std::string& duration : kDurations) {
+        const std::string line = Call().Line(field).Direction(direction).Duration(duration).Text();
+        const CallRecord record(line);
+        LineCall call;
+        if (!ReadLineCall(record, call)) continue;
+        ++taken;
+        const std::string shown = '"' + field + '|' + direction + '|' + duration + '"';
+        EXPECT_EQ(Outcome([&] { return CallLine(record); }), (std::pair<int, int>{call.line, 0})) << shown;
+        EXPECT_EQ(call.kind, CallKind(record)) << shown;
+        EXPECT_EQ(call.seconds, CallSeconds(record)) << shown;
+      }
+    }
+  }
+  // Lines "  1", "  9", "  0" and " 12", every direction, and the durations
+  // "0:04:09", "9:59:59" and "0:75:00".
+  EXPECT_EQ(taken, 4 * 10 * 3);
+  // A line too short to hold the duration and the blank after it is read
+  // field by field.
+  const std::string full = Call().Line("  2").Direction("In").Duration("0:04:09").Text();
+  LineCall call;
+  EXPECT_FALSE(ReadLineCall(CallRecord(std::string_view(full).substr(0, 94)), call));
+  EXPECT_TRUE(ReadLineCall(CallRecord(std::string_view(full).substr(0, 95)), call));
+}
+
 TEST(RecordReaders, ShortLinesAndRepeatedDatesReadTheTrimmedTexts) {
   // A line that ends inside a field: the field is what the line holds of it.
   const std::string full = Call().Date("11/02/2026").Time("09:05AM").Direction("Out").Duration("0:04:09").Text();
