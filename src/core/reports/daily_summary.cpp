@@ -69,10 +69,11 @@ void ReportForm::Build_CallMatrix(const CallRecord& record, CivilDate date, Call
     if (!(whole & run.haveHourColumns & (date == run.date) & SameHourColumns(columns, run.hourColumns)))
         [[unlikely]] {
       // The hour as the "h" format gives it.
-      int hour = whole ? HourOfTimeColumns(columns) : -1;
-      run.haveHourColumns = hour >= 0;
+      const int hour = CallHour(record);
+      // Later calls of this hour are known by these columns, when the hour
+      // could be read from them.
+      run.haveHourColumns = whole && HourOfTimeColumns(columns) >= 0;
       run.hourColumns = columns;
-      if (hour < 0) hour = HourOfCall(record.Time());
       if (date != run.date || hour != run.hour) {
         AddCallRun(run);
         run.date = date;

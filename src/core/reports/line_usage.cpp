@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -163,9 +162,7 @@ void ReportForm::AddLineUsageDay(LineUsageDay& day) {
   }
   auto& secondsRow = m.lineWeek.back();
   secondsRow[weekday] += static_cast<std::int32_t>(day.Seconds());
-  day.highestCell = std::max(highest, secondsRow[weekday]);
-  day.headroom = std::int64_t{std::numeric_limits<std::int32_t>::max()} - day.highestCell;
-  day.room = day.headroom;
+  day.RoomAfter(std::max(highest, secondsRow[weekday]));
   day.highestLine = 0;
 }
 
@@ -188,9 +185,7 @@ void ReportForm::AddLineCall(std::size_t line, std::size_t kind, std::int32_t se
   ++totals[kAllCalls];
   ++week[weekday];
   ++week[kWeekCalls];
-  day.highestCell = std::max({day.highestCell, lineSeconds, weekSeconds, daySeconds});
-  day.headroom = std::int64_t{std::numeric_limits<std::int32_t>::max()} - day.highestCell;
-  day.room = day.headroom;
+  day.RoomAfter(std::max({lineSeconds, weekSeconds, daySeconds}));
 }
 
 void ReportForm::Print_LineUsage() {

@@ -52,6 +52,13 @@ struct LineUsageDay {
   bool HasRoomFor(CivilDate callDate, std::int32_t seconds) const {
     return callDate == date && static_cast<std::uint32_t>(seconds) <= static_cast<std::uint64_t>(room);
   }
+  // A seconds cell of the matrices now holds `cell`: the headroom shrinks
+  // if it is the fullest yet, and the day starts again from it.
+  void RoomAfter(std::int32_t cell) {
+    highestCell = highestCell > cell ? highestCell : cell;
+    headroom = std::int64_t{std::numeric_limits<std::int32_t>::max()} - highestCell;
+    room = headroom;
+  }
   // A call of this day, on a line from 1 to N, of kind 1 or 2, that
   // HasRoomFor accepted.
   void Count(std::size_t line, std::size_t kind, std::int32_t seconds) {
