@@ -10,6 +10,10 @@
 #include <cstring>
 #include <string_view>
 
+#if defined(__SSE2__) && defined(__x86_64__)
+#include <emmintrin.h>
+#endif
+
 #include "data/call_record.h"
 #include "data/log_conversions.h"
 #include "support/runtime_error.h"
@@ -254,19 +258,27 @@ inline std::int16_t CallLine(const CallRecord& record) {
 }
 
 // The line, kind and length of a call as CallLine, CallKind and CallSeconds
-// give them, read from two words when the line holds the line number, the
+// give them, read at once when the line holds the line number, the
 // direction and the duration in the logging program's own shape ("  3 In
 // 0:01:23", or " 12" for two-digit lines); false for any other line, whose
 // fields are then read one by one. The line usage summary reads these three
-// from every call.
+// from every call, so they are read from the one stretch of columns that
+// holds them (80 to 95): as two words, or, where the processor has 16-byte
+// registers, as one.
 struct LineCall {
   std::int16_t line = 0;
   int kind = 0;
   std::int32_t seconds = 0;
 };
-inline bool ReadLineCall(const CallRecord& record, LineCall& call) {
-  static_assert(column::kLine.start + 4 == column::kDirection.start &&
-                column::kDirection.start + 4 == column::kDuration.start);
+
+namespace matrix_detail {
+static_assert(column::kLine.start + 4 == column::kDirection.start &&
+              column::kDirection.start + 4 == column::kDuration.start &&
+              column::kDuration.start + column::kDuration.length - column::kLine.start <= 16 &&
+              column::kLine.start - 1 + 16 <= kWordReadableLength);
+}  // namespace matrix_detail
+
+inline bool ReadLineCallWords(const CallRecord& record, LineCall& call) {
   const std::string_view text = record.Text();
   if (text.size() < matrix_detail::kWordReadableLength) return false;
   const std::uint64_t head = LoadBytes<8>(text.data() + column::kLine.start - 1);  // line, blank, direction
@@ -292,6 +304,53 @@ inline bool ReadLineCall(const CallRecord& record, LineCall& call) {
   call.seconds = static_cast<std::int32_t>((duration & 0x0F) * 3600 + (pairs >> 16 & 0xFF) * 60 + (pairs >> 40 & 0xFF));
   call.kind = KindOfDirectionColumns(head >> 32 & 0xFFFFFF);
   return true;
+}
+
+#if defined(__SSE2__) && defined(__x86_64__)
+// ReadLineCallWords with the sixteen columns in one register: the shape is
+// one test of two byte masks, and the digits are weighed and summed
+// together. About half the instructions of the two words.
+inline bool ReadLineCallVector(const CallRecord& record, LineCall& call) {
+  const std::string_view text = record.Text();
+  if (text.size() < matrix_detail::kWordReadableLength) return false;
+  // Bytes counted from 0: the line in 0 to 2, the direction in 4 to 6, the
+  // duration in 8 to 14.
+  const __m128i columns = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + column::kLine.start - 1));
+  const __m128i values = _mm_sub_epi8(columns, _mm_set1_epi8('0'));
+  const __m128i digits = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
+  const __m128i marks = _mm_cmpeq_epi8(columns, _mm_setr_epi8(' ', ' ', 0, 0, 0, 0, 0, 0, 0, ':', 0, 0, ':', 0, 0, 0));
+  // Digits in 2, 8, 10, 11, 13 and 14; a blank in 0; ":" in 9 and 12; a
+  // digit or a blank in 1.
+  constexpr int kDigitBytes = 0b0110'1101'0000'0110;
+  constexpr int kMarkBytes = 0b0001'0010'0000'0011;
+  const int shape = (_mm_movemask_epi8(digits) & kDigitBytes) | (_mm_movemask_epi8(marks) & kMarkBytes);
+  if (shape != (kDigitBytes | kMarkBytes)) return false;
+  // The digits' values, every other byte zero, widened to 16 bits and
+  // weighed: the line's tens and units, and the duration's hours, tens and
+  // units of minutes and of seconds, each in its place.
+  const __m128i digitValues = _mm_and_si128(values, digits);
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i lineParts =
+      _mm_madd_epi16(_mm_unpacklo_epi8(digitValues, zero), _mm_setr_epi16(0, 10, 1, 0, 0, 0, 0, 0));
+  const __m128i secondParts =
+      _mm_madd_epi16(_mm_unpackhi_epi8(digitValues, zero), _mm_setr_epi16(3600, 0, 600, 60, 0, 10, 1, 0));
+  // Four parts of the seconds and two of the line, summed in two steps.
+  const __m128i halves =
+      _mm_add_epi32(_mm_unpacklo_epi64(secondParts, lineParts), _mm_unpackhi_epi64(secondParts, zero));
+  const __m128i sums = _mm_add_epi32(halves, _mm_shuffle_epi32(halves, _MM_SHUFFLE(2, 3, 0, 1)));
+  call.seconds = _mm_cvtsi128_si32(sums);
+  call.line = static_cast<std::int16_t>(_mm_extract_epi16(sums, 4));
+  call.kind = KindOfDirectionColumns(static_cast<std::uint64_t>(_mm_cvtsi128_si64(columns)) >> 32 & 0xFFFFFF);
+  return true;
+}
+#endif
+
+inline bool ReadLineCall(const CallRecord& record, LineCall& call) {
+#if defined(__SSE2__) && defined(__x86_64__)
+  return ReadLineCallVector(record, call);
+#else
+  return ReadLineCallWords(record, call);
+#endif
 }
 
 }  // namespace cw
