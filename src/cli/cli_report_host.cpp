@@ -36,12 +36,11 @@ MessageAnswer CliReportHost::MessageBox(std::string_view title, std::string_view
                                         MessageButtons buttons) {
   progress_.Clear();
   std::string line;
-  if (!title.empty()) line = Win1252ToUtf8(title) + ": ";
-  // The boxes break their lines with CR LF; a terminal wants LF alone.
-  for (char c : Win1252ToUtf8(text)) {
-    if (c != '\r') line += c;
-  }
-  err_ << line << '\n' << std::flush;
+  if (!title.empty()) line = TerminalSafe(title) + ": ";
+  line += TerminalSafe(text);
+  err_ << line << '\n';
+  if (const std::string advice = CommandLineAdvice(title, text, advice_); !advice.empty()) err_ << advice << '\n';
+  err_ << std::flush;
   // Nobody is there to press Retry.
   return buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kCancel;
 }

@@ -5,9 +5,11 @@
 // progress bar when standard error is a terminal.
 
 #include <iosfwd>
+#include <utility>
 #include <string>
 #include <vector>
 
+#include "cli/command_line_advice.h"
 #include "cli/report_options.h"
 #include "cli/terminal_progress.h"
 #include "reports/report_host.h"
@@ -23,7 +25,9 @@ class CliReportHost final : public ReportHost {
                 bool progressBar);
 
   // "TITLE: TEXT" (the text alone when the title is empty), one line per line
-  // of the text. OK boxes answer OK; a Retry/Cancel box answers Cancel.
+  // of the text, control bytes escaped; then, for a box whose advice is meant
+  // for the desktop, one line with the command-line equivalent. OK boxes
+  // answer OK; a Retry/Cancel box answers Cancel.
   MessageAnswer MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
                            MessageButtons buttons) override;
   void SetBusy(bool busy) override;
@@ -47,6 +51,8 @@ class CliReportHost final : public ReportHost {
   // error leaves none behind.
   void DiscardOutputs();
   void ClearProgress() { progress_.Clear(); }
+  // Where the call log was looked for, for the advice after a box.
+  void SetAdviceContext(AdviceContext context) { advice_ = std::move(context); }
   // --print met a printer that failed: the request has not done its work.
   bool PrinterFailed() const { return printerFailed_; }
 
@@ -68,6 +74,7 @@ class CliReportHost final : public ReportHost {
   int documents_ = 0;
   bool printerFailed_ = false;
   std::vector<std::string> written_;
+  AdviceContext advice_;
 };
 
 }  // namespace cw::cli

@@ -8,24 +8,13 @@
 #include <string_view>
 
 #include "cli/dump_command.h"
+#include "cli/option_table.h"
 #include "printer/spool_reader.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
 
 namespace cw::cli {
 namespace {
-
-constexpr const char* kDumpHelp =
-    "usage: cwreport dump SPOOL\n"
-    "\n"
-    "Prints every record of a spool file on one line: the record number, the\n"
-    "page it belongs to, its keyword and its fields, the header (record 1) first.\n"
-    "Texts are shown in quotes as UTF-8, control bytes as \\xNN. Problems of a\n"
-    "damaged file (cut short, no ENDDOC, unknown keywords, absurd values) are\n"
-    "listed on stderr; every whole record is still printed.\n"
-    "\n"
-    "Exit status: 0 a sound spool, 1 problems found or the file cannot be read,\n"
-    "2 bad usage.\n";
 
 // Output gathered in blocks: a large spool has millions of records.
 class DumpOutput {
@@ -164,27 +153,34 @@ void DumpCommand(std::string& line, const SpoolCommand& command) {
 
 }  // namespace
 
+std::string DumpHelp() {
+  return "usage: cwreport dump SPOOL\n"
+         "\n"
+         "Prints every record of a spool file on one line: the record number, the\n"
+         "page it belongs to, its keyword and its fields, the header (record 1) first.\n"
+         "Texts are shown in quotes as UTF-8, control bytes as \\xNN. Problems of a\n"
+         "damaged file (cut short, no ENDDOC, unknown keywords, absurd values) are\n"
+         "listed on stderr; every whole record is still printed.\n"
+         "\n"
+         "Exit status: 0 a sound spool, 1 problems found or the file cannot be read,\n"
+         "2 bad usage.\n";
+}
+
 int RunDump(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-  const std::string* spoolPath = nullptr;
-  for (const std::string& argument : args) {
-    if (argument == "--help" || argument == "-h") {
-      out << kDumpHelp;
+  std::string spool;
+  try {
+    const ParsedArguments parsed = ParseArguments({}, args, 1);
+    if (parsed.help) {
+      out << DumpHelp();
       return 0;
     }
-    if (argument.size() > 1 && argument[0] == '-') {
-      err << "cwreport dump: unknown option " << argument << "\n" << kDumpHelp;
-      return 2;
-    }
-    if (spoolPath != nullptr) {
-      err << "cwreport dump: one spool file only (" << argument << ")\n" << kDumpHelp;
-      return 2;
-    }
-    spoolPath = &argument;
-  }
-  if (spoolPath == nullptr) {
-    err << "cwreport dump: no spool file given\n" << kDumpHelp;
+    if (parsed.operands.empty()) throw UsageError{"no spool file given"};
+    spool = parsed.operands.front();
+  } catch (const UsageError& usage) {
+    err << "cwreport dump: " << usage.text << "\n" << DumpHelp();
     return 2;
   }
+  const std::string* spoolPath = &spool;
 
   try {
     SpoolReader reader(*spoolPath);

@@ -7,6 +7,9 @@
 
 namespace cw::cli {
 
+// The text of "cwreport help dump".
+std::string DumpHelp();
+
 // args: the arguments after "dump". The records go to out, the problems of a
 // damaged spool and errors to err. Returns 0 for a sound spool, 1 when it has
 // problems (every whole record is still printed) or cannot be read, 2 for bad

@@ -1,6 +1,6 @@
 // cwreport export: replays a kept spool file into the text export, a PDF and
 // page images, as the report that made it would have.
-#include <charconv>
+#include <array>
 #include <exception>
 #include <ostream>
 #include <optional>
@@ -9,7 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/common_options.h"
 #include "cli/export_command.h"
+#include "cli/option_table.h"
 #include "cli/stream_output_file.h"
 #include "cli/whole_document_replay.h"
 #include "platform/headless_application.h"
@@ -23,23 +25,8 @@
 namespace cw::cli {
 namespace {
 
-constexpr const char* kExportHelp =
-    "usage: cwreport export SPOOL [--text FILE|-] [--pdf FILE] [--png DIR] [--dpi N]\n"
-    "                             [--paper letter|a4]\n"
-    "\n"
-    "Replays a kept spool file (cwreport --spool) into one or more outputs:\n"
-    "  --text FILE|-   the text export (Windows-1252, CR LF); - writes it to stdout.\n"
-    "                  The default when no output is named is --text -.\n"
-    "  --pdf FILE      a PDF with the report's fonts embedded\n"
-    "  --png DIR       one image per page, DIR/page-0001.png ... (DIR is created)\n"
-    "  --dpi N         resolution of the page images, 10 to 600 (default 150)\n"
-    "  --paper P       the paper the report was laid out for: letter (default) or a4\n"
-    "\n"
-    "Outputs appear under their names only when complete. Problems of a damaged\n"
-    "spool and picture files that cannot be loaded are listed on stderr; what\n"
-    "could be used is still exported.\n"
-    "\n"
-    "Exit status: 0 done, 1 an error or problems in the spool, 2 bad usage.\n";
+constexpr std::array<const OptionSpec*, 6> kOptions = {&option::kText, &option::kEncoding, &option::kPdf,
+                                                       &option::kPng,  &option::kDpi,      &option::kPaper};
 
 constexpr int kDefaultDpi = 150;
 
@@ -49,75 +36,35 @@ struct ExportRequest {
   std::optional<std::string> pdf;
   std::optional<std::string> png;
   std::optional<int> dpi;
+  std::string encoding;  // of the text: "utf-8", "windows-1252", or empty (as the output decides)
   PageSetup paper;  // US Letter unless told
   bool help = false;
 };
 
-struct UsageError {
-  std::string text;
-};
-
 ExportRequest ParseExport(const std::vector<std::string>& arguments) {
   ExportRequest request;
-  bool haveSpool = false;
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    std::string_view argument = arguments[i];
-    if (argument == "--help" || argument == "-h") {
-      request.help = true;
-      return request;
-    }
-    if (!argument.starts_with("--") || argument == "-") {
-      if (haveSpool) throw UsageError{"one spool file only (" + std::string(argument) + ")"};
-      request.spool = argument;
-      haveSpool = true;
-      continue;
-    }
-    // --name VALUE or --name=VALUE.
-    std::string_view name = argument;
-    std::optional<std::string_view> value;
-    if (const std::size_t equals = argument.find('='); equals != std::string_view::npos) {
-      name = argument.substr(0, equals);
-      value = argument.substr(equals + 1);
-    }
-    auto takeValue = [&]() -> std::string {
-      if (value) return std::string(*value);
-      if (i + 1 >= arguments.size()) throw UsageError{std::string(name) + " needs a value"};
-      return arguments[++i];
-    };
-    auto once = [&](auto& slot, auto parsed) {
-      if (slot) throw UsageError{std::string(name) + " given twice"};
-      slot = std::move(parsed);
-    };
-    if (name == "--text") {
-      once(request.text, takeValue());
-    } else if (name == "--pdf") {
-      once(request.pdf, takeValue());
-    } else if (name == "--png") {
-      once(request.png, takeValue());
-    } else if (name == "--dpi") {
-      const std::string text = takeValue();
-      int dpi = 0;
-      const auto result = std::from_chars(text.data(), text.data() + text.size(), dpi);
-      if (result.ec != std::errc() || result.ptr != text.data() + text.size() || dpi < PngPageDevice::kMinDpi ||
-          dpi > PngPageDevice::kMaxDpi) {
-        throw UsageError{"--dpi must be a whole number from " + std::to_string(PngPageDevice::kMinDpi) + " to " +
-                         std::to_string(PngPageDevice::kMaxDpi) + ", not \"" + text + "\""};
-      }
-      once(request.dpi, dpi);
-    } else if (name == "--paper") {
-      const std::string paper = takeValue();
-      if (paper == "letter") {
-        request.paper = PageSetup{12240, 15840, 1};
-      } else if (paper == "a4") {
-        request.paper = PageSetup{11906, 16838, 1};  // 210 x 297 mm
-      } else {
-        throw UsageError{"--paper must be letter or a4, not \"" + paper + "\""};
-      }
-    } else {
-      throw UsageError{"unknown option " + std::string(argument)};
+  const ParsedArguments parsed = ParseArguments(kOptions, arguments, 1);
+  if (parsed.help) {
+    request.help = true;
+    return request;
+  }
+  if (parsed.operands.empty()) throw UsageError{"no spool file given"};
+  request.spool = parsed.operands.front();
+  for (const GivenOption& given : parsed.options) {
+    if (given.spec == &option::kText) {
+      request.text = given.value;
+    } else if (given.spec == &option::kEncoding) {
+      request.encoding = EncodingOf(given.value);
+    } else if (given.spec == &option::kPdf) {
+      request.pdf = given.value;
+    } else if (given.spec == &option::kPng) {
+      request.png = given.value;
+    } else if (given.spec == &option::kDpi) {
+      request.dpi = static_cast<int>(given.number);
+    } else if (given.spec == &option::kPaper) {
+      request.paper = PaperOf(given.value);
     }
   }
-  if (!haveSpool) throw UsageError{"no spool file given"};
   for (const auto* path : {&request.text, &request.pdf, &request.png}) {
     if (*path && (*path)->empty()) throw UsageError{"an output needs a file name"};
   }
@@ -175,16 +122,30 @@ int Export(const ExportRequest& request, std::ostream& out, std::ostream& err) {
 
 }  // namespace
 
+std::string ExportHelp() {
+  return "usage: cwreport export SPOOL [OUTPUTS]\n"
+         "\n"
+         "Replays a kept spool file (cwreport --spool) into one or more outputs\n"
+         "(with none, --text -):\n" +
+         OptionHelp(kOptions) +
+         "\n"
+         "Outputs appear under their names only when complete. Problems of a damaged\n"
+         "spool and picture files that cannot be loaded are listed on stderr; what\n"
+         "could be used is still exported.\n"
+         "\n"
+         "Exit status: 0 done, 1 an error or problems in the spool, 2 bad usage.\n";
+}
+
 int RunExport(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   ExportRequest request;
   try {
     request = ParseExport(args);
   } catch (const UsageError& usage) {
-    err << "cwreport export: " << usage.text << "\n" << kExportHelp;
+    err << "cwreport export: " << usage.text << "\nRun \"cwreport help export\" for the options.\n";
     return 2;
   }
   if (request.help) {
-    out << kExportHelp;
+    out << ExportHelp();
     return 0;
   }
   try {

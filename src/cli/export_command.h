@@ -8,6 +8,9 @@
 
 namespace cw::cli {
 
+// The text of "cwreport help export".
+std::string ExportHelp();
+
 // args: the arguments after "export". The text export with "-" goes to out;
 // problems and errors to err. Returns 0 done, 1 an error or problems in the
 // spool (what could be used is still exported), 2 bad usage.

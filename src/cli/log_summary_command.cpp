@@ -1,11 +1,15 @@
 #include "cli/log_summary_command.h"
 
+#include <array>
 #include <map>
 #include <optional>
 #include <ostream>
 #include <string_view>
 
+#include "cli/common_options.h"
 #include "cli/local_clock.h"
+#include "cli/option_table.h"
+#include "cli/settings_file_check.h"
 #include "data/call_record.h"
 #include "data/get_record.h"
 #include "data/log_buffer.h"
@@ -13,6 +17,7 @@
 #include "settings/edition.h"
 #include "settings/ini_settings_store.h"
 #include "settings/settings_keys.h"
+#include "settings/startup.h"
 #include "support/civil_date.h"
 #include "support/date_format.h"
 #include "support/file_helpers.h"
@@ -23,12 +28,8 @@ namespace cw::cli {
 
 namespace {
 
-constexpr std::string_view kUsage =
-    "usage: cwreport log-summary [--log FILE] [--settings FILE] [--edition NAME] [--today mm/dd/yyyy]\n"
-    "Prints the date of the oldest call in the call log and the number of calls\n"
-    "on each line. Without --log the log is the setting \"Logs\" of the edition\n"
-    "(default \"Vorn Ringtally\") in --settings FILE, or in the file named by\n"
-    "CW_SETTINGS, or in ~/.config/callwarden-reports/<edition>.ini.\n";
+constexpr std::array<const OptionSpec*, 5> kOptions = {&option::kLog, &option::kPath, &option::kSettings,
+                                                       &option::kEdition, &option::kToday};
 
 // Line numbers in numeric order; a line field that is not a number (a damaged
 // record) is counted under its own text after them, so nothing goes unseen.
@@ -52,41 +53,43 @@ LineKey KeyOf(std::string_view lineField) {
 
 }  // namespace
 
+std::string LogSummaryHelp() {
+  return "usage: cwreport log-summary [OPTIONS]\n"
+         "\n"
+         "Prints the date of the oldest call in the call log and the number of calls\n"
+         "on each line (with --path, also the logging program's active line count).\n"
+         "Without --log the log is the setting \"Logs\" of the edition.\n"
+         "\n"
+         "Options:\n" +
+         OptionHelp(kOptions) +
+         "\n"
+         "Exit status: 0 done, 2 no call log or bad usage, 1 an error.\n";
+}
+
 int RunLogSummary(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   std::string logPath;
   bool logGiven = false;
   std::string settingsFile;
+  std::optional<std::string> path;
   std::string edition(kEditionRingtally);
   std::optional<CivilDate> today;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& option = args[i];
-    if (option == "--help") {
-      out << kUsage;
+  try {
+    const ParsedArguments parsed = ParseArguments(kOptions, args, 0);
+    if (parsed.help) {
+      out << LogSummaryHelp();
       return 0;
     }
-    if (i + 1 >= args.size()) {
-      err << "cwreport log-summary: unknown option or missing value: " << option << '\n' << kUsage;
-      return 2;
-    }
-    const std::string& value = args[++i];
-    if (option == "--log") {
-      logPath = value;
+    if (const GivenOption* given = parsed.Find(option::kLog)) {
+      logPath = given->value;
       logGiven = true;
-    } else if (option == "--settings") {
-      settingsFile = value;
-    } else if (option == "--edition") {
-      edition = value;
-    } else if (option == "--today") {
-      try {
-        today = ParseCaptionDate(value);
-      } catch (const RuntimeError&) {
-        err << "cwreport log-summary: --today needs a date mm/dd/yyyy, not \"" << value << "\"\n";
-        return 2;
-      }
-    } else {
-      err << "cwreport log-summary: unknown option: " << option << '\n' << kUsage;
-      return 2;
     }
+    if (const GivenOption* given = parsed.Find(option::kPath)) path = given->value;
+    if (const GivenOption* given = parsed.Find(option::kSettings)) settingsFile = given->value;
+    if (const GivenOption* given = parsed.Find(option::kEdition)) edition = EditionOf(given->value);
+    if (const GivenOption* given = parsed.Find(option::kToday)) today = DateOf(option::kToday.name, given->value);
+  } catch (const UsageError& usage) {
+    err << "cwreport log-summary: " << usage.text << "\nRun \"cwreport help log-summary\" for the options.\n";
+    return 2;
   }
 
   try {
@@ -95,11 +98,16 @@ int RunLogSummary(const std::vector<std::string>& args, std::ostream& out, std::
                                       ? ResolveSettingsLocation(SettingsEnvironmentOfProcess())
                                       : SettingsLocation{settingsFile, {}};
       IniSettingsStore store(std::move(location));
+      settingsFile = store.FileFor(edition);
+      if (const auto problem = SettingsFileProblem(settingsFile)) err << *problem << '\n';
       logPath = store.Get(edition, kReportsSection, setting::kLogs.name, setting::kLogs.defaultValue);
     }
     if (logPath.empty() || !FileExists(logPath)) {
+      const std::string source = logGiven ? std::string("--log") : "the setting \"Logs\" in " + settingsFile;
       err << "Cannot Find the Call Logs File"
-          << (logPath.empty() ? std::string(": no --log and no setting \"Logs\"") : ": " + logPath) << '\n';
+          << (logPath.empty() ? ": no call log is named (" + source + " is empty)"
+                              : ": " + logPath + " (from " + source + ")")
+          << "\ncwreport: give the call log with --log FILE\n";
       return 2;
     }
 
@@ -116,6 +124,11 @@ int RunLogSummary(const std::vector<std::string>& args, std::ostream& out, std::
 
     out << "Call log: " << logPath << '\n';
     out << "Oldest date: " << oldest.value_or("") << '\n';
+    if (path) {
+      const DataLocations data = LocateData(edition, *path, logPath);
+      out << "Active lines: " << data.activeLines << " (" << (data.iniPath.empty() ? "no INI file" : data.iniPath)
+          << ")\n";
+    }
     out << "Calls per line:\n";
     for (const auto& [key, calls] : callsPerLine) {
       out << "  Line " << (key.text.empty() ? std::string("(blank)") : key.text) << ": " << calls << '\n';

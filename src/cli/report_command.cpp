@@ -11,6 +11,7 @@
 #include "cli/cli_report_host.h"
 #include "cli/local_clock.h"
 #include "cli/report_options.h"
+#include "cli/settings_file_check.h"
 #include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
 #include "platform/headless_application.h"
@@ -20,10 +21,12 @@
 #include "reports/report_form.h"
 #include "settings/ini_settings_store.h"
 #include "settings/settings_keys.h"
+#include "settings/logging_ini.h"
 #include "settings/settings_values.h"
 #include "settings/startup.h"
 #include "support/date_format.h"
 #include "support/runtime_error.h"
+#include "support/text.h"
 
 namespace cw::cli {
 
@@ -51,10 +54,28 @@ std::int16_t ActiveLines(const DataLocations& data) {
   return static_cast<std::int16_t>(data.activeLines);
 }
 
+// The mm/dd/yyyy caption of a stored date, checked: a garbled value would
+// end the request in a conversion error that names neither the file nor the
+// key. A blank is passed on (the form refuses a blank From; a blank To is
+// today).
+std::string StoredDate(const std::string& value, const SettingKey& key, std::string_view option,
+                       SettingsStore& store, std::string_view edition) {
+  if (Trim(value).empty() || StrictCaptionDate(value)) return value;
+  const auto* ini = dynamic_cast<const IniSettingsStore*>(&store);
+  const std::string file = ini != nullptr ? ini->FileFor(edition) : std::string("the settings");
+  throw UsageError{"the setting \"" + std::string(key.name) + "\" in " + file + " is \"" + value +
+                   "\", not a date mm/dd/yyyy: give " + std::string(option) + " or correct the setting"};
+}
+
+std::string Caption(CivilDate date) { return FormatDate(date, "mm/dd/yyyy"); }
+
 // The request as the form would hold it: the options given, and for the rest
 // what the form restores from the settings (period, direction, touch-tone
-// digits). Throws RuntimeError; `procedure` names the form procedure whose
-// work failed.
+// digits). A stored value is read only when no option overrides it, so a
+// broken setting does not stand in the way of a request that does not need
+// it. Throws RuntimeError; `procedure` names the form procedure whose work
+// failed. Throws UsageError for dates that cannot make a period and for
+// lines beyond the active line count.
 void FillRequest(ReportRequest& request, const ReportOptions& options, const ReportEnvironment& environment,
                  SettingsStore& store, const ErrorBoxOutput& errors, CivilDate today, std::string& procedure) {
   const auto stored = [&](const SettingKey& key) {
@@ -64,20 +85,54 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
   request.kind = *options.kind;
   request.dtmf = options.dtmf || SettingIsTrue(stored(setting::kDtmf));
   request.columns = DetailColumnPositions(request.dtmf);
-
   request.direction = options.direction ? *options.direction : stored(setting::kCallType);
-  request.fromDate = options.from ? *options.from : stored(setting::kFromDate);
-  request.toDate = options.to ? *options.to : stored(setting::kToDate);
-  if (!options.to && request.toDate.empty()) request.toDate = FormatDate(today, "mm/dd/yyyy");
 
-  if (options.period) {
+  const std::optional<std::pair<CivilDate, CivilDate>> closed =
+      options.period ? ClosedPeriod(*options.period, today) : std::nullopt;
+  const bool periodSetsBoth = options.period && *options.period != PeriodChoice::kWeek;
+  if (closed) {
+    request.fromDate = Caption(closed->first);
+    request.toDate = Caption(closed->second);
+  } else {
+    // The current week sets From and keeps To; the other periods set both.
+    if (options.from) {
+      request.fromDate = *options.from;
+    } else if (!options.period) {
+      request.fromDate = StoredDate(stored(setting::kFromDate), setting::kFromDate, "--from", store,
+                                    environment.edition);
+    }
+    if (options.to) {
+      request.toDate = *options.to;
+    } else if (!periodSetsBoth) {
+      request.toDate = StoredDate(stored(setting::kToDate), setting::kToDate, "--to", store, environment.edition);
+      if (request.toDate.empty()) request.toDate = Caption(today);
+    }
+  }
+
+  if (options.period && !closed) {
     procedure = "oTimePeriod_Click";
+    static constexpr TimePeriod kFormPeriod[] = {TimePeriod::kToday, TimePeriod::kCurrentWeek,
+                                                 TimePeriod::kCurrentMonth, TimePeriod::kAllLogEntries};
+    const TimePeriod period = kFormPeriod[static_cast<int>(*options.period)];
     std::optional<std::string> oldest;
-    if (*options.period == TimePeriod::kAllLogEntries) oldest = OldestLogDate(environment.logPath, today);
+    if (period == TimePeriod::kAllLogEntries) oldest = OldestLogDate(environment.logPath, today);
     const PeriodCaptions captions =
-        ApplyTimePeriod(*options.period, today, oldest, PeriodCaptions{request.fromDate, request.toDate});
+        ApplyTimePeriod(period, today, oldest, PeriodCaptions{request.fromDate, request.toDate});
     request.fromDate = captions.fromDate;
     request.toDate = captions.toDate;
+  }
+  // A From after the To gives an empty report on the form; typed here it is
+  // a slip, named by the option that made it.
+  if (options.from || options.to || options.period) {
+    const std::optional<CivilDate> from = StrictCaptionDate(request.fromDate);
+    const std::optional<CivilDate> to = StrictCaptionDate(request.toDate);
+    if (from && to && *from > *to) {
+      const std::string fromText = options.from ? "--from " + request.fromDate
+                                   : options.period ? "the first day of --period, " + request.fromDate
+                                                    : "the setting \"FromDate\" " + request.fromDate;
+      const std::string toText = options.to ? "--to " + request.toDate : "the To date " + request.toDate;
+      throw UsageError{fromText + " comes after " + toText};
+    }
   }
 
   request.variant = options.variant.value_or("Detailed");
@@ -90,6 +145,25 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
   request.abandoned.rings = options.rings.value_or("");
   request.abandoned.unanswered = options.unanswered;
   request.lines = options.lines.value_or(LineChoice{});
+  // The form offers the lines 1 to the active count only.
+  for (const std::int16_t line : request.lines.lines) {
+    if (line > environment.activeLines) {
+      throw UsageError{"--lines names line " + std::to_string(line) + ", but the logging program has " +
+                       std::to_string(environment.activeLines) + " active lines (ActiveLines in " +
+                       (environment.pathFolder.empty() ? std::string("its INI file; no --path or setting \"Path\"")
+                                                       : LoggingIniPath(environment.pathFolder, environment.edition)) +
+                       "): choose lines 1 to " + std::to_string(environment.activeLines)};
+    }
+  }
+}
+
+// Where the call log was looked for, and what named it, for the advice
+// that follows a "Cannot Find the Call Logs File" box.
+AdviceContext LogAdvice(const ReportOptions& options, const DataLocations& data, const IniSettingsStore& store) {
+  if (options.log) return AdviceContext{data.logs, "--log"};
+  const std::string file = store.FileFor(options.edition);
+  return AdviceContext{data.logs, file.empty() ? "the setting \"Logs\", with no settings file to hold it"
+                                               : "the setting \"Logs\" in " + file};
 }
 
 int ExitStatus(RequestOutcome outcome) {
@@ -124,10 +198,13 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   bool storeFailed = false;
   const ErrorBoxOutput errors = HostErrorBoxOutput(host, [&storeFailed] { storeFailed = true; });
 
+  if (const auto problem = SettingsFileProblem(store.FileFor(options.edition))) err << *problem << '\n';
+
   DataLocations data = ReadDataLocations(store, options.edition, errors);
   if (options.log || options.path) {
     data = LocateData(options.edition, options.path.value_or(data.path), options.log.value_or(data.logs));
   }
+  host.SetAdviceContext(LogAdvice(options, data, store));
   ReportEnvironment environment;
   environment.edition = options.edition;
   environment.logPath = data.logs;
@@ -170,11 +247,15 @@ int RunReport(const std::vector<std::string>& args, std::ostream& out, std::ostr
     return 2;
   }
   if (options.help) {
-    out << kReportHelp;
+    out << ReportHelp();
     return 0;
   }
   try {
     return Run(options, out, err);
+  } catch (const UsageError& usage) {
+    // The request's own checks, made before any output was written.
+    err << "cwreport: " << usage.text << '\n';
+    return 2;
   } catch (const RuntimeError& error) {
     err << "cwreport: error " << error.Number() << ": " << error.Description() << '\n';
   } catch (const std::exception& error) {

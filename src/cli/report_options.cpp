@@ -1,97 +1,136 @@
 #include "cli/report_options.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <utility>
 
+#include "cli/argument_text.h"
+#include "cli/common_options.h"
 #include "data/line_filter.h"
-#include "platform/png_page_device.h"
 #include "support/date_format.h"
+#include "support/file_helpers.h"
 #include "support/runtime_error.h"
 #include "support/text.h"
 #include "support/whole_numbers.h"
 
 namespace cw::cli {
 
-const std::string_view kReportHelp =
-    "usage: cwreport [REQUEST OPTIONS] [OUTPUTS]     run one report request\n"
-    "       cwreport log-summary [--help]            the call log's oldest date and calls per line\n"
-    "       cwreport dump SPOOL                      print a spool file's records, one per line\n"
-    "       cwreport export SPOOL [--text F] [--pdf F] [--png DIR]   replay a kept spool\n"
-    "\n"
-    "Request options:\n"
-    "  --edition NAME        \"Vorn Ringtally\" (default) or \"Callwarden MultiLine\": the\n"
-    "                        application name of the settings and the logging INI file\n"
-    "  --settings FILE       the per-user settings file (default: $CW_SETTINGS, else\n"
-    "                        $XDG_CONFIG_HOME/callwarden-reports/<edition>.ini)\n"
-    "  --log FILE            the call log (overrides the setting \"Logs\")\n"
-    "  --path DIR            the logging program's folder: its INI file, BusyLines.log\n"
-    "                        and the chart bitmap (overrides the setting \"Path\")\n"
-    "  --report KIND         1 daily, 2 line-usage, 3 busy, 4 abandoned, 5 name,\n"
-    "                        6 number, 7 history, 8 line\n"
-    "  --from mm/dd/yyyy     first day of the period (default: the setting \"FromDate\")\n"
-    "  --to mm/dd/yyyy       last day (default: the setting \"ToDate\", else today)\n"
-    "  --period P            today, week (Sunday to --to), month or all (the whole log)\n"
-    "  --direction D         In, Out or InOut (default: the setting \"CallType\", else In)\n"
-    "  --variant V           Detailed (default) or Summary: the all-lines-busy report\n"
-    "  --search TEXT         the name (report 5) or number (report 6) to look for; exact\n"
-    "                        numbers may be listed separated by \",\"\n"
-    "  --partial             match a part of the name or number\n"
-    "  --chart               add the bar chart (reports 1, 2, 3 Summary); on report 7\n"
-    "                        the condensed summary, one row per caller\n"
-    "  --not-lasting SECONDS abandoned calls: shorter than SECONDS\n"
-    "  --rings N             abandoned calls: that rang at most N times (In only)\n"
-    "  --unanswered          abandoned calls: unanswered ones only (In only)\n"
-    "  --lines LIST          report 8: the lines to list, e.g. 2 or 1,3-5, or all\n"
-    "  --dtmf                show the touch-tone digits (also when the setting \"DTMF\" is on)\n"
-    "  --history NUMBER      the in-and-out history of one number over the whole log, as\n"
-    "                        the logging program asks for it (takes no other request option)\n"
-    "  --today mm/dd/yyyy    the date to take for today (default: the system clock)\n"
-    "  --paper P             letter or a4: the page the report is laid out on (default:\n"
-    "                        the paper of the --print printer, else letter)\n"
-    "\n"
-    "Outputs (any number; with none, --text -):\n"
-    "  --text FILE|-         the text export (Windows-1252, CR LF); - is standard output\n"
-    "  --pdf FILE            a PDF with the report's fonts embedded\n"
-    "  --png DIR             one image per page, DIR/page-0001.png, ... (--dpi N, 10 to\n"
-    "                        600, default 150)\n"
-    "  --spool FILE          keep the report's spool file (422-byte records); see\n"
-    "                        cwreport dump and cwreport export\n"
-    "  --print [PRINTER]     print on PRINTER (default: the system's default printer),\n"
-    "                        no dialog; a printer that is not there or fails is an\n"
-    "                        error (exit status 1)\n"
-    "  --copies N            with --print: N copies, each the whole page range in turn\n"
-    "  --from-page N         with --print: the first page to print (default 1)\n"
-    "  --to-page N           with --print: the last page (default the last); pages the\n"
-    "                        document does not have are not printed\n"
-    "\n"
-    "Every output appears under its name only when it is complete; a request that\n"
-    "ends in an error leaves none. A report that yields several documents writes\n"
-    "the second as NAME-2.EXT (DIR-2 for images), and so on.\n"
-    "\n"
-    "The report's messages go to standard error as \"TITLE: TEXT\"; a progress bar\n"
-    "is shown there during long work when it is a terminal.\n"
-    "\n"
-    "Exit status: 0 a document was produced, 2 the request was refused (missing\n"
-    "log, date, filter, search text or line; bad usage), 1 an error.\n";
-
 namespace {
 
-std::string LowerAscii(std::string_view text) { return LowerCase(text); }
+// The abandoned-call thresholds are compared as 32-bit whole numbers.
+constexpr std::int64_t kMaxThreshold = 2147483647;
 
-std::int16_t PositiveInt16(std::string_view name, const std::string& text) {
-  std::int32_t value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size() || value < 1 || value > 32767) {
-    throw UsageError{std::string(name) + " needs a whole number from 1 to 32767, not \"" + text + "\""};
+constexpr OptionSpec kReport{"--report", "KIND", ValueKind::kText,
+                             "1 daily, 2 line-usage, 3 busy, 4 abandoned, 5 name,\n"
+                             "6 number, 7 history, 8 line"};
+constexpr OptionSpec kFrom{"--from", "DATE", ValueKind::kText,
+                           "first day of the period, m/d/yyyy or yyyy-mm-dd (default:\n"
+                           "the setting \"FromDate\")"};
+constexpr OptionSpec kTo{"--to", "DATE", ValueKind::kText,
+                         "last day (default: the setting \"ToDate\", else today)"};
+constexpr OptionSpec kPeriod{"--period", "P", ValueKind::kText,
+                             "today, week (Sunday to --to), month (the 1st to today), all\n"
+                             "(the whole log), or a closed period before today: yesterday,\n"
+                             "last-week (Sunday to Saturday), last-month, last-year"};
+constexpr OptionSpec kDirection{"--direction", "D", ValueKind::kText,
+                                "In, Out or InOut (default: the setting \"CallType\", else In)"};
+constexpr OptionSpec kVariant{"--variant", "V", ValueKind::kText,
+                              "Detailed (default) or Summary: the all-lines-busy report"};
+constexpr OptionSpec kSearch{"--search", "TEXT", ValueKind::kText,
+                             "the name (report 5) or number (report 6) to look for; exact\n"
+                             "numbers may be listed separated by \",\"; blanks, \"(\", \")\"\n"
+                             "and \"-\" in a number are ignored, as in the log"};
+constexpr OptionSpec kPartial{"--partial", "", ValueKind::kNone, "match a part of the name or number"};
+constexpr OptionSpec kChart{"--chart", "", ValueKind::kNone,
+                            "add the bar chart (reports 1, 2, 3 Summary); on report 7\n"
+                            "the condensed summary, one row per caller"};
+constexpr OptionSpec kNotLasting{"--not-lasting", "SECONDS", ValueKind::kText,
+                                 "abandoned calls: shorter than SECONDS (0 to 2147483647)"};
+constexpr OptionSpec kRings{"--rings", "N", ValueKind::kText,
+                            "abandoned calls: that rang at most N times (In only;\n"
+                            "0 to 2147483647)"};
+constexpr OptionSpec kUnanswered{"--unanswered", "", ValueKind::kNone,
+                                 "abandoned calls: unanswered ones only (In only)"};
+constexpr OptionSpec kLines{"--lines", "LIST", ValueKind::kText,
+                            "report 8: the lines to list, e.g. 2 or 1,3-5, or all; each\n"
+                            "from 1 to the logging program's active line count"};
+constexpr OptionSpec kDtmf{"--dtmf", "", ValueKind::kNone,
+                           "show the touch-tone digits (also when the setting \"DTMF\" is on)"};
+constexpr OptionSpec kHistory{"--history", "NUMBER", ValueKind::kText,
+                              "the in-and-out history of one number over the whole log, as\n"
+                              "the logging program asks for it (takes no other request option)"};
+constexpr OptionSpec kSpool{"--spool", "FILE", ValueKind::kText,
+                            "keep the report's spool file (422-byte records); see\n"
+                            "cwreport dump and cwreport export"};
+constexpr OptionSpec kPrint{"--print", "PRINTER", ValueKind::kOptional,
+                            "print on PRINTER (default: the system's default printer),\n"
+                            "no dialog; a printer that is not there or fails is an\n"
+                            "error (exit status 1)"};
+constexpr OptionSpec kCopies{"--copies", "N", ValueKind::kWhole,
+                             "with --print: N copies ({range}), each the whole page\n"
+                             "range in turn",
+                             1, 32767};
+constexpr OptionSpec kFromPage{"--from-page", "N", ValueKind::kWhole,
+                               "with --print: the first page to print, {range} (default 1)", 1, 32767};
+constexpr OptionSpec kToPage{"--to-page", "N", ValueKind::kWhole,
+                             "with --print: the last page, {range} (default the last);\n"
+                             "pages the document does not have are not printed",
+                             1, 32767};
+constexpr OptionSpec kReportToday{"--today", "DATE", ValueKind::kText,
+                                  "the date to take for today (default: the system clock)"};
+constexpr OptionSpec kReportPaper{"--paper", "P", ValueKind::kText,
+                                  "letter or a4: the page the report is laid out on (default:\n"
+                                  "the paper of the --print printer, else letter)"};
+
+constexpr std::array<const OptionSpec*, 21> kRequestOptions = {
+    &option::kEdition, &option::kSettings, &option::kLog,   &option::kPath, &kReport,  &kFrom,
+    &kTo,              &kPeriod,           &kDirection,     &kVariant,      &kSearch,  &kPartial,
+    &kChart,           &kNotLasting,       &kRings,         &kUnanswered,   &kLines,   &kDtmf,
+    &kHistory,         &kReportToday,      &kReportPaper,
+};
+
+constexpr std::array<const OptionSpec*, 10> kOutputOptions = {
+    &option::kText, &option::kEncoding, &option::kPdf, &option::kPng,      &option::kDpi,
+    &kSpool,        &kPrint,            &kCopies,      &kFromPage,         &kToPage,
+};
+
+// Every option of a report request, for the parser.
+std::vector<const OptionSpec*> AllOptions() {
+  std::vector<const OptionSpec*> all(kRequestOptions.begin(), kRequestOptions.end());
+  all.insert(all.end(), kOutputOptions.begin(), kOutputOptions.end());
+  return all;
+}
+
+// The form checks that a threshold is digits; a number of digits too large
+// for the comparison is refused here, before it overflows there.
+std::string Threshold(const OptionSpec& spec, const std::string& text) {
+  const std::string_view digits = Trim(text);
+  if (!digits.empty() && IsAllDigits(digits)) {
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (error != std::errc() || end != digits.data() + digits.size() || value > kMaxThreshold) {
+      throw UsageError{std::string(spec.name) + " needs a whole number from 0 to " + std::to_string(kMaxThreshold) +
+                       ", not \"" + text + "\""};
+    }
   }
-  return static_cast<std::int16_t>(value);
+  return text;
 }
 
 LineChoice ParseLines(const std::string& list) {
-  if (LowerAscii(Trim(list)) == "all") return LineChoice{true, {}};
+  if (LowerCase(Trim(list)) == "all") return LineChoice{true, {}};
   const auto bad = [&](std::string why) {
     return UsageError{"--lines needs line numbers such as 2, 1,3-5 or all, not \"" + list + "\"" + why};
   };
+  // The form's filter drops empty items; typed here, one is a slip.
+  for (std::size_t start = 0;;) {
+    const std::size_t comma = list.find(',', start);
+    if (Trim(std::string_view(list).substr(start, comma == std::string::npos ? comma : comma - start)).empty()) {
+      throw bad(": an empty item");
+    }
+    if (comma == std::string::npos) break;
+    start = comma + 1;
+  }
   std::string expanded;
   try {
     expanded = ExpandLineFilter(list);
@@ -117,7 +156,67 @@ LineChoice ParseLines(const std::string& list) {
   return choice;
 }
 
+PeriodChoice PeriodOf(const std::string& typed) {
+  static constexpr std::pair<std::string_view, PeriodChoice> kNames[] = {
+      {"today", PeriodChoice::kToday},         {"week", PeriodChoice::kWeek},
+      {"month", PeriodChoice::kMonth},         {"all", PeriodChoice::kAll},
+      {"yesterday", PeriodChoice::kYesterday}, {"last-week", PeriodChoice::kLastWeek},
+      {"last-month", PeriodChoice::kLastMonth}, {"last-year", PeriodChoice::kLastYear},
+  };
+  const std::string text = LowerCase(typed);
+  for (const auto& [name, period] : kNames) {
+    if (text == name) return period;
+  }
+  throw UsageError{"--period must be today, week, month, all, yesterday, last-week, last-month or last-year, not \"" +
+                   typed + "\""};
+}
+
+std::string DirectionOf(const std::string& typed) {
+  const std::string text = LowerCase(typed);
+  if (text == "in") return "In";
+  if (text == "out") return "Out";
+  if (text == "inout") return "InOut";
+  throw UsageError{"--direction must be In, Out or InOut, not \"" + typed + "\""};
+}
+
+// A date option as the form's caption; blanks go on as typed.
+std::string CaptionOf(const OptionSpec& spec, const std::string& text) {
+  if (Trim(text).empty()) return text;
+  return FormatDate(DateOf(spec.name, text), "mm/dd/yyyy");
+}
+
 }  // namespace
+
+std::string ReportHelp() {
+  return "usage: cwreport [REQUEST OPTIONS] [OUTPUTS]     run one report request\n"
+         "       cwreport log-summary [OPTIONS]           the call log's oldest date and calls per line\n"
+         "       cwreport dump SPOOL                      print a spool file's records, one per line\n"
+         "       cwreport export SPOOL [OUTPUTS]          replay a kept spool\n"
+         "       cwreport help [SUBCOMMAND]               this text, or a subcommand's\n"
+         "\n"
+         "Request options:\n" +
+         OptionHelp(kRequestOptions) +
+         "\n"
+         "Every option takes its value as --name VALUE or --name=VALUE. Dates are\n"
+         "m/d/yyyy or yyyy-mm-dd; a date that is no calendar day, or a From after the\n"
+         "To, is refused. Names and numbers may hold any character of Windows-1252,\n"
+         "the log's character set.\n"
+         "\n"
+         "Outputs (any number; with none, --text -):\n" +
+         OptionHelp(kOutputOptions) +
+         "\n"
+         "Every output appears under its name only when it is complete; a request that\n"
+         "ends in an error leaves none. A report that yields several documents writes\n"
+         "the second as NAME-2.EXT (DIR-2 for images), and so on.\n"
+         "\n"
+         "The report's messages go to standard error as \"TITLE: TEXT\", followed where\n"
+         "the desktop's advice does not fit by what to do on the command line; a\n"
+         "progress bar is shown there during long work when it is a terminal.\n"
+         "\n"
+         "Exit status: 0 a document was produced, 2 the request was refused (missing\n"
+         "log, date, filter, search text or line; bad usage), 1 an error, 3 when a\n"
+         "document was produced but some records raised errors.\n";
+}
 
 std::optional<std::int16_t> ReportKindOf(std::string_view text) {
   static constexpr std::pair<std::string_view, std::int16_t> kNames[] = {
@@ -127,7 +226,7 @@ std::optional<std::int16_t> ReportKindOf(std::string_view text) {
       {"history", kind::kCallHistory},       {"line", kind::kByLineNumber},
   };
   if (text.size() == 1 && text[0] >= '1' && text[0] <= '8') return static_cast<std::int16_t>(text[0] - '0');
-  const std::string lower = LowerAscii(text);
+  const std::string lower = LowerCase(text);
   for (const auto& [name, value] : kNames) {
     if (lower == name) return value;
   }
@@ -149,191 +248,135 @@ std::optional<CivilDate> StrictCaptionDate(std::string_view text) {
   }
 }
 
-ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
-  ReportOptions options;
-  bool requestShaped = false;  // an option that --history does not combine with
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string_view argument = arguments[i];
-    if (argument == "--help" || argument == "-h") {
-      options.help = true;
-      return options;
+std::optional<std::pair<CivilDate, CivilDate>> ClosedPeriod(PeriodChoice period, CivilDate today) {
+  switch (period) {
+    case PeriodChoice::kYesterday:
+      return std::pair{today.AddDays(-1), today.AddDays(-1)};
+    case PeriodChoice::kLastWeek: {
+      const CivilDate sunday = today.AddDays(-(today.Weekday() - 1) - 7);
+      return std::pair{sunday, sunday.AddDays(6)};
     }
-    if (!argument.starts_with("--")) throw UsageError{"unexpected argument \"" + std::string(argument) + "\""};
-    // --name VALUE or --name=VALUE.
-    std::string_view name = argument;
-    std::optional<std::string> value;
-    if (const std::size_t equals = argument.find('='); equals != std::string_view::npos) {
-      name = argument.substr(0, equals);
-      value = std::string(argument.substr(equals + 1));
+    case PeriodChoice::kLastMonth: {
+      const CivilDate first = CivilDate::FromYmd(today.Year(), today.Month(), 1);
+      const CivilDate last = first.AddDays(-1);
+      return std::pair{CivilDate::FromYmd(last.Year(), last.Month(), 1), last};
     }
-    const auto takeValue = [&]() -> std::string {
-      if (value) return *value;
-      if (i + 1 >= arguments.size()) throw UsageError{std::string(name) + " needs a value"};
-      return arguments[++i];
-    };
-    const auto once = [&](auto& slot, auto parsed) {
-      if (slot) throw UsageError{std::string(name) + " given twice"};
-      slot = std::move(parsed);
-    };
-    const auto flag = [&](bool& slot) {
-      if (value) throw UsageError{std::string(name) + " takes no value"};
-      slot = true;
-    };
-    const auto date = [&](std::optional<std::string>& slot) {
-      // Passed on as the form's caption; the request converts it.
-      once(slot, takeValue());
-      requestShaped = true;
-    };
+    case PeriodChoice::kLastYear:
+      return std::pair{CivilDate::FromYmd(today.Year() - 1, 1, 1), CivilDate::FromYmd(today.Year() - 1, 12, 31)};
+    default:
+      return std::nullopt;
+  }
+}
 
-    if (name == "--edition") {
-      const std::string edition = takeValue();
-      if (edition != kEditionRingtally && edition != kEditionCallwarden) {
-        throw UsageError{"--edition must be \"" + std::string(kEditionRingtally) + "\" or \"" +
-                         std::string(kEditionCallwarden) + "\", not \"" + edition + "\""};
-      }
-      options.edition = edition;
-    } else if (name == "--settings") {
-      once(options.settingsFile, takeValue());
-    } else if (name == "--log") {
-      once(options.log, takeValue());
-    } else if (name == "--path") {
-      once(options.path, takeValue());
-    } else if (name == "--report") {
-      const std::string text = takeValue();
-      const std::optional<std::int16_t> kind = ReportKindOf(text);
+ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
+  const std::vector<const OptionSpec*> table = AllOptions();
+  const ParsedArguments parsed = ParseArguments(table, arguments, 0);
+  ReportOptions options;
+  if (parsed.help) {
+    options.help = true;
+    return options;
+  }
+  ReportOutputs& outputs = options.outputs;
+  bool requestShaped = false;  // an option that --history does not combine with
+  for (const GivenOption& given : parsed.options) {
+    const OptionSpec* spec = given.spec;
+    const std::string& value = given.value;
+    const auto is = [spec](const OptionSpec& other) { return spec == &other; };
+    if (spec != &option::kEdition && spec != &option::kSettings && spec != &option::kLog &&
+        spec != &option::kPath && spec != &kHistory && spec != &kReportToday && spec != &kReportPaper &&
+        std::find(kOutputOptions.begin(), kOutputOptions.end(), spec) == kOutputOptions.end()) {
+      requestShaped = true;
+    }
+    if (is(option::kEdition)) {
+      options.edition = EditionOf(value);
+    } else if (is(option::kSettings)) {
+      options.settingsFile = value;
+    } else if (is(option::kLog)) {
+      options.log = value;
+    } else if (is(option::kPath)) {
+      options.path = value;
+    } else if (is(kReport)) {
+      const std::optional<std::int16_t> kind = ReportKindOf(value);
       if (!kind) {
         throw UsageError{"--report must be 1 to 8 or daily, line-usage, busy, abandoned, name, number, history, "
-                         "line; not \"" + text + "\""};
+                         "line; not \"" + value + "\""};
       }
-      once(options.kind, *kind);
-      requestShaped = true;
-    } else if (name == "--from") {
-      date(options.from);
-    } else if (name == "--to") {
-      date(options.to);
-    } else if (name == "--period") {
-      const std::string text = LowerAscii(takeValue());
-      TimePeriod period;
-      if (text == "today") {
-        period = TimePeriod::kToday;
-      } else if (text == "week") {
-        period = TimePeriod::kCurrentWeek;
-      } else if (text == "month") {
-        period = TimePeriod::kCurrentMonth;
-      } else if (text == "all") {
-        period = TimePeriod::kAllLogEntries;
-      } else {
-        throw UsageError{"--period must be today, week, month or all, not \"" + text + "\""};
-      }
-      once(options.period, period);
-      requestShaped = true;
-    } else if (name == "--direction") {
-      const std::string text = LowerAscii(takeValue());
-      std::string direction;
-      if (text == "in") {
-        direction = "In";
-      } else if (text == "out") {
-        direction = "Out";
-      } else if (text == "inout") {
-        direction = "InOut";
-      } else {
-        throw UsageError{"--direction must be In, Out or InOut, not \"" + text + "\""};
-      }
-      once(options.direction, direction);
-      requestShaped = true;
-    } else if (name == "--variant") {
-      const std::string text = LowerAscii(takeValue());
+      options.kind = *kind;
+    } else if (is(kFrom)) {
+      options.from = CaptionOf(kFrom, value);
+    } else if (is(kTo)) {
+      options.to = CaptionOf(kTo, value);
+    } else if (is(kPeriod)) {
+      options.period = PeriodOf(value);
+    } else if (is(kDirection)) {
+      options.direction = DirectionOf(value);
+    } else if (is(kVariant)) {
+      const std::string text = LowerCase(value);
       if (text != "detailed" && text != "summary") {
-        throw UsageError{"--variant must be Detailed or Summary, not \"" + text + "\""};
+        throw UsageError{"--variant must be Detailed or Summary, not \"" + value + "\""};
       }
-      once(options.variant, std::string(text == "detailed" ? "Detailed" : "Summary"));
-      requestShaped = true;
-    } else if (name == "--search") {
-      once(options.search, takeValue());
-      requestShaped = true;
-    } else if (name == "--partial") {
-      flag(options.partial);
-      requestShaped = true;
-    } else if (name == "--chart") {
-      flag(options.chart);
-      requestShaped = true;
-    } else if (name == "--not-lasting") {
-      once(options.notLastingSeconds, takeValue());
-      requestShaped = true;
-    } else if (name == "--rings") {
-      once(options.rings, takeValue());
-      requestShaped = true;
-    } else if (name == "--unanswered") {
-      flag(options.unanswered);
-      requestShaped = true;
-    } else if (name == "--lines") {
-      once(options.lines, ParseLines(takeValue()));
-      requestShaped = true;
-    } else if (name == "--dtmf") {
-      flag(options.dtmf);
-      requestShaped = true;  // the history takes the stored setting
-    } else if (name == "--history") {
-      const std::string number = takeValue();
-      if (Trim(number).empty()) throw UsageError{"--history needs a telephone number"};
-      once(options.history, number);
-    } else if (name == "--today") {
-      const std::string text = takeValue();
-      const std::optional<CivilDate> today = StrictCaptionDate(text);
-      if (!today) throw UsageError{"--today needs a date mm/dd/yyyy, not \"" + text + "\""};
-      once(options.today, *today);
-    } else if (name == "--paper") {
-      const std::string paper = LowerAscii(takeValue());
-      if (paper == "letter") {
-        once(options.paper, PageSetup{12240, 15840, 1});
-      } else if (paper == "a4") {
-        once(options.paper, PageSetup{11906, 16838, 1});  // 210 x 297 mm
-      } else {
-        throw UsageError{"--paper must be letter or a4, not \"" + paper + "\""};
-      }
-    } else if (name == "--text") {
-      once(options.outputs.text, takeValue());
-    } else if (name == "--pdf") {
-      once(options.outputs.pdf, takeValue());
-    } else if (name == "--png") {
-      once(options.outputs.png, takeValue());
-    } else if (name == "--spool") {
-      once(options.outputs.spool, takeValue());
-    } else if (name == "--dpi") {
-      const std::string text = takeValue();
-      const std::int16_t dpi = PositiveInt16(name, text);
-      if (dpi < PngPageDevice::kMinDpi || dpi > PngPageDevice::kMaxDpi) {
-        throw UsageError{"--dpi must be from " + std::to_string(PngPageDevice::kMinDpi) + " to " +
-                         std::to_string(PngPageDevice::kMaxDpi) + ", not \"" + text + "\""};
-      }
-      once(options.outputs.dpi, static_cast<int>(dpi));
-    } else if (name == "--print") {
-      if (options.outputs.print) throw UsageError{"--print given twice"};
-      options.outputs.print = true;
-      // The printer is optional: the next argument names it unless it is an option.
-      if (value) {
-        options.outputs.printer = *value;
-      } else if (i + 1 < arguments.size() && !arguments[i + 1].starts_with("--")) {
-        options.outputs.printer = arguments[++i];
-      }
-    } else if (name == "--copies") {
-      once(options.outputs.copies, PositiveInt16(name, takeValue()));
-    } else if (name == "--from-page") {
-      once(options.outputs.fromPage, PositiveInt16(name, takeValue()));
-    } else if (name == "--to-page") {
-      once(options.outputs.toPage, PositiveInt16(name, takeValue()));
-    } else {
-      throw UsageError{"unknown option " + std::string(argument)};
+      options.variant = text == "detailed" ? "Detailed" : "Summary";
+    } else if (is(kSearch)) {
+      options.search = ArgumentToWin1252(kSearch.name, value);
+    } else if (is(kPartial)) {
+      options.partial = true;
+    } else if (is(kChart)) {
+      options.chart = true;
+    } else if (is(kNotLasting)) {
+      options.notLastingSeconds = Threshold(kNotLasting, value);
+    } else if (is(kRings)) {
+      options.rings = Threshold(kRings, value);
+    } else if (is(kUnanswered)) {
+      options.unanswered = true;
+    } else if (is(kLines)) {
+      options.lines = ParseLines(ArgumentToWin1252(kLines.name, value));
+    } else if (is(kDtmf)) {
+      options.dtmf = true;  // the history takes the stored setting
+    } else if (is(kHistory)) {
+      if (Trim(value).empty()) throw UsageError{"--history needs a telephone number"};
+      options.history = ArgumentToWin1252(kHistory.name, value);
+    } else if (is(kReportToday)) {
+      options.today = DateOf(kReportToday.name, value);
+    } else if (is(kReportPaper)) {
+      options.paper = PaperOf(value);
+    } else if (is(option::kText)) {
+      outputs.text = value;
+    } else if (is(option::kEncoding)) {
+      outputs.encoding = EncodingOf(value);
+    } else if (is(option::kPdf)) {
+      outputs.pdf = value;
+    } else if (is(option::kPng)) {
+      outputs.png = value;
+    } else if (is(option::kDpi)) {
+      outputs.dpi = static_cast<int>(given.number);
+    } else if (is(kSpool)) {
+      outputs.spool = value;
+    } else if (is(kPrint)) {
+      outputs.print = true;
+      outputs.printer = value;
+    } else if (is(kCopies)) {
+      outputs.copies = static_cast<std::int16_t>(given.number);
+    } else if (is(kFromPage)) {
+      outputs.fromPage = static_cast<std::int16_t>(given.number);
+    } else if (is(kToPage)) {
+      outputs.toPage = static_cast<std::int16_t>(given.number);
     }
   }
 
-  ReportOutputs& outputs = options.outputs;
   if (options.history && requestShaped) {
     throw UsageError{
         "--history makes its own request: it takes no --report, period, direction, search, filter or --dtmf"};
   }
   if (!options.history && !options.kind) throw UsageError{"choose a report: --report KIND or --history NUMBER"};
-  if (options.period && (options.from || (options.to && *options.period != TimePeriod::kCurrentWeek))) {
+  if (options.period && (options.from || (options.to && *options.period != PeriodChoice::kWeek))) {
     throw UsageError{"--period sets the dates: give it alone, or --to with --period week"};
+  }
+  if (options.from && options.to) {
+    const std::optional<CivilDate> from = StrictCaptionDate(*options.from);
+    const std::optional<CivilDate> to = StrictCaptionDate(*options.to);
+    if (from && to && *from > *to) {
+      throw UsageError{"--from " + *options.from + " comes after --to " + *options.to};
+    }
   }
   for (const auto* path : {&outputs.text, &outputs.pdf, &outputs.png, &outputs.spool}) {
     if (*path && (*path)->empty()) throw UsageError{"an output needs a file name"};

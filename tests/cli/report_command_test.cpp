@@ -48,26 +48,45 @@ TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
   const std::string kMissingLog =
       "Cannot Find the Call Logs File: If you are using a shared log then please make sure the file exists and "
       "reset the path to the proper log folder.\n";
-  // The log is looked for first: a missing From is not mentioned.
-  for (const std::string& log : {" --log " + Quote(Path("missing.txt")), std::string()}) {
-    SCOPED_TRACE(log);
-    const ProgramRun run = Cwreport("--settings " + Quote(settings_) + " --report daily" + log);
+  // The log is looked for first: a missing From is not mentioned. The box is
+  // the form's; the line after it says where the log was looked for and how
+  // to name it.
+  const std::string kGiveLog = "): give it with --log FILE, and the logging program's folder with --path DIR\n";
+  const Case logCases[] = {
+      {" --log " + Quote(Path("missing.txt")),
+       kMissingLog + "cwreport: there is no call log at \"" + Path("missing.txt") + "\" (from --log" + kGiveLog},
+      {"", kMissingLog + "cwreport: no call log is named (the setting \"Logs\" in " + settings_ + " is empty" +
+               kGiveLog},
+  };
+  for (const Case& c : logCases) {
+    SCOPED_TRACE(c.arguments);
+    const ProgramRun run = Cwreport("--settings " + Quote(settings_) + " --report daily" + c.arguments);
     EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.err, kMissingLog);
+    EXPECT_EQ(run.err, c.err);
   }
+  const std::string kNoFrom = "Missing Start Date\ncwreport: give the first day with --from DATE, or a --period\n";
+  const std::string kNoFilter =
+      "cwreport: choose the calls with --unanswered, --rings N and/or --not-lasting SECONDS\n";
   const Case cases[] = {
       // Nothing in the settings and no --from.
-      {"--report daily --to 01/31/2026", "Missing Start Date\n"},
-      {"--report daily --from '  ' --to 01/31/2026", "Missing Start Date\n"},
-      {"--report name " + std::string(kJanuary), "Missing Search Criteria: Please Enter a Name\n"},
-      {"--report number --search ' ' " + std::string(kJanuary), "Missing Search Criteria: Please Enter a Number\n"},
-      {"--report abandoned " + std::string(kJanuary), "Missing Filter: Please Choose One or More Options\n"},
+      {"--report daily --to 01/31/2026", kNoFrom},
+      {"--report daily --from '  ' --to 01/31/2026", kNoFrom},
+      {"--report name " + std::string(kJanuary),
+       "Missing Search Criteria: Please Enter a Name\n"
+       "cwreport: give the name or number to look for with --search TEXT\n"},
+      {"--report number --search ' ' " + std::string(kJanuary),
+       "Missing Search Criteria: Please Enter a Number\n"
+       "cwreport: give the name or number to look for with --search TEXT\n"},
+      {"--report abandoned " + std::string(kJanuary), "Missing Filter: Please Choose One or More Options\n" + kNoFilter},
       {"--report abandoned --not-lasting 12a " + std::string(kJanuary),
-       "Missing Filter (Time In Seconds): Please Enter a Valid Numberic Time In Seconds\n"},
+       "Missing Filter (Time In Seconds): Please Enter a Valid Numberic Time In Seconds\n"
+       "cwreport: --not-lasting needs a whole number of seconds\n"},
       {"--report abandoned --unanswered --rings '' " + std::string(kJanuary),
-       "Missing Filter (Rings): Please Enter a Valid Numberic Ring Count\n"},
+       "Missing Filter (Rings): Please Enter a Valid Numberic Ring Count\n"
+       "cwreport: --rings needs a whole number of rings\n"},
       {"--report line " + std::string(kJanuary),
-       "Callwarden Reports: No line # was selected.\nChoose a line # or check the \"All Lines\" option.\n"},
+       "Callwarden Reports: No line # was selected.\nChoose a line # or check the \"All Lines\" option.\n"
+       "cwreport: choose lines with --lines LIST, or every line with --lines all\n"},
   };
   const std::string settingsBefore = ReadFile(settings_);
   for (const Case& c : cases) {
@@ -99,6 +118,8 @@ TEST_F(ReportCommand, AnAbandonedCallsRequestStoresItsFilter) {
 TEST_F(ReportCommand, ALogDateThatCannotBeBuiltIsAnErrorAndLeavesNoOutput) {
   std::string log = JanuaryLog();
   log.replace(log.find("01/06/2026"), 10, "01/xx/2026");
+  // The box echoes the record; its control bytes must not reach a terminal.
+  log.replace(log.find("MILLER SUSAN"), 12, "MILLER \x1b[2J\a");
   Write("CallLog.txt", log);
   Write("kept.txt", "an earlier report\r\n");
   struct Case {
@@ -115,6 +136,11 @@ TEST_F(ReportCommand, ALogDateThatCannotBeBuiltIsAnErrorAndLeavesNoOutput) {
     EXPECT_TRUE(run.err.starts_with("Error: ")) << run.err;
     EXPECT_NE(run.err.find("13"), std::string::npos) << run.err;
     EXPECT_NE(run.err.find(c.box), std::string::npos) << run.err;
+    EXPECT_EQ(run.err.find('\x1b'), std::string::npos) << run.err;
+    EXPECT_EQ(run.err.find('\a'), std::string::npos) << run.err;
+    if (c.report != "history") {
+      EXPECT_NE(run.err.find("MILLER \\x1b[2J\\x07"), std::string::npos) << run.err;
+    }
     for (const char* name : {"new.pdf", "new.txt", "new.spl"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
   }
   EXPECT_EQ(ReadFile(Path("kept.txt")), "an earlier report\r\n");

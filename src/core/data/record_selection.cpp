@@ -24,7 +24,7 @@ std::vector<std::string> NumberSearchList(std::string_view searchText) {
   std::size_t start = 0;
   while (true) {
     const std::size_t comma = searchText.find(',', start);
-    list.emplace_back(Trim(searchText.substr(start, comma == std::string_view::npos ? comma : comma - start)));
+    list.push_back(CleanNumber(searchText.substr(start, comma == std::string_view::npos ? comma : comma - start)));
     if (comma == std::string_view::npos) break;
     start = comma + 1;
   }
@@ -53,7 +53,9 @@ RecordSelection::RecordSelection(std::string_view buffer, SelectionCriteria crit
   if (criteria_.search == SearchBy::kName) {
     nameSearch_ = LowerCase(criteria_.searchText);
     if (!criteria_.partial) nameSearch_ = std::string(Trim(nameSearch_));
-  } else if (criteria_.search == SearchBy::kNumber && !criteria_.partial) {
+  } else if (criteria_.search == SearchBy::kNumber && criteria_.partial) {
+    numberPart_ = CleanNumber(criteria_.searchText);
+  } else if (criteria_.search == SearchBy::kNumber) {
     for (std::string& entry : NumberSearchList(criteria_.searchText)) {
       ListedNumber listed;
       listed.inWords = entry.size() >= 8 && entry.size() <= 16;

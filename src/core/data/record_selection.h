@@ -32,7 +32,8 @@ struct SelectionCriteria {
 std::string CleanNumber(std::string_view numberField);
 
 // The list an exact number search matches against: the search text split at
-// ",", each entry trimmed.
+// ",", each entry cleaned as the number field is, so that a number written
+// as the reports print it ("(555) 123-4567") finds its calls.
 std::vector<std::string> NumberSearchList(std::string_view searchText);
 
 class RecordSelection {
@@ -107,6 +108,7 @@ class RecordSelection {
     bool inWords = false;
   };
   std::vector<ListedNumber> numberList_;
+  std::string numberPart_;  // a partial number search, cleaned as the field is
 
   std::int64_t recordsRead_ = 0;
   std::size_t bytesConsumed_ = 0;

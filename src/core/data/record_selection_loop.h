@@ -182,7 +182,7 @@ inline bool RecordSelection::NumberPasses(std::string_view numberField) const {
   char cleaned[column::kNumber.length];
   const std::size_t size = CleanNumberField(numberField, cleaned);
   if (criteria_.partial) {
-    return std::string_view(cleaned, size).find(criteria_.searchText) != std::string_view::npos;
+    return std::string_view(cleaned, size).find(numberPart_) != std::string_view::npos;
   }
   return NumberListed(cleaned, size);
 }

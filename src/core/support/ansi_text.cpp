@@ -112,4 +112,34 @@ std::string Utf8ToWin1252(std::string_view utf8) {
   return out;
 }
 
+bool IsValidUtf8(std::string_view bytes) {
+  std::size_t pos = 0;
+  char32_t cp = 0;
+  while (pos < bytes.size()) {
+    if (!DecodeUtf8(bytes, pos, cp)) return false;
+  }
+  return true;
+}
+
+std::optional<std::string> Utf8ToWin1252Exactly(std::string_view utf8, std::string* unmappable) {
+  if (unmappable != nullptr) unmappable->clear();
+  if (!IsValidUtf8(utf8)) return std::nullopt;
+  std::string out;
+  out.reserve(utf8.size());
+  std::size_t pos = 0;
+  while (pos < utf8.size()) {
+    const std::size_t start = pos;
+    char32_t cp = 0;
+    DecodeUtf8(utf8, pos, cp);
+    const char byte = ByteOf(cp);
+    // '?' stands for itself only when it was one.
+    if (byte == kUnmappable && cp != static_cast<char32_t>(kUnmappable)) {
+      if (unmappable != nullptr) *unmappable = std::string(utf8.substr(start, pos - start));
+      return std::nullopt;
+    }
+    out += byte;
+  }
+  return out;
+}
+
 }  // namespace cw

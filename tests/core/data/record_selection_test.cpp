@@ -151,12 +151,24 @@ TEST(RecordSelection, NumberSearch) {
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B"}));
   criteria.searchText = " 5559990000 , 5551234567,18005551234";
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
-  // The search text itself is not cleaned.
-  criteria.searchText = "555-123-4567";
-  EXPECT_EQ(Selected(log, criteria), Names{});
+  // The search text loses the characters the field loses: a number written
+  // as the reports print it finds the same calls as its digits.
+  for (const char* written : {"555-123-4567", "(555) 123-4567", " ( 555 )123 - 4567 ", "5551234567,1 800 555 1234"}) {
+    SCOPED_TRACE(written);
+    criteria.searchText = written;
+    const Names expected = std::string_view(written).find(',') == std::string_view::npos ? Names{"A", "B"}
+                                                                                         : Names{"A", "B", "D"};
+    EXPECT_EQ(Selected(log, criteria), expected);
+  }
   criteria.searchText = "555123";
   EXPECT_EQ(Selected(log, criteria), Names{});
+  // Other characters stay: a dotted number is not these calls.
+  criteria.searchText = "555.123.4567";
+  EXPECT_EQ(Selected(log, criteria), Names{});
   criteria.partial = true;
+  criteria.searchText = "555123";
+  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "D"}));
+  criteria.searchText = "(555) 12";
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "D"}));
   criteria.searchText = "555";
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
@@ -168,7 +180,7 @@ TEST(RecordSelection, NumberSearch) {
   EXPECT_EQ(Selected(cut, criteria).size(), 1u);
 
   EXPECT_EQ(CleanNumber(" (555) 123-4567 "), "5551234567");
-  EXPECT_EQ(NumberSearchList("1, 2 ,,3"), (std::vector<std::string>{"1", "2", "", "3"}));
+  EXPECT_EQ(NumberSearchList("1, 2 ,,(3) 4-5"), (std::vector<std::string>{"1", "2", "", "345"}));
 }
 
 TEST(RecordSelection, BadDateRaisesTypeMismatchWithTheRecord) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 namespace cw {
@@ -36,6 +37,31 @@ TEST(AnsiTextTest, UnmappableAndMalformedInputBecomesQuestionMarks) {
   EXPECT_EQ(Utf8ToWin1252("\xED\xA0\x80"), "???");      // surrogate
   EXPECT_EQ(Utf8ToWin1252("\xF4\x90\x80\x80"), "????");  // beyond U+10FFFF
   EXPECT_EQ(Utf8ToWin1252(""), "");
+}
+
+TEST(AnsiTextTest, ExactConversionRefusesWhatWindows1252CannotHold) {
+  struct Case {
+    std::string utf8;
+    std::optional<std::string> bytes;
+    std::string unmappable;
+  };
+  const Case cases[] = {
+      {"JOS\u00C9 GARC\u00CDA", "JOS\xC9 GARC\xCD" "A", ""},
+      {"\u20AC 5 \u2013 ?", "\x80 5 \x96 ?", ""},  // a question mark of its own is kept
+      {"\xC2\x81", "\x81", ""},                     // a C1 control that has a byte
+      {"", "", ""},
+      {"a\u65E5b\u00E9", std::nullopt, "\u65E5"},  // the first character without a byte is named
+      {"\xC2\x80", std::nullopt, "\xC2\x80"},      // the C1 control whose byte is the euro
+      {"caf\xE9", std::nullopt, ""},                 // not UTF-8: nothing to name
+      {"\xED\xA0\x80", std::nullopt, ""},           // a surrogate
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.utf8);
+    std::string unmappable = "left over";
+    EXPECT_EQ(Utf8ToWin1252Exactly(c.utf8, &unmappable), c.bytes);
+    EXPECT_EQ(unmappable, c.unmappable);
+    EXPECT_EQ(IsValidUtf8(c.utf8), c.utf8 != "caf\xE9" && c.utf8 != "\xED\xA0\x80");
+  }
 }
 
 }  // namespace
