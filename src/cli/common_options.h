@@ -19,7 +19,8 @@ inline constexpr OptionSpec kEdition{"--edition", "NAME", ValueKind::kText,
                                      "application name of the settings and the logging INI file"};
 inline constexpr OptionSpec kSettings{"--settings", "FILE", ValueKind::kText,
                                       "the per-user settings file (default: $CW_SETTINGS, else\n"
-                                      "$XDG_CONFIG_HOME/callwarden-reports/<edition>.ini)"};
+                                      "CONFIG/callwarden-reports/<edition>.ini, where CONFIG is\n"
+                                      "$XDG_CONFIG_HOME, or ~/.config without it)"};
 inline constexpr OptionSpec kLog{"--log", "FILE", ValueKind::kText, "the call log (overrides the setting \"Logs\")"};
 inline constexpr OptionSpec kPath{"--path", "DIR", ValueKind::kText,
                                   "the logging program's folder: its INI file, BusyLines.log\n"

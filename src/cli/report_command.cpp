@@ -59,10 +59,9 @@ std::int16_t ActiveLines(const DataLocations& data) {
 // key. A blank is passed on (the form refuses a blank From; a blank To is
 // today).
 std::string StoredDate(const std::string& value, const SettingKey& key, std::string_view option,
-                       SettingsStore& store, std::string_view edition) {
+                       const IniSettingsStore& store, std::string_view edition) {
   if (Trim(value).empty() || StrictCaptionDate(value)) return value;
-  const auto* ini = dynamic_cast<const IniSettingsStore*>(&store);
-  const std::string file = ini != nullptr ? ini->FileFor(edition) : std::string("the settings");
+  const std::string file = store.FileFor(edition);
   throw UsageError{"the setting \"" + std::string(key.name) + "\" in " + file + " is \"" + value +
                    "\", not a date mm/dd/yyyy: give " + std::string(option) + " or correct the setting"};
 }
@@ -77,7 +76,7 @@ std::string Caption(CivilDate date) { return FormatDate(date, "mm/dd/yyyy"); }
 // failed. Throws UsageError for dates that cannot make a period and for
 // lines beyond the active line count.
 void FillRequest(ReportRequest& request, const ReportOptions& options, const ReportEnvironment& environment,
-                 SettingsStore& store, const ErrorBoxOutput& errors, CivilDate today, std::string& procedure) {
+                 IniSettingsStore& store, const ErrorBoxOutput& errors, CivilDate today, std::string& procedure) {
   const auto stored = [&](const SettingKey& key) {
     return GetOptions(store, environment.edition, kReportsSection, key.name, key.defaultValue, errors);
   };
