@@ -38,7 +38,7 @@ std::string CommandLineAdvice(std::string_view title, std::string_view text, con
   if (title == "Cannot Find the Call Logs File") {
     if (context.logPath.empty()) {
       return "cwreport: no call log is named (" + context.logSource +
-             " is empty): give it with --log FILE, and the logging program's folder with --path DIR";
+             "): give it with --log FILE, and the logging program's folder with --path DIR";
     }
     return "cwreport: there is no call log at \"" + context.logPath + "\" (from " + context.logSource +
            "): give it with --log FILE, and the logging program's folder with --path DIR";

@@ -13,7 +13,9 @@ namespace cw::cli {
 // looked for and what named that place.
 struct AdviceContext {
   std::string logPath;
-  std::string logSource;  // "--log", or "the setting \"Logs\" in FILE"
+  // What named the log: "--log", or "the setting \"Logs\" in FILE"; with no
+  // path, why there is none ("no --log, and the setting ... is empty").
+  std::string logSource;
 };
 
 // The command-line line that follows a box of this title and text; empty when

@@ -159,10 +159,15 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
 // Where the call log was looked for, and what named it, for the advice
 // that follows a "Cannot Find the Call Logs File" box.
 AdviceContext LogAdvice(const ReportOptions& options, const DataLocations& data, const IniSettingsStore& store) {
-  if (options.log) return AdviceContext{data.logs, "--log"};
   const std::string file = store.FileFor(options.edition);
-  return AdviceContext{data.logs, file.empty() ? "the setting \"Logs\", with no settings file to hold it"
-                                               : "the setting \"Logs\" in " + file};
+  if (!data.logs.empty()) {
+    return AdviceContext{data.logs, options.log ? "--log" : "the setting \"Logs\" in " + file};
+  }
+  if (options.log) return AdviceContext{{}, "--log is empty"};
+  if (file.empty()) {
+    return AdviceContext{{}, "no --log, and no settings file: CW_SETTINGS, XDG_CONFIG_HOME and HOME are unset"};
+  }
+  return AdviceContext{{}, "no --log, and the setting \"Logs\" in " + file + " is empty"};
 }
 
 int ExitStatus(RequestOutcome outcome) {

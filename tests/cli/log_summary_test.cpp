@@ -40,7 +40,9 @@ TEST_F(LogSummary, FindsTheLogThroughTheSettingsOrRefuses) {
 
   const ProgramRun missing = Cwreport("log-summary --log " + Quote(Path("none.txt")));
   EXPECT_EQ(missing.status, 2);
-  EXPECT_NE(missing.err.find("Cannot Find the Call Logs File"), std::string::npos) << missing.err;
+  EXPECT_NE(missing.err.find("Cannot Find the Call Logs File: " + Path("none.txt") + " (from --log)"),
+            std::string::npos)
+      << missing.err;
 
   EXPECT_EQ(Cwreport("log-summary --log").status, 2);
   EXPECT_EQ(Cwreport("log-summary --today 13/45/x --log " + Quote(log)).status, 2);

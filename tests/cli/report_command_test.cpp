@@ -55,8 +55,8 @@ TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
   const Case logCases[] = {
       {" --log " + Quote(Path("missing.txt")),
        kMissingLog + "cwreport: there is no call log at \"" + Path("missing.txt") + "\" (from --log" + kGiveLog},
-      {"", kMissingLog + "cwreport: no call log is named (the setting \"Logs\" in " + settings_ + " is empty" +
-               kGiveLog},
+      {"", kMissingLog + "cwreport: no call log is named (no --log, and the setting \"Logs\" in " + settings_ +
+               " is empty" + kGiveLog},
   };
   for (const Case& c : logCases) {
     SCOPED_TRACE(c.arguments);
@@ -77,7 +77,8 @@ TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
       {"--report number --search ' ' " + std::string(kJanuary),
        "Missing Search Criteria: Please Enter a Number\n"
        "cwreport: give the name or number to look for with --search TEXT\n"},
-      {"--report abandoned " + std::string(kJanuary), "Missing Filter: Please Choose One or More Options\n" + kNoFilter},
+      {"--report abandoned " + std::string(kJanuary),
+       "Missing Filter: Please Choose One or More Options\n" + kNoFilter},
       {"--report abandoned --not-lasting 12a " + std::string(kJanuary),
        "Missing Filter (Time In Seconds): Please Enter a Valid Numberic Time In Seconds\n"
        "cwreport: --not-lasting needs a whole number of seconds\n"},
