@@ -19,12 +19,21 @@ std::string CleanNumber(std::string_view numberField) {
   return clean;
 }
 
+// A number as typed: written as the reports print it ("(555) 019-8841") it
+// finds the calls of "5550198841". Text with nothing left after cleaning
+// ("-", "()") stays as typed, so it matches nothing instead of every call.
+static std::string CleanSearchNumber(std::string_view searchText) {
+  std::string clean = CleanNumber(searchText);
+  if (clean.empty()) clean = Trim(searchText);
+  return clean;
+}
+
 std::vector<std::string> NumberSearchList(std::string_view searchText) {
   std::vector<std::string> list;
   std::size_t start = 0;
   while (true) {
     const std::size_t comma = searchText.find(',', start);
-    list.push_back(CleanNumber(searchText.substr(start, comma == std::string_view::npos ? comma : comma - start)));
+    list.push_back(CleanSearchNumber(searchText.substr(start, comma == std::string_view::npos ? comma : comma - start)));
     if (comma == std::string_view::npos) break;
     start = comma + 1;
   }
@@ -54,7 +63,7 @@ RecordSelection::RecordSelection(std::string_view buffer, SelectionCriteria crit
     nameSearch_ = LowerCase(criteria_.searchText);
     if (!criteria_.partial) nameSearch_ = std::string(Trim(nameSearch_));
   } else if (criteria_.search == SearchBy::kNumber && criteria_.partial) {
-    numberPart_ = CleanNumber(criteria_.searchText);
+    numberPart_ = CleanSearchNumber(criteria_.searchText);
   } else if (criteria_.search == SearchBy::kNumber) {
     for (std::string& entry : NumberSearchList(criteria_.searchText)) {
       ListedNumber listed;

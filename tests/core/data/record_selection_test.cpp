@@ -172,6 +172,11 @@ TEST(RecordSelection, NumberSearch) {
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "D"}));
   criteria.searchText = "555";
   EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
+  // Punctuation alone is no number: it must not match every call.
+  for (const char* punctuation : {"-", "()", " - "}) {
+    criteria.searchText = punctuation;
+    EXPECT_EQ(Selected(log, criteria), Names{}) << punctuation;
+  }
 
   // A line that ends inside the number column has a shorter number.
   const std::string cut = "01/15/2024 9:05AM  (555) 12\r\n";
