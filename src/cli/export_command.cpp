@@ -1,6 +1,9 @@
 // cwreport export: replays a kept spool file into the text export, a PDF and
 // page images, as the report that made it would have.
+#include <unistd.h>
+
 #include <charconv>
+#include <iostream>
 #include <exception>
 #include <ostream>
 #include <optional>
@@ -10,12 +13,15 @@
 #include <vector>
 
 #include "cli/export_command.h"
+#include "cli/output_checks.h"
 #include "cli/stream_output_file.h"
+#include "cli/utf8_text_output.h"
 #include "cli/whole_document_replay.h"
 #include "platform/headless_application.h"
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
 #include "printer/spool_reader.h"
+#include "printer/staged_outputs.h"
 #include "printer/text_export.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
@@ -28,16 +34,18 @@ constexpr const char* kExportHelp =
     "                             [--paper letter|a4]\n"
     "\n"
     "Replays a kept spool file (cwreport --spool) into one or more outputs:\n"
-    "  --text FILE|-   the text export (Windows-1252, CR LF); - writes it to stdout.\n"
+    "  --text FILE|-   the text export (Windows-1252, CR LF); - writes it to stdout\n"
+    "                  (in UTF-8 with LF when stdout is a terminal).\n"
     "                  The default when no output is named is --text -.\n"
-    "  --pdf FILE      a PDF with the report's fonts embedded\n"
+    "  --pdf FILE|-    a PDF with the report's fonts embedded; - writes it to stdout\n"
     "  --png DIR       one image per page, DIR/page-0001.png ... (DIR is created)\n"
     "  --dpi N         resolution of the page images, 10 to 600 (default 150)\n"
     "  --paper P       the paper the report was laid out for: letter (default) or a4\n"
     "\n"
-    "Outputs appear under their names only when complete. Problems of a damaged\n"
-    "spool and picture files that cannot be loaded are listed on stderr; what\n"
-    "could be used is still exported.\n"
+    "Outputs appear under their names only when all of them are complete. Problems\n"
+    "of a damaged spool and picture files that cannot be loaded are listed on\n"
+    "stderr; what could be used is still exported. A file with no spool header\n"
+    "exports nothing.\n"
     "\n"
     "Exit status: 0 done, 1 an error or problems in the spool, 2 bad usage.\n";
 
@@ -145,30 +153,53 @@ int Export(const ExportRequest& request, std::ostream& out, std::ostream& err) {
   ProblemList problems;
   // Reading the header first reports a missing or unreadable spool before
   // any output is touched.
-  const SpoolHeader header = SpoolReader(request.spool).Header();
+  SpoolReader first(request.spool);
+  if (!first.HasHeader()) {
+    // Not even a header (an empty file, say): there is no document, so there
+    // are no outputs either.
+    problems.Add(first.Problems());
+    for (const std::string& line : problems.Lines()) err << request.spool << ": " << line << "\n";
+    err << "cwreport export: " << request.spool << " holds no report; nothing was exported\n";
+    return 1;
+  }
+  const SpoolHeader header = first.Header();
+  std::vector<NamedOutput> outputs;
+  if (request.text) outputs.push_back({"--text", *request.text, false});
+  if (request.pdf) outputs.push_back({"--pdf", *request.pdf, false});
+  if (request.png) outputs.push_back({"--png", *request.png, true});
+  CheckOutputs(outputs, {{"the spool being exported", request.spool}});
 
-  if (request.text) {
-    if (*request.text == "-") {
-      SpoolReader reader(request.spool);
-      StreamOutputFile output(out);
-      ExportSpoolText(reader, output);
-      output.Commit();
-      problems.Add(reader.Problems());
-    } else {
-      problems.Add(ExportSpoolToTextFile(request.spool, *request.text));
-    }
+  // Every file is complete before any takes its name; standard output, which
+  // cannot be called back, is written after the files.
+  StagedOutputs staged;
+  const auto application = request.pdf || request.png ? MakeHeadlessApplication() : nullptr;
+  const auto exportText = [&](OutputFile& output) {
+    SpoolReader reader(request.spool);
+    ExportSpoolText(reader, output);
+    output.Commit();
+    problems.Add(reader.Problems());
+  };
+  if (request.text && *request.text != "-") exportText(staged.Add(*request.text));
+  if (request.pdf && *request.pdf != "-") {
+    PdfPageDevice device(*request.pdf, Win1252ToUtf8(header.title), &staged);
+    problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
   }
-  if (request.pdf || request.png) {
-    const auto application = MakeHeadlessApplication();
-    if (request.pdf) {
-      PdfPageDevice device(*request.pdf, Win1252ToUtf8(header.title));
-      problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
-    }
-    if (request.png) {
-      PngPageDevice device(*request.png, request.dpi.value_or(kDefaultDpi));
-      problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
-    }
+  if (request.png) {
+    PngPageDevice device(*request.png, request.dpi.value_or(kDefaultDpi), &staged);
+    problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
   }
+  StreamOutputFile stream(out);
+  if (request.text == "-") {
+    // A person at a terminal reads UTF-8; a pipe gets the file format.
+    Utf8TextOutput utf8(stream);
+    const bool terminal = &out == &std::cout && ::isatty(STDOUT_FILENO) == 1;
+    exportText(terminal ? static_cast<OutputFile&>(utf8) : stream);
+  }
+  if (request.pdf == "-") {
+    PdfPageDevice device(stream, Win1252ToUtf8(header.title));
+    problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
+  }
+  staged.Publish();
   for (const std::string& line : problems.Lines()) err << request.spool << ": " << line << "\n";
   return problems.Lines().empty() ? 0 : 1;
 }
@@ -189,6 +220,9 @@ int RunExport(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   try {
     return Export(request, out, err);
+  } catch (const OutputRefusal& refusal) {
+    err << "cwreport export: " << refusal.text << "\n";
+    return 2;
   } catch (const RuntimeError& error) {
     err << "cwreport export: error " << error.Number() << ": " << error.what() << "\n";
   } catch (const std::exception& error) {

@@ -1,6 +1,11 @@
 // cwreport: the headless front end. Each subcommand lives in its own file and
 // is listed below; arguments that start with no subcommand name are a report
 // request.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -10,6 +15,7 @@
 #include "cli/export_command.h"
 #include "cli/log_summary_command.h"
 #include "cli/report_command.h"
+#include "support/temporary_files.h"
 
 namespace {
 
@@ -26,9 +32,18 @@ constexpr Subcommand kSubcommands[] = {
     {"export", cw::cli::RunExport},
 };
 
-}  // namespace
+// A standard stream the caller closed (">&-") would be taken by the next file
+// opened, and output meant for the terminal would land in it. /dev/null
+// opened for reading holds the place: a write to it fails, and is reported.
+void HoldClosedStandardStreams() {
+  for (int fd = 0; fd <= 2; ++fd) {
+    if (::fcntl(fd, F_GETFD) != -1 || errno != EBADF) continue;
+    const int held = ::open("/dev/null", O_RDONLY);
+    if (held >= 0 && held != fd) ::close(held);
+  }
+}
 
-int main(int argc, char** argv) {
+int RunCommand(int argc, char** argv) {
   if (argc >= 2) {
     for (const Subcommand& subcommand : kSubcommands) {
       if (argv[1] == subcommand.name) {
@@ -39,4 +54,20 @@ int main(int argc, char** argv) {
   }
   const std::vector<std::string> args(argv + 1, argv + argc);
   return cw::cli::RunReport(args, std::cout, std::cerr);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  HoldClosedStandardStreams();
+  cw::InstallTemporaryFileCleanup();
+  const int status = RunCommand(argc, argv);
+  // Output that never arrived (a full disk, a closed pipe) must not pass for
+  // a command that did its work. (A status of 1 has said what went wrong.)
+  errno = 0;
+  if (std::cout.flush() || status == 1) return status;
+  const int error = errno;
+  std::cerr << "cwreport: cannot write to standard output" << (error != 0 ? ": " : "")
+            << (error != 0 ? std::strerror(error) : "") << '\n';
+  return status == 0 ? 1 : status;
 }

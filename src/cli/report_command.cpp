@@ -10,19 +10,23 @@
 
 #include "cli/cli_report_host.h"
 #include "cli/local_clock.h"
+#include "cli/output_checks.h"
 #include "cli/report_options.h"
+#include "cli/report_settings.h"
 #include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
 #include "platform/headless_application.h"
 #include "platform/qt_text_metrics.h"
 #include "reports/form_error_box.h"
 #include "reports/get_history.h"
+#include "reports/busy_log.h"
 #include "reports/report_form.h"
 #include "settings/ini_settings_store.h"
 #include "settings/settings_keys.h"
 #include "settings/settings_values.h"
 #include "settings/startup.h"
 #include "support/date_format.h"
+#include "support/file_helpers.h"
 #include "support/runtime_error.h"
 
 namespace cw::cli {
@@ -92,6 +96,29 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
   request.lines = options.lines.value_or(LineChoice{});
 }
 
+// Every file the request may read, so that no output overwrites one of them.
+std::vector<NamedInput> InputsOf(const DataLocations& data, IniSettingsStore& store, const std::string& edition) {
+  std::vector<NamedInput> inputs{{"the call log", data.logs}, {"the logging program's settings", data.iniPath}};
+  if (!data.path.empty()) {
+    inputs.push_back({"the busy log", FindFileNoCase(data.path, kBusyLogName).value_or("")});
+  }
+  try {
+    inputs.push_back({"the settings file", store.FileFor(edition)});
+  } catch (const RuntimeError&) {
+    // An edition that names no file has no settings file to protect.
+  }
+  return inputs;
+}
+
+std::vector<NamedOutput> NamedOutputs(const ReportOutputs& outputs) {
+  std::vector<NamedOutput> named;
+  if (outputs.spool) named.push_back({"--spool", *outputs.spool, false});
+  if (outputs.text) named.push_back({"--text", *outputs.text, false});
+  if (outputs.pdf) named.push_back({"--pdf", *outputs.pdf, false});
+  if (outputs.png) named.push_back({"--png", *outputs.png, true});
+  return named;
+}
+
 int ExitStatus(RequestOutcome outcome) {
   switch (outcome) {
     case RequestOutcome::kProduced: return 0;
@@ -128,6 +155,7 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   if (options.log || options.path) {
     data = LocateData(options.edition, options.path.value_or(data.path), options.log.value_or(data.logs));
   }
+  CheckOutputs(NamedOutputs(options.outputs), InputsOf(data, store, options.edition));
   ReportEnvironment environment;
   environment.edition = options.edition;
   environment.logPath = data.logs;
@@ -138,10 +166,11 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   environment.measurePrinter = [paper] { return paper; };
 
   QtTextMetrics metrics;
-  ReportForm form(environment, host, metrics, store);
+  ReportSettings settings(store, err);
+  ReportForm form(environment, host, metrics, settings);
   RequestOutcome outcome = RequestOutcome::kFailed;
   if (options.history) {
-    outcome = GetHistory(form, host, store, *options.history);
+    outcome = GetHistory(form, host, settings, *options.history);
   } else {
     std::string procedure;
     bool filled = false;
@@ -155,7 +184,11 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   }
   if ((storeFailed || host.PrinterFailed()) && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
   host.ClearProgress();
-  if (outcome != RequestOutcome::kProduced) host.DiscardOutputs();
+  if (outcome == RequestOutcome::kProduced) {
+    host.CommitOutputs();
+  } else {
+    host.DiscardOutputs();
+  }
   return ExitStatus(outcome);
 }
 
@@ -175,6 +208,9 @@ int RunReport(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   try {
     return Run(options, out, err);
+  } catch (const OutputRefusal& refusal) {
+    err << "cwreport: " << refusal.text << '\n';
+    return 2;
   } catch (const RuntimeError& error) {
     err << "cwreport: error " << error.Number() << ": " << error.Description() << '\n';
   } catch (const std::exception& error) {

@@ -50,8 +50,10 @@ const std::string_view kReportHelp =
     "                        the paper of the --print printer, else letter)\n"
     "\n"
     "Outputs (any number; with none, --text -):\n"
-    "  --text FILE|-         the text export (Windows-1252, CR LF); - is standard output\n"
-    "  --pdf FILE            a PDF with the report's fonts embedded\n"
+    "  --text FILE|-         the text export (Windows-1252, CR LF); - is standard output,\n"
+    "                        in UTF-8 with LF when that is a terminal\n"
+    "  --encoding E          of the text export: windows-1252 (CR LF) or utf-8 (LF)\n"
+    "  --pdf FILE|-          a PDF with the report's fonts embedded; - is standard output\n"
     "  --png DIR             one image per page, DIR/page-0001.png, ... (--dpi N, 10 to\n"
     "                        600, default 150)\n"
     "  --spool FILE          keep the report's spool file (422-byte records); see\n"
@@ -292,6 +294,12 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
       }
     } else if (name == "--text") {
       once(options.outputs.text, takeValue());
+    } else if (name == "--encoding") {
+      const std::string encoding = takeValue();
+      if (encoding != "utf-8" && encoding != "windows-1252") {
+        throw UsageError{"--encoding must be utf-8 or windows-1252, not \"" + encoding + "\""};
+      }
+      once(options.outputs.encoding, encoding);
     } else if (name == "--pdf") {
       once(options.outputs.pdf, takeValue());
     } else if (name == "--png") {
