@@ -13,6 +13,7 @@
 #include "cli/output_checks.h"
 #include "cli/report_options.h"
 #include "cli/report_settings.h"
+#include "cli/spool_room.h"
 #include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
 #include "platform/headless_application.h"
@@ -119,6 +120,13 @@ std::vector<NamedOutput> NamedOutputs(const ReportOutputs& outputs) {
   return named;
 }
 
+// The requests whose spool grows with the whole log: every call listed.
+bool ListsWholeLog(const ReportOptions& options) {
+  if (options.history) return true;
+  return options.period == TimePeriod::kAllLogEntries &&
+         (options.kind == kind::kCallHistory || options.kind == kind::kByLineNumber);
+}
+
 int ExitStatus(RequestOutcome outcome) {
   switch (outcome) {
     case RequestOutcome::kProduced: return 0;
@@ -156,6 +164,7 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     data = LocateData(options.edition, options.path.value_or(data.path), options.log.value_or(data.logs));
   }
   CheckOutputs(NamedOutputs(options.outputs), InputsOf(data, store, options.edition));
+  if (ListsWholeLog(options)) CheckRoomForListing(TemporaryFolder(), data.logs);
   ReportEnvironment environment;
   environment.edition = options.edition;
   environment.logPath = data.logs;

@@ -113,16 +113,21 @@ AtomicFile::AtomicFile(std::string target, Publishing publishing)
   // A hidden name beside the target, so that the rename stays on one file
   // system, and so that a reader listing the folder does not take it for output.
   const std::string base = FolderOf(path_) + "/." + NameOf(path_) + "." + std::to_string(::getpid()) + ".";
-  for (int attempt = 0; fd_ < 0; ++attempt) {
-    temporary_ = base + std::to_string(temporaryCounter.fetch_add(1)) + ".tmp";
-    fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd_ < 0 && (errno != EEXIST || attempt > 100)) {
-      const int error = errno;
-      temporary_.clear();
-      Fail(error);
+  int error = 0;
+  {
+    const CleanupSignalsHeld held;
+    for (int attempt = 0; fd_ < 0; ++attempt) {
+      temporary_ = base + std::to_string(temporaryCounter.fetch_add(1)) + ".tmp";
+      fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      error = errno;
+      if (fd_ < 0 && (error != EEXIST || attempt > 100)) break;
     }
+    if (fd_ >= 0) RegisterTemporaryFile(temporary_);
   }
-  RegisterTemporaryFile(temporary_);
+  if (fd_ < 0) {
+    temporary_.clear();
+    Fail(error);
+  }
   if (replacing_) KeepOwnerAndMode();
   pending_.reserve(kBlockBytes);
 }

@@ -151,6 +151,7 @@ std::string GetTempFile(std::string_view prefix) {
   for (char c : prefix.substr(0, 3)) path += IsSeparator(c) ? '_' : c;
   path += "XXXXXX.tmp";
   // mkstemps makes the file exclusively, empty and readable by its owner only.
+  const CleanupSignalsHeld held;
   const int fd = ::mkstemps(path.data(), 4);
   if (fd < 0) return {};
   ::close(fd);

@@ -41,6 +41,15 @@ extern "C" void RemoveAtExit() { RemoveTemporaryFilesNow(); }
 
 }  // namespace
 
+CleanupSignalsHeld::CleanupSignalsHeld() {
+  sigset_t held;
+  sigemptyset(&held);
+  for (int signal : kCleanedSignals) sigaddset(&held, signal);
+  ::pthread_sigmask(SIG_BLOCK, &held, &previous_);
+}
+
+CleanupSignalsHeld::~CleanupSignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+
 void RegisterTemporaryFile(const std::string& path) {
   if (path.empty() || path.size() >= kLongestPath) return;
   for (Slot& slot : slots) {

@@ -4,6 +4,8 @@
 // leaving gigabytes in the temporary folder. Ordinary ways out remove their
 // files themselves and take them off the list.
 
+#include <signal.h>
+
 #include <string>
 
 namespace cw {
@@ -16,6 +18,20 @@ void RegisterTemporaryFile(const std::string& path);
 // Takes a file off the list (it has been removed or renamed to its final
 // name). Unknown names are ignored. Thread-safe.
 void ForgetTemporaryFile(const std::string& path);
+
+// Holds back the signals that remove the files, for as long as it lives: a
+// file made and then listed under one of these cannot be left behind by a
+// signal that comes between the two steps.
+class CleanupSignalsHeld {
+ public:
+  CleanupSignalsHeld();
+  ~CleanupSignalsHeld();
+  CleanupSignalsHeld(const CleanupSignalsHeld&) = delete;
+  CleanupSignalsHeld& operator=(const CleanupSignalsHeld&) = delete;
+
+ private:
+  sigset_t previous_;
+};
 
 // Removes every file on the list, using only async-signal-safe calls.
 void RemoveTemporaryFilesNow() noexcept;
