@@ -2,7 +2,14 @@
 
 #include <sys/stat.h>
 
+#include "cli/report_options.h"
+#include "cli/spool_room.h"
+#include "reports/busy_log.h"
+#include "settings/ini_settings_store.h"
+#include "settings/startup.h"
 #include "support/atomic_file.h"
+#include "support/file_helpers.h"
+#include "support/runtime_error.h"
 
 namespace cw::cli {
 
@@ -20,7 +27,43 @@ void CheckFolder(const NamedOutput& output) {
   }
 }
 
+// Every file the request may read, so that no output overwrites one of them.
+std::vector<NamedInput> InputsOf(const DataLocations& data, const IniSettingsStore& store, const std::string& edition) {
+  std::vector<NamedInput> inputs{{"the call log", data.logs}, {"the logging program's settings", data.iniPath}};
+  if (!data.path.empty()) {
+    inputs.push_back({"the busy log", FindFileNoCase(data.path, kBusyLogName).value_or("")});
+  }
+  try {
+    inputs.push_back({"the settings file", store.FileFor(edition)});
+  } catch (const RuntimeError&) {
+    // An edition that names no file has no settings file to protect.
+  }
+  return inputs;
+}
+
+std::vector<NamedOutput> NamedOutputs(const ReportOutputs& outputs) {
+  std::vector<NamedOutput> named;
+  if (outputs.spool) named.push_back({"--spool", *outputs.spool, false});
+  if (outputs.text) named.push_back({"--text", *outputs.text, false});
+  if (outputs.pdf) named.push_back({"--pdf", *outputs.pdf, false});
+  if (outputs.png) named.push_back({"--png", *outputs.png, true});
+  return named;
+}
+
+// The requests whose spool grows with the whole log: every call listed.
+bool ListsWholeLog(const ReportOptions& options) {
+  if (options.history) return true;
+  return options.period == TimePeriod::kAllLogEntries &&
+         (options.kind == kind::kCallHistory || options.kind == kind::kByLineNumber);
+}
+
 }  // namespace
+
+void CheckReportOutputs(const ReportOptions& options, const DataLocations& data, const IniSettingsStore& store,
+                        const std::string& tempFolder) {
+  CheckOutputs(NamedOutputs(options.outputs), InputsOf(data, store, options.edition));
+  if (ListsWholeLog(options)) CheckRoomForListing(tempFolder, data.logs);
+}
 
 void CheckOutputs(const std::vector<NamedOutput>& outputs, const std::vector<NamedInput>& inputs) {
   int toStandardOutput = 0;

@@ -8,7 +8,14 @@
 #include <string>
 #include <vector>
 
+namespace cw {
+class IniSettingsStore;
+struct DataLocations;
+}  // namespace cw
+
 namespace cw::cli {
+
+struct ReportOptions;
 
 // A request refused before it ran (exit status 2).
 struct OutputRefusal {
@@ -28,5 +35,11 @@ struct NamedInput {
 
 // Throws OutputRefusal naming the option, the path and what is wrong.
 void CheckOutputs(const std::vector<NamedOutput>& outputs, const std::vector<NamedInput>& inputs);
+
+// The checks of a report request: its outputs against the call log, the busy
+// log, the logging program's INI file and the settings file; and, for a
+// listing of the whole log, the room for its spool in tempFolder.
+void CheckReportOutputs(const ReportOptions& options, const DataLocations& data, const IniSettingsStore& store,
+                        const std::string& tempFolder);
 
 }  // namespace cw::cli

@@ -13,21 +13,18 @@
 #include "cli/output_checks.h"
 #include "cli/report_options.h"
 #include "cli/report_settings.h"
-#include "cli/spool_room.h"
 #include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
 #include "platform/headless_application.h"
 #include "platform/qt_text_metrics.h"
 #include "reports/form_error_box.h"
 #include "reports/get_history.h"
-#include "reports/busy_log.h"
 #include "reports/report_form.h"
 #include "settings/ini_settings_store.h"
 #include "settings/settings_keys.h"
 #include "settings/settings_values.h"
 #include "settings/startup.h"
 #include "support/date_format.h"
-#include "support/file_helpers.h"
 #include "support/runtime_error.h"
 
 namespace cw::cli {
@@ -97,36 +94,6 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
   request.lines = options.lines.value_or(LineChoice{});
 }
 
-// Every file the request may read, so that no output overwrites one of them.
-std::vector<NamedInput> InputsOf(const DataLocations& data, IniSettingsStore& store, const std::string& edition) {
-  std::vector<NamedInput> inputs{{"the call log", data.logs}, {"the logging program's settings", data.iniPath}};
-  if (!data.path.empty()) {
-    inputs.push_back({"the busy log", FindFileNoCase(data.path, kBusyLogName).value_or("")});
-  }
-  try {
-    inputs.push_back({"the settings file", store.FileFor(edition)});
-  } catch (const RuntimeError&) {
-    // An edition that names no file has no settings file to protect.
-  }
-  return inputs;
-}
-
-std::vector<NamedOutput> NamedOutputs(const ReportOutputs& outputs) {
-  std::vector<NamedOutput> named;
-  if (outputs.spool) named.push_back({"--spool", *outputs.spool, false});
-  if (outputs.text) named.push_back({"--text", *outputs.text, false});
-  if (outputs.pdf) named.push_back({"--pdf", *outputs.pdf, false});
-  if (outputs.png) named.push_back({"--png", *outputs.png, true});
-  return named;
-}
-
-// The requests whose spool grows with the whole log: every call listed.
-bool ListsWholeLog(const ReportOptions& options) {
-  if (options.history) return true;
-  return options.period == TimePeriod::kAllLogEntries &&
-         (options.kind == kind::kCallHistory || options.kind == kind::kByLineNumber);
-}
-
 int ExitStatus(RequestOutcome outcome) {
   switch (outcome) {
     case RequestOutcome::kProduced: return 0;
@@ -163,8 +130,7 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   if (options.log || options.path) {
     data = LocateData(options.edition, options.path.value_or(data.path), options.log.value_or(data.logs));
   }
-  CheckOutputs(NamedOutputs(options.outputs), InputsOf(data, store, options.edition));
-  if (ListsWholeLog(options)) CheckRoomForListing(TemporaryFolder(), data.logs);
+  CheckReportOutputs(options, data, store, TemporaryFolder());
   ReportEnvironment environment;
   environment.edition = options.edition;
   environment.logPath = data.logs;
