@@ -2,10 +2,12 @@
 // input or something that is not a file, a request that fails leaves the
 // files of an earlier run as they were, and a killed run leaves no spool.
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -209,6 +211,45 @@ TEST_F(OutputSafety, TextEncodingAndThePdfOnStandardOutput) {
   EXPECT_TRUE(pdf.starts_with("%PDF-")) << pdf.substr(0, 20);
   EXPECT_FALSE(fs::exists(Path("-")));
   EXPECT_EQ(Report(request + " --pdf - --text -").status, 2);
+}
+
+// Standard output on a terminal: the text comes in UTF-8 with LF, unless
+// --encoding asks for the file format. The terminal is a pseudo-terminal in
+// raw mode, so that its own line discipline adds no CR.
+TEST_F(OutputSafety, TextOnATerminalIsUtf8WithLf) {
+  const std::string request = "--report name --search 'M\xDCLLER ANNA' " + std::string(kJanuary);
+  for (const bool fileFormat : {false, true}) {
+    SCOPED_TRACE(fileFormat);
+    int terminal = -1;
+    int inside = -1;
+    ASSERT_EQ(::openpty(&terminal, &inside, nullptr, nullptr, nullptr), 0);
+    termios raw{};
+    ::tcgetattr(inside, &raw);
+    ::cfmakeraw(&raw);
+    ::tcsetattr(inside, TCSANOW, &raw);
+    const std::string command = Quote(Program()) + " " + DataOptions() + request +
+                                (fileFormat ? " --encoding windows-1252" : "") + " 2>" + Quote(Path("err.txt"));
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::dup2(inside, STDOUT_FILENO);
+      ::close(terminal);
+      ::close(inside);
+      ::execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+      ::_exit(127);
+    }
+    ::close(inside);
+    std::string out;
+    char chunk[4096];
+    // The terminal reads end (EIO) once the program has closed it.
+    for (ssize_t n; (n = ::read(terminal, chunk, sizeof chunk)) > 0;) out.append(chunk, static_cast<std::size_t>(n));
+    ::close(terminal);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << ReadFile(Path("err.txt"));
+    EXPECT_NE(out.find(fileFormat ? "M\xDCLLER ANNA" : "M\xC3\x9CLLER ANNA"), std::string::npos) << out;
+    EXPECT_EQ(out.find('\r') != std::string::npos, fileFormat) << out;
+  }
 }
 
 // A spool bigger than the temporary folder can hold is refused before it is
