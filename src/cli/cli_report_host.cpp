@@ -1,13 +1,16 @@
 #include "cli/cli_report_host.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <ostream>
-#include <system_error>
 
 #include "cli/local_clock.h"
 #include "cli/stream_output_file.h"
 #include "cli/system_printer.h"
+#include "cli/utf8_text_output.h"
 #include "cli/whole_document_replay.h"
 #include "platform/bar_chart.h"
 #include "platform/pdf_page_device.h"
@@ -30,7 +33,12 @@ constexpr std::size_t kCopyBlock = 1 << 20;
 
 CliReportHost::CliReportHost(ReportOutputs outputs, PageSetup paper, CivilDate today, std::ostream& out,
                              std::ostream& err, bool progressBar)
-    : outputs_(std::move(outputs)), paper_(paper), today_(today), out_(out), err_(err), progress_(progressBar) {}
+    : outputs_(std::move(outputs)), paper_(paper), today_(today), out_(out), err_(err), progress_(progressBar) {
+  // The file format is for files and the programs that read them; a person
+  // at a terminal reads UTF-8.
+  utf8Text_ = outputs_.encoding ? *outputs_.encoding == "utf-8"
+                                : outputs_.text == "-" && &out_ == &std::cout && ::isatty(STDOUT_FILENO) == 1;
+}
 
 MessageAnswer CliReportHost::MessageBox(std::string_view title, std::string_view text, MessageIcon,
                                         MessageButtons buttons) {
@@ -80,12 +88,18 @@ void CliReportHost::ShowPreview(OrlPrinter& document) {
   // report's DestroyReport deletes it, so everything is taken from it now.
   const std::string spool = document.PrintFile();
   if (outputs_.spool) KeepSpool(spool, OutputName(*outputs_.spool, false));
-  if (outputs_.text) WriteText(spool, *outputs_.text == "-" ? "-" : OutputName(*outputs_.text, false));
-  if (outputs_.pdf) WritePdf(spool, OutputName(*outputs_.pdf, false), document.Title());
+  if (outputs_.text && *outputs_.text != "-") WriteText(spool, OutputName(*outputs_.text, false));
+  if (outputs_.pdf && *outputs_.pdf != "-") WritePdf(spool, OutputName(*outputs_.pdf, false), document.Title());
   if (outputs_.png) WritePng(spool, OutputName(*outputs_.png, true));
-  // Last: a job that has gone to the printer cannot be called back when a
-  // file above fails.
-  if (outputs_.print && !printerFailed_) Print(document);
+  // What went to standard output cannot be called back: it goes once every
+  // file of the document is complete.
+  WriteStandardOutput(spool, document.Title());
+  // Last: a job that has gone to the printer cannot be called back either,
+  // so the files take their names first.
+  if (outputs_.print && !printerFailed_) {
+    CommitOutputs();
+    Print(document);
+  }
 }
 
 void CliReportHost::Print(OrlPrinter& document) {
@@ -121,7 +135,7 @@ void CliReportHost::Print(OrlPrinter& document) {
 void CliReportHost::KeepSpool(const std::string& spool, const std::string& target) {
   std::ifstream in(spool, std::ios::binary);
   if (!in) throw RuntimeError(err::kFileNotFound, "Cannot read the spool file " + spool);
-  AtomicOutputFile output(target);
+  AtomicOutputFile& output = staged_.Add(target);
   std::string block(kCopyBlock, '\0');
   while (in) {
     in.read(block.data(), static_cast<std::streamsize>(block.size()));
@@ -129,58 +143,51 @@ void CliReportHost::KeepSpool(const std::string& spool, const std::string& targe
   }
   if (in.bad()) throw RuntimeError(err::kPathFileAccess, "Cannot read the spool file " + spool);
   output.Commit();
-  written_.push_back(target);
 }
 
 void CliReportHost::WriteText(const std::string& spool, const std::string& target) {
+  ExportText(spool, staged_.Add(target));
+}
+
+void CliReportHost::ExportText(const std::string& spool, OutputFile& file) {
   const ExportProgress progress = [this](std::int64_t done, std::int64_t total) { progress_.Update(done, total); };
-  if (target == "-") {
-    SpoolReader reader(spool);
-    StreamOutputFile output(out_);
-    ExportSpoolText(reader, output, progress);
-    output.Commit();
-    ReportProblems(spool, reader.Problems().Lines());
-    return;
-  }
-  const SpoolProblems problems = ExportSpoolToTextFile(spool, target, progress);
-  written_.push_back(target);
-  ReportProblems(spool, problems.Lines());
+  SpoolReader reader(spool);
+  Utf8TextOutput utf8(file);
+  OutputFile& output = utf8Text_ ? static_cast<OutputFile&>(utf8) : file;
+  ExportSpoolText(reader, output, progress);
+  output.Commit();
+  ReportProblems(spool, reader.Problems().Lines());
 }
 
 void CliReportHost::WritePdf(const std::string& spool, const std::string& target, const std::string& title) {
-  PdfPageDevice device(target, Win1252ToUtf8(title));
+  PdfPageDevice device(target, Win1252ToUtf8(title), &staged_);
   const SpoolProblems problems = ReplayWholeDocument(spool, device, paper_);
-  written_.push_back(target);
   ReportProblems(spool, problems.Lines());
 }
 
 void CliReportHost::WritePng(const std::string& spool, const std::string& folder) {
-  std::error_code error;
-  const bool existed = std::filesystem::exists(folder, error);
-  PngPageDevice device(folder, outputs_.dpi.value_or(kDefaultDpi));
+  PngPageDevice device(folder, outputs_.dpi.value_or(kDefaultDpi), &staged_);
   const SpoolProblems problems = ReplayWholeDocument(spool, device, paper_);
-  for (int page = 1; page <= device.PagesWritten(); ++page) {
-    written_.push_back((std::filesystem::path(folder) / PngPageDevice::PageFileName(page)).string());
-  }
-  // A folder made for these pages goes with them.
-  if (!existed) written_.push_back(folder);
   ReportProblems(spool, problems.Lines());
+}
+
+void CliReportHost::WriteStandardOutput(const std::string& spool, const std::string& title) {
+  if (outputs_.text == "-") {
+    StreamOutputFile output(out_);
+    ExportText(spool, output);
+  }
+  if (outputs_.pdf == "-") {
+    StreamOutputFile output(out_);
+    PdfPageDevice device(output, Win1252ToUtf8(title));
+    const SpoolProblems problems = ReplayWholeDocument(spool, device, paper_);
+    ReportProblems(spool, problems.Lines());
+  }
 }
 
 // A spool this program has just written has no problems; if one turns up,
 // it is shown rather than lost.
 void CliReportHost::ReportProblems(const std::string& spool, const std::vector<std::string>& lines) {
   for (const std::string& line : lines) err_ << spool << ": " << line << '\n';
-}
-
-void CliReportHost::DiscardOutputs() {
-  // In the order written: the page images come before the folder made for
-  // them, which goes only when it is empty.
-  for (const std::string& path : written_) {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
-  }
-  written_.clear();
 }
 
 }  // namespace cw::cli

@@ -12,13 +12,16 @@
 #include "cli/command_line_advice.h"
 #include "cli/report_options.h"
 #include "cli/terminal_progress.h"
+#include "printer/staged_outputs.h"
 #include "reports/report_host.h"
 
 namespace cw::cli {
 
 class CliReportHost final : public ReportHost {
  public:
-  // out receives "--text -"; err the messages. progressBar: err is a terminal.
+  // out receives "--text -" (in UTF-8 when it is the process's standard
+  // output on a terminal, unless --encoding says otherwise); err the
+  // messages. progressBar: err is a terminal.
   // paper: the page the report is laid out on. With --print, outputs.printer
   // is a name ChoosePrinter gave.
   CliReportHost(ReportOutputs outputs, PageSetup paper, CivilDate today, std::ostream& out, std::ostream& err,
@@ -33,10 +36,11 @@ class CliReportHost final : public ReportHost {
   void SetBusy(bool busy) override;
   void DoEvents() override;
   void Progress(std::int64_t done, std::int64_t total) override;
-  // Writes every requested output of the finished document, and prints it
-  // last. Throws RuntimeError when a file cannot be written (the report's
-  // error box); a printer that fails is told on err and kept in
-  // PrinterFailed().
+  // Writes every requested output of the finished document under temporary
+  // names (standard output last, after the files are complete), and prints
+  // it last, once the files have taken their names. Throws RuntimeError when
+  // a file cannot be written (the report's error box); a printer that fails
+  // is told on err and kept in PrinterFailed().
   void ShowPreview(OrlPrinter& document) override;
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override;
   // No screen: the preview's size is of no use here.
@@ -47,9 +51,12 @@ class CliReportHost final : public ReportHost {
 
   // Documents written so far.
   int Documents() const { return documents_; }
-  // Removes every output file written so far: a request that ended in an
-  // error leaves none behind.
-  void DiscardOutputs();
+  // The files of a request that produced its documents take their names, all
+  // together. Errors 75/76.
+  void CommitOutputs() { staged_.Publish(); }
+  // Removes every output file written but not committed: a request that
+  // ended in an error leaves the files of an earlier run as they were.
+  void DiscardOutputs() { staged_.Discard(); }
   void ClearProgress() { progress_.Clear(); }
   // Where the call log was looked for, for the advice after a box.
   void SetAdviceContext(AdviceContext context) { advice_ = std::move(context); }
@@ -62,8 +69,10 @@ class CliReportHost final : public ReportHost {
   void WriteText(const std::string& spool, const std::string& target);
   void WritePdf(const std::string& spool, const std::string& target, const std::string& title);
   void WritePng(const std::string& spool, const std::string& folder);
+  void WriteStandardOutput(const std::string& spool, const std::string& title);
   void Print(OrlPrinter& document);
   void ReportProblems(const std::string& spool, const std::vector<std::string>& lines);
+  void ExportText(const std::string& spool, OutputFile& output);
 
   ReportOutputs outputs_;
   PageSetup paper_;
@@ -73,7 +82,8 @@ class CliReportHost final : public ReportHost {
   TerminalProgress progress_;
   int documents_ = 0;
   bool printerFailed_ = false;
-  std::vector<std::string> written_;
+  StagedOutputs staged_;
+  bool utf8Text_ = false;
   AdviceContext advice_;
 };
 

@@ -28,10 +28,12 @@ inline constexpr OptionSpec kPath{"--path", "DIR", ValueKind::kText,
 inline constexpr OptionSpec kToday{"--today", "DATE", ValueKind::kText,
                                    "the date to take for today (default: the system clock)"};
 inline constexpr OptionSpec kText{"--text", "FILE|-", ValueKind::kText,
-                                  "the text export (Windows-1252, CR LF); - is standard output"};
+                                  "the text export (Windows-1252, CR LF); - is standard output,\n"
+                                  "in UTF-8 with LF when that is a terminal"};
 inline constexpr OptionSpec kEncoding{"--encoding", "E", ValueKind::kText,
                                       "the characters of the text export: windows-1252 or utf-8"};
-inline constexpr OptionSpec kPdf{"--pdf", "FILE", ValueKind::kText, "a PDF with the report's fonts embedded"};
+inline constexpr OptionSpec kPdf{"--pdf", "FILE|-", ValueKind::kText,
+                                 "a PDF with the report's fonts embedded; - is standard output"};
 inline constexpr OptionSpec kPng{"--png", "DIR", ValueKind::kText,
                                  "one image per page, DIR/page-0001.png, ... (DIR is created)"};
 inline constexpr OptionSpec kDpi{"--dpi", "N", ValueKind::kWhole,

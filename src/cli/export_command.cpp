@@ -1,6 +1,9 @@
 // cwreport export: replays a kept spool file into the text export, a PDF and
 // page images, as the report that made it would have.
+#include <unistd.h>
+
 #include <array>
+#include <iostream>
 #include <exception>
 #include <ostream>
 #include <optional>
@@ -12,12 +15,15 @@
 #include "cli/common_options.h"
 #include "cli/export_command.h"
 #include "cli/option_table.h"
+#include "cli/output_checks.h"
 #include "cli/stream_output_file.h"
+#include "cli/utf8_text_output.h"
 #include "cli/whole_document_replay.h"
 #include "platform/headless_application.h"
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
 #include "printer/spool_reader.h"
+#include "printer/staged_outputs.h"
 #include "printer/text_export.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
@@ -92,30 +98,53 @@ int Export(const ExportRequest& request, std::ostream& out, std::ostream& err) {
   ProblemList problems;
   // Reading the header first reports a missing or unreadable spool before
   // any output is touched.
-  const SpoolHeader header = SpoolReader(request.spool).Header();
+  SpoolReader first(request.spool);
+  if (!first.HasHeader()) {
+    // Not even a header (an empty file, say): there is no document, so there
+    // are no outputs either.
+    problems.Add(first.Problems());
+    for (const std::string& line : problems.Lines()) err << request.spool << ": " << line << "\n";
+    err << "cwreport export: " << request.spool << " holds no report; nothing was exported\n";
+    return 1;
+  }
+  const SpoolHeader header = first.Header();
+  std::vector<NamedOutput> outputs;
+  if (request.text) outputs.push_back({"--text", *request.text, false});
+  if (request.pdf) outputs.push_back({"--pdf", *request.pdf, false});
+  if (request.png) outputs.push_back({"--png", *request.png, true});
+  CheckOutputs(outputs, {{"the spool being exported", request.spool}});
 
-  if (request.text) {
-    if (*request.text == "-") {
-      SpoolReader reader(request.spool);
-      StreamOutputFile output(out);
-      ExportSpoolText(reader, output);
-      output.Commit();
-      problems.Add(reader.Problems());
-    } else {
-      problems.Add(ExportSpoolToTextFile(request.spool, *request.text));
-    }
+  // Every file is complete before any takes its name; standard output, which
+  // cannot be called back, is written after the files.
+  StagedOutputs staged;
+  const auto application = request.pdf || request.png ? MakeHeadlessApplication() : nullptr;
+  // A person at a terminal reads UTF-8; files and pipes get the file format,
+  // unless --encoding says otherwise.
+  const auto exportText = [&](OutputFile& file, bool terminal) {
+    Utf8TextOutput utf8(file);
+    const bool inUtf8 = request.encoding.empty() ? terminal : request.encoding == "utf-8";
+    OutputFile& output = inUtf8 ? static_cast<OutputFile&>(utf8) : file;
+    SpoolReader reader(request.spool);
+    ExportSpoolText(reader, output);
+    output.Commit();
+    problems.Add(reader.Problems());
+  };
+  if (request.text && *request.text != "-") exportText(staged.Add(*request.text), false);
+  if (request.pdf && *request.pdf != "-") {
+    PdfPageDevice device(*request.pdf, Win1252ToUtf8(header.title), &staged);
+    problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
   }
-  if (request.pdf || request.png) {
-    const auto application = MakeHeadlessApplication();
-    if (request.pdf) {
-      PdfPageDevice device(*request.pdf, Win1252ToUtf8(header.title));
-      problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
-    }
-    if (request.png) {
-      PngPageDevice device(*request.png, request.dpi.value_or(kDefaultDpi));
-      problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
-    }
+  if (request.png) {
+    PngPageDevice device(*request.png, request.dpi.value_or(kDefaultDpi), &staged);
+    problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
   }
+  StreamOutputFile stream(out);
+  if (request.text == "-") exportText(stream, &out == &std::cout && ::isatty(STDOUT_FILENO) == 1);
+  if (request.pdf == "-") {
+    PdfPageDevice device(stream, Win1252ToUtf8(header.title));
+    problems.Add(ReplayWholeDocument(request.spool, device, request.paper));
+  }
+  staged.Publish();
   for (const std::string& line : problems.Lines()) err << request.spool << ": " << line << "\n";
   return problems.Lines().empty() ? 0 : 1;
 }
@@ -129,9 +158,10 @@ std::string ExportHelp() {
          "(with none, --text -):\n" +
          OptionHelp(kOptions) +
          "\n"
-         "Outputs appear under their names only when complete. Problems of a damaged\n"
-         "spool and picture files that cannot be loaded are listed on stderr; what\n"
-         "could be used is still exported.\n"
+         "Outputs appear under their names only when all of them are complete. Problems\n"
+         "of a damaged spool and picture files that cannot be loaded are listed on\n"
+         "stderr; what could be used is still exported. A file with no spool header\n"
+         "exports nothing.\n"
          "\n"
          "Exit status: 0 done, 1 an error or problems in the spool, 2 bad usage.\n";
 }
@@ -150,6 +180,9 @@ int RunExport(const std::vector<std::string>& args, std::ostream& out, std::ostr
   }
   try {
     return Export(request, out, err);
+  } catch (const OutputRefusal& refusal) {
+    err << "cwreport export: " << refusal.text << "\n";
+    return 2;
   } catch (const RuntimeError& error) {
     err << "cwreport export: error " << error.Number() << ": " << error.what() << "\n";
   } catch (const std::exception& error) {

@@ -1,7 +1,12 @@
 // cwreport: the headless front end. Each subcommand lives in its own file and
 // is listed below; arguments that start with no subcommand name are a report
 // request.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <clocale>
+#include <cstring>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -12,6 +17,7 @@
 #include "cli/log_summary_command.h"
 #include "cli/report_command.h"
 #include "cli/report_options.h"
+#include "support/temporary_files.h"
 
 namespace {
 
@@ -51,29 +57,43 @@ int RunHelp(const std::vector<std::string>& args, std::ostream& out, std::ostrea
   return 2;
 }
 
-// Help and the listings go to standard output: a write that failed there
-// (a full disk, a closed pipe) must not end in success.
-int Finish(int status) {
-  std::cout.flush();
-  if (!std::cout && status == 0) {
-    std::cerr << "cwreport: cannot write to standard output\n";
-    return 1;
+// A standard stream the caller closed (">&-") would be taken by the next file
+// opened, and output meant for the terminal would land in it. /dev/null
+// opened for reading holds the place: a write to it fails, and is reported.
+void HoldClosedStandardStreams() {
+  for (int fd = 0; fd <= 2; ++fd) {
+    if (::fcntl(fd, F_GETFD) != -1 || errno != EBADF) continue;
+    const int held = ::open("/dev/null", O_RDONLY);
+    if (held >= 0 && held != fd) ::close(held);
   }
-  return status;
+}
+
+int RunCommand(int argc, char** argv) {
+  if (argc >= 2) {
+    const std::vector<std::string> args(argv + 2, argv + argc);
+    if (std::string_view(argv[1]) == "help") return RunHelp(args, std::cout, std::cerr);
+    for (const Subcommand& subcommand : kSubcommands) {
+      if (argv[1] == subcommand.name) return subcommand.run(args, std::cout, std::cerr);
+    }
+  }
+  const std::vector<std::string> args(argv + 1, argv + argc);
+  return cw::cli::RunReport(args, std::cout, std::cerr);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  HoldClosedStandardStreams();
+  cw::InstallTemporaryFileCleanup();
   // The locale's character set decides how typed names are read.
   std::setlocale(LC_CTYPE, "");
-  if (argc >= 2) {
-    const std::vector<std::string> args(argv + 2, argv + argc);
-    if (std::string_view(argv[1]) == "help") return Finish(RunHelp(args, std::cout, std::cerr));
-    for (const Subcommand& subcommand : kSubcommands) {
-      if (argv[1] == subcommand.name) return Finish(subcommand.run(args, std::cout, std::cerr));
-    }
-  }
-  const std::vector<std::string> args(argv + 1, argv + argc);
-  return Finish(cw::cli::RunReport(args, std::cout, std::cerr));
+  const int status = RunCommand(argc, argv);
+  // Output that never arrived (a full disk, a closed pipe) must not pass for
+  // a command that did its work. (A status of 1 has said what went wrong.)
+  errno = 0;
+  if (std::cout.flush() || status == 1) return status;
+  const int error = errno;
+  std::cerr << "cwreport: cannot write to standard output" << (error != 0 ? ": " : "")
+            << (error != 0 ? std::strerror(error) : "") << '\n';
+  return status == 0 ? 1 : status;
 }

@@ -10,8 +10,10 @@
 
 #include "cli/cli_report_host.h"
 #include "cli/local_clock.h"
+#include "cli/output_checks.h"
 #include "cli/report_options.h"
 #include "cli/settings_file_check.h"
+#include "cli/report_settings.h"
 #include "cli/system_printer.h"
 #include "data/oldest_log_date.h"
 #include "platform/headless_application.h"
@@ -202,13 +204,15 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   bool storeFailed = false;
   const ErrorBoxOutput errors = HostErrorBoxOutput(host, [&storeFailed] { storeFailed = true; });
 
-  if (const auto problem = SettingsFileProblem(store.FileFor(options.edition))) err << *problem << '\n';
+  const auto settingsProblem = SettingsFileProblem(store.FileFor(options.edition));
+  if (settingsProblem) err << *settingsProblem << '\n';
 
   DataLocations data = ReadDataLocations(store, options.edition, errors);
   if (options.log || options.path) {
     data = LocateData(options.edition, options.path.value_or(data.path), options.log.value_or(data.logs));
   }
   host.SetAdviceContext(LogAdvice(options, data, store));
+  CheckReportOutputs(options, data, store, TemporaryFolder());
   ReportEnvironment environment;
   environment.edition = options.edition;
   environment.logPath = data.logs;
@@ -219,10 +223,11 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   environment.measurePrinter = [paper] { return paper; };
 
   QtTextMetrics metrics;
-  ReportForm form(environment, host, metrics, store);
+  ReportSettings settings(store, err, settingsProblem.has_value());
+  ReportForm form(environment, host, metrics, settings);
   RequestOutcome outcome = RequestOutcome::kFailed;
   if (options.history) {
-    outcome = GetHistory(form, host, store, *options.history);
+    outcome = GetHistory(form, host, settings, *options.history);
   } else {
     std::string procedure;
     bool filled = false;
@@ -236,7 +241,11 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   }
   if ((storeFailed || host.PrinterFailed()) && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
   host.ClearProgress();
-  if (outcome != RequestOutcome::kProduced) host.DiscardOutputs();
+  if (outcome == RequestOutcome::kProduced) {
+    host.CommitOutputs();
+  } else {
+    host.DiscardOutputs();
+  }
   return ExitStatus(outcome);
 }
 
@@ -259,6 +268,9 @@ int RunReport(const std::vector<std::string>& args, std::ostream& out, std::ostr
   } catch (const UsageError& usage) {
     // The request's own checks, made before any output was written.
     err << "cwreport: " << usage.text << '\n';
+    return 2;
+  } catch (const OutputRefusal& refusal) {
+    err << "cwreport: " << refusal.text << '\n';
     return 2;
   } catch (const RuntimeError& error) {
     err << "cwreport: error " << error.Number() << ": " << error.Description() << '\n';

@@ -37,7 +37,9 @@ struct ReportOutputs {
   std::optional<std::string> png;    // a folder: page-0001.png, ...
   std::optional<std::string> spool;  // the 422-byte records, kept
   std::optional<int> dpi;            // of the page images
-  std::string encoding;              // of the text: "utf-8", "windows-1252", or empty (as the output decides)
+  // Of the text: "utf-8" (LF) or "windows-1252" (CR LF). Unset: UTF-8 on a
+  // terminal, else Windows-1252.
+  std::optional<std::string> encoding;
   // --print [PRINTER] with its copies and page range; no printer named: the
   // system's default.
   bool print = false;

@@ -1,32 +1,45 @@
 #include "platform/pdf_page_device.h"
 
-#include <QFile>
 #include <QPageLayout>
 #include <QPageSize>
 
-#include "platform/output_file_error.h"
 #include "platform/page_geometry.h"
 #include "support/runtime_error.h"
 
 namespace cw {
 
-PdfPageDevice::PdfPageDevice(std::string path, std::string title)
-    : PainterPageDevice(1.0), path_(std::move(path)), title_(std::move(title)) {}
+PdfPageDevice::PdfPageDevice(std::string path, std::string title, StagedOutputs* staging)
+    : PainterPageDevice(1.0), path_(std::move(path)), title_(std::move(title)), staging_(staging) {}
+
+PdfPageDevice::PdfPageDevice(OutputFile& output, std::string title)
+    : PainterPageDevice(1.0), path_("standard output"), title_(std::move(title)), output_(&output) {}
 
 PdfPageDevice::~PdfPageDevice() {
   SetPainter(nullptr);
   if (painter_ && painter_->isActive()) painter_->end();
-  // file_ is not committed: its temporary file goes with it.
+  // An own file not committed takes its temporary file with it.
+}
+
+void PdfPageDevice::FailWriting(const std::string& what) {
+  // The file writer's own error says why; else Qt's painter gave up.
+  if (device_) device_->RethrowError();
+  throw RuntimeError(err::kPathFileAccess, what + " \"" + path_ + "\"");
 }
 
 void PdfPageDevice::BeginDocument(const PageSetup& setup) {
   if (begun_ || completed_) throw RuntimeError(err::kInvalidCall, "The PDF document was already begun");
   const PageSizeTwips size = OrientedPageSize(setup);
-  const QString path = QFile::decodeName(path_.c_str());
-  file_ = std::make_unique<QSaveFile>(path);
-  if (!file_->open(QIODevice::WriteOnly)) throw OutputFileError(path, "Cannot create the PDF file", file_->errorString());
+  if (output_ == nullptr) {
+    if (staging_ != nullptr) {
+      output_ = &staging_->Add(path_);
+    } else {
+      ownFile_ = std::make_unique<AtomicOutputFile>(path_);
+      output_ = ownFile_.get();
+    }
+  }
+  device_ = std::make_unique<OutputFileDevice>(*output_);
 
-  writer_ = std::make_unique<QPdfWriter>(file_.get());
+  writer_ = std::make_unique<QPdfWriter>(device_.get());
   writer_->setResolution(1440);
   writer_->setCreator(QStringLiteral("Callwarden Reports"));
   if (!title_.empty()) writer_->setTitle(QString::fromStdString(title_));
@@ -43,11 +56,9 @@ void PdfPageDevice::BeginPage() {
   if (!begun_) throw RuntimeError(err::kInvalidCall, "A PDF page was begun before the document");
   if (pageOpen_) EndPage();
   if (pages_ == 0) {
-    if (!painter_->begin(writer_.get())) {
-      throw OutputFileError(QFile::decodeName(path_.c_str()), "Cannot write the PDF file", file_->errorString());
-    }
+    if (!painter_->begin(writer_.get())) FailWriting("Cannot write the PDF file");
   } else if (!writer_->newPage()) {
-    throw OutputFileError(QFile::decodeName(path_.c_str()), "Cannot write the PDF file", file_->errorString());
+    FailWriting("Cannot write the PDF file");
   }
   ++pages_;
   pageOpen_ = true;
@@ -64,12 +75,9 @@ void PdfPageDevice::EndDocument() {
   // A PDF holds at least one page; a document that drew none is one blank page.
   if (pages_ == 0) BeginPage();
   EndPage();
-  const QString path = QFile::decodeName(path_.c_str());
-  const bool painted = painter_->end();
-  if (!painted || file_->error() != QFileDevice::NoError) {
-    throw OutputFileError(path, "Cannot write the PDF file", file_->errorString());
-  }
-  if (!file_->commit()) throw OutputFileError(path, "Cannot complete the PDF file", file_->errorString());
+  if (!painter_->end()) FailWriting("Cannot write the PDF file");
+  device_->RethrowError();
+  output_->Commit();
   begun_ = false;
   completed_ = true;
 }

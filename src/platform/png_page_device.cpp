@@ -1,20 +1,23 @@
 #include "platform/png_page_device.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
-#include "platform/output_file_error.h"
 #include "platform/page_geometry.h"
 #include "support/runtime_error.h"
 
 namespace cw {
 
-PngPageDevice::PngPageDevice(std::string folder, int dpi)
-    : PainterPageDevice(dpi / 1440.0), folder_(std::move(folder)), dpi_(dpi) {
+PngPageDevice::PngPageDevice(std::string folder, int dpi, StagedOutputs* staging)
+    : PainterPageDevice(dpi / 1440.0),
+      folder_(std::move(folder)),
+      dpi_(dpi),
+      staging_(staging != nullptr ? staging : &ownStaging_) {
   if (dpi < kMinDpi || dpi > kMaxDpi) {
     throw RuntimeError(err::kInvalidCall, "Resolution must be " + std::to_string(kMinDpi) + " to " +
                                               std::to_string(kMaxDpi) + " dpi, not " + std::to_string(dpi));
@@ -24,9 +27,7 @@ PngPageDevice::PngPageDevice(std::string folder, int dpi)
 PngPageDevice::~PngPageDevice() {
   SetPainter(nullptr);
   if (painter_ && painter_->isActive()) painter_->end();
-  if (!finished_) {
-    for (const QString& page : written_) QFile::remove(page);
-  }
+  // Pages not published go with ownStaging_.
 }
 
 std::string PngPageDevice::PageFileName(int page) {
@@ -45,10 +46,19 @@ void PngPageDevice::BeginDocument(const PageSetup& setup) {
   pixels_ = QSize(static_cast<int>(std::lround(size.width * UnitsPerTwip())),
                   static_cast<int>(std::lround(size.height * UnitsPerTwip())));
   const QString folder = QFile::decodeName(folder_.c_str());
-  if (!QDir().mkpath(folder) || !QFileInfo(folder).isDir()) {
-    throw OutputFileError(QDir(folder).filePath(QStringLiteral(".")), "Cannot create the image folder",
-                          QStringLiteral("not a writable folder"));
+  // The folders this document makes, outermost first, go again if it fails.
+  std::vector<QString> missing;
+  for (QString path = QFileInfo(folder).absoluteFilePath(); !QFileInfo::exists(path) && !QDir(path).isRoot();
+       path = QFileInfo(path).absolutePath()) {
+    missing.insert(missing.begin(), path);
   }
+  if (!QDir().mkpath(folder) || !QFileInfo(folder).isDir()) {
+    const bool isFile = QFileInfo::exists(folder) && !QFileInfo(folder).isDir();
+    throw RuntimeError(missing.empty() || isFile ? err::kPathFileAccess : err::kPathNotFound,
+                       "Cannot write to " + folder_ + ": " +
+                           (isFile ? "it is not a folder" : "the folder cannot be made"));
+  }
+  for (const QString& made : missing) staging_->MadeFolder(QFile::encodeName(made).toStdString());
   painter_ = std::make_unique<QPainter>();
   begun_ = true;
 }
@@ -81,12 +91,16 @@ void PngPageDevice::EndPage() {
   // which is a third of the data to compress and a quarter of the file.
   const bool grey = !pictureOnPage_ || image_.allGray();
   const QImage page = grey ? image_.convertToFormat(QImage::Format_Grayscale8) : image_;
-  const QString path = PagePath(PagesWritten() + 1);
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly)) throw OutputFileError(path, "Cannot create the page image", file.errorString());
-  if (!page.save(&file, "PNG")) throw OutputFileError(path, "Cannot write the page image", file.errorString());
-  if (!file.commit()) throw OutputFileError(path, "Cannot complete the page image", file.errorString());
-  written_.push_back(path);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  if (!page.save(&buffer, "PNG")) {
+    throw RuntimeError(err::kPathFileAccess, "Cannot make the page image " + PageFileName(pages_ + 1));
+  }
+  AtomicOutputFile& file = staging_->Add(QFile::encodeName(PagePath(pages_ + 1)).toStdString());
+  file.Write(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+  file.Commit();
+  ++pages_;
 }
 
 bool PngPageDevice::Image(const std::string& file, double x, double y, double width, double height) {
@@ -98,7 +112,10 @@ void PngPageDevice::EndDocument() {
   if (!begun_) throw RuntimeError(err::kInvalidCall, "The page images were ended before they were begun");
   EndPage();
   image_ = QImage();
-  for (int page = PagesWritten() + 1; QFile::exists(PagePath(page)); ++page) QFile::remove(PagePath(page));
+  for (int page = pages_ + 1; QFile::exists(PagePath(page)); ++page) {
+    staging_->RemoveAtPublish(QFile::encodeName(PagePath(page)).toStdString());
+  }
+  if (staging_ == &ownStaging_) ownStaging_.Publish();
   finished_ = true;
   begun_ = false;
 }

@@ -234,9 +234,12 @@ TEST(PageDevicesTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
     device.BeginPage();
     device.EndPage();
     device.BeginPage();
-    EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{"page-0001.png"});
+    // A finished page waits under a hidden name for the rest of the document.
+    EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files | QDir::Hidden).size(), 1);
   }
-  EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
+  // The folder was made for the document, and goes with it.
+  EXPECT_FALSE(QDir(folder).exists());
   EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"file"});
 }
 

@@ -13,6 +13,7 @@
 #include "printer/text_export.h"
 #include "support/date_format.h"
 #include "support/runtime_error.h"
+#include "support/temporary_files.h"
 #include "support/text.h"
 #include "support/whole_numbers.h"
 
@@ -189,6 +190,7 @@ void OrlPrinter::DestroyReport() {
   if (std::remove(path.c_str()) != 0 && errno != ENOENT) {
     throw RuntimeError(err::kPathFileAccess, "Cannot delete the spool file " + path + ": " + std::strerror(errno));
   }
+  ForgetTemporaryFile(path);
 }
 
 bool OrlPrinter::PrinterFailed() const { return state_->printerFailed; }

@@ -4,7 +4,8 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "support/atomic_file.h"
 
 namespace cw {
 
@@ -16,33 +17,23 @@ class OutputFile {
   virtual void Commit() = 0;
 };
 
-// A file that appears under its name only when complete: the bytes go to a
-// temporary file beside the target, which Commit flushes to disk and renames
-// over the target. Any failure (unwritable folder, full disk) is error 75, or
-// 76 when the folder does not exist, with the reason; the temporary file is
-// removed and the target left as it was. Without Commit the destructor
-// removes the temporary file.
-class AtomicOutputFile : public OutputFile {
+// A file written by the program's one file writer (AtomicFile): it appears
+// under its name only when complete (at Commit, or at Publish when made with
+// Publishing::kLater), follows links, keeps the mode of a file it replaces,
+// writes into devices and refuses folders and the like. Errors 75/76 with the
+// reason; the target is then left as it was.
+class AtomicOutputFile final : public OutputFile {
  public:
-  explicit AtomicOutputFile(std::string target);
-  ~AtomicOutputFile() override;
-  AtomicOutputFile(const AtomicOutputFile&) = delete;
-  AtomicOutputFile& operator=(const AtomicOutputFile&) = delete;
+  explicit AtomicOutputFile(std::string target, AtomicFile::Publishing publishing = AtomicFile::Publishing::kAtCommit)
+      : file_(std::move(target), publishing) {}
 
-  void Write(std::string_view bytes) override;
-  void Commit() override;
-
-  const std::string& TemporaryPath() const { return temporary_; }
+  void Write(std::string_view bytes) override { file_.Write(bytes); }
+  void Commit() override { file_.Commit(); }
+  void Publish() { file_.Publish(); }
+  const std::string& Target() const { return file_.Target(); }
 
  private:
-  void Flush();
-  [[noreturn]] void Fail(const std::string& action, int error);
-  void Discard();
-
-  std::string target_;
-  std::string temporary_;
-  int fd_ = -1;
-  std::vector<char> pending_;
+  AtomicFile file_;
 };
 
 }  // namespace cw

@@ -10,6 +10,7 @@ namespace {
 
 // INI names are trimmed of tabs as well as blanks, unlike the classic Trim.
 constexpr std::string_view kIniBlanks = " \t";
+constexpr std::string_view kUtf8ByteOrderMark = "\xEF\xBB\xBF";
 
 std::string_view TrimIniBlanks(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kIniBlanks);
@@ -59,6 +60,12 @@ IniDocument::Line IniDocument::Classify(std::string text) {
 
 IniDocument IniDocument::Parse(std::string_view text) {
   IniDocument document;
+  // Editors on Windows start a UTF-8 file with a byte-order mark; left in,
+  // it would become part of the first section's name.
+  if (text.starts_with(kUtf8ByteOrderMark)) {
+    document.byteOrderMark_ = true;
+    text.remove_prefix(kUtf8ByteOrderMark.size());
+  }
   std::size_t start = 0;
   bool first = true;
   while (start < text.size()) {
@@ -88,7 +95,7 @@ std::optional<std::string_view> IniDocument::Find(std::string_view section, std:
     const Line& line = lines_[i];
     if (line.kind == Kind::kSection) break;
     if (line.kind == Kind::kEntry && SameNameIgnoringCase(line.name, key)) {
-      return std::string_view(line.text).substr(line.valueStart);
+      return TrimIniBlanks(std::string_view(line.text).substr(line.valueStart));
     }
   }
   return std::nullopt;
@@ -131,7 +138,7 @@ void IniDocument::Set(std::string_view section, std::string_view key, std::strin
 
 std::string IniDocument::Text() const {
   const std::string_view end = crlf_ ? "\r\n" : "\n";
-  std::string text;
+  std::string text(byteOrderMark_ ? kUtf8ByteOrderMark : std::string_view());
   for (const Line& line : lines_) {
     text += line.text;
     text += end;

@@ -17,13 +17,15 @@ class IniDocument {
   IniDocument() = default;
 
   // Lines may end in CR LF or LF; a missing line end after the last line is
-  // accepted. A line "[name]" opens a section, a line holding "=" is a key
+  // accepted, and so is a UTF-8 byte-order mark before the first line (kept
+  // on writing). A line "[name]" opens a section, a line holding "=" is a key
   // (the name is trimmed of blanks and tabs), a line starting with ";" or
   // "#" and anything else is kept but not read.
   static IniDocument Parse(std::string_view text);
 
-  // The value of the key as it stands after the first "=", untrimmed;
-  // nullopt when the section or the key is missing.
+  // The value of the key as it stands after the first "=", trimmed of
+  // blanks and tabs ("Logs = /p" gives "/p"); nullopt when the section or the
+  // key is missing.
   std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
 
   // Sets the key to value, adding the key at the end of its section or the
@@ -52,6 +54,7 @@ class IniDocument {
 
   std::vector<Line> lines_;
   bool crlf_ = false;
+  bool byteOrderMark_ = false;
 };
 
 // ASCII case-insensitive equality of two names.

@@ -122,13 +122,7 @@ void IniSettingsStore::Save(std::string_view app, std::string_view section, std:
   }
   // A settings file that is a link (kept with the user's other dotfiles) is
   // written where it points, so that the link stays.
-  std::string target = file;
-  std::error_code linkError;
-  if (fs::is_symlink(fs::symlink_status(file, linkError))) {
-    const fs::path resolved = fs::weakly_canonical(file, linkError);
-    if (!linkError) target = resolved.string();
-  }
-  WriteFileAtomically(target, changed.Text());
+  WriteFileAtomically(file, changed.Text());
   cached.document = std::move(changed);
   cached.stamp = StampOf(file);
 }

@@ -7,8 +7,9 @@
 // File format: sections as "[Reports]", one "Key=value" per line. Keys keep
 // their exact spelling, blanks included ("Select Seconds=0"); names are
 // matched ignoring ASCII case. A value is everything after the first "=" on
-// its line, Windows-1252 bytes taken and written verbatim (blanks too), so no
-// blanks belong around the "=". Lines ending in CR LF or LF are read; a new
+// its line, trimmed of blanks and tabs, Windows-1252 bytes taken and written
+// verbatim; a UTF-8 byte-order mark at the start is skipped (and kept). Lines
+// ending in CR LF or LF are read; a new
 // file is written with LF, an existing one keeps the line end of its first
 // line. Other sections, unknown keys and comments are kept on every save.
 

@@ -12,7 +12,9 @@
 #include <cstring>
 #include <source_location>
 
+#include "support/atomic_file.h"
 #include "support/runtime_error.h"
+#include "support/temporary_files.h"
 
 namespace cw {
 
@@ -133,38 +135,6 @@ RuntimeError FileError(int number, std::string_view doing, const std::string& pa
   return RuntimeError(number, std::move(text), {}, where);
 }
 
-bool WriteAll(int fd, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-    if (written < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-// A new, hidden file beside target, created with the usual permissions
-// (0666 less the umask); -1 with errno set when none could be made.
-int CreateSiblingTemp(const std::string& target, std::string& tempPath) {
-  static std::atomic<unsigned> counter{0};
-  const std::string folder = FolderOf(target);
-  const std::string_view name = NameOf(target);
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    tempPath = JoinPath(folder, ".");
-    tempPath += name;
-    tempPath += ".tmp";
-    tempPath += std::to_string(::getpid());
-    tempPath += '-';
-    tempPath += std::to_string(counter.fetch_add(1));
-    const int fd = ::open(tempPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd >= 0 || errno != EEXIST) return fd;
-  }
-  errno = EEXIST;
-  return -1;
-}
-
 }  // namespace
 
 std::string GetTempFile(std::string_view prefix) {
@@ -181,9 +151,11 @@ std::string GetTempFile(std::string_view prefix) {
   for (char c : prefix.substr(0, 3)) path += IsSeparator(c) ? '_' : c;
   path += "XXXXXX.tmp";
   // mkstemps makes the file exclusively, empty and readable by its owner only.
+  const CleanupSignalsHeld held;
   const int fd = ::mkstemps(path.data(), 4);
   if (fd < 0) return {};
   ::close(fd);
+  RegisterTemporaryFile(path);
   return path;
 }
 
@@ -264,29 +236,16 @@ std::string ReadWholeFile(const std::string& path) {
 }
 
 void WriteFileAtomically(const std::string& path, std::string_view bytes) {
-  std::string tempPath;
-  Descriptor temp(CreateSiblingTemp(path, tempPath));
-  if (temp.Get() < 0) throw FileError(err::kPathFileAccess, "writing", path, errno);
-
-  auto fail = [&](int errnum) {
-    if (temp.Get() >= 0) temp.Close();
-    ::unlink(tempPath.c_str());
-    return FileError(err::kPathFileAccess, "writing", path, errnum);
-  };
-  // A file that is replaced keeps its permissions.
-  struct stat existing;
-  if (::stat(path.c_str(), &existing) == 0 && S_ISREG(existing.st_mode)) {
-    if (::fchmod(temp.Get(), existing.st_mode & 07777) != 0) throw fail(errno);
+  try {
+    AtomicFile file(path);
+    file.Write(bytes);
+    file.Commit();
+  } catch (const RuntimeError& error) {
+    // Whatever the cause, a file that could not be written is error 75 here.
+    if (error.Number() == err::kPathFileAccess) throw;
+    throw RuntimeError(err::kPathFileAccess, std::string(StandardErrorText(err::kPathFileAccess)) + " (" +
+                                                 error.Description() + ")");
   }
-  if (!WriteAll(temp.Get(), bytes)) throw fail(errno);
-  if (::fsync(temp.Get()) != 0) throw fail(errno);
-  if (temp.Close() != 0) throw fail(errno);
-  if (::rename(tempPath.c_str(), path.c_str()) != 0) throw fail(errno);
-
-  // Make the new name itself durable; a folder that cannot be synced still
-  // holds the complete file, so that is no failure.
-  Descriptor folder(::open(FolderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.Get() >= 0) ::fsync(folder.Get());
 }
 
 }  // namespace cw

@@ -7,12 +7,13 @@
 namespace cw {
 namespace {
 
-TEST(IniDocument, FindsNamesIgnoringCaseAndKeepsValuesVerbatim) {
+TEST(IniDocument, FindsNamesIgnoringCaseAndTrimsValues) {
   const IniDocument document = IniDocument::Parse(
       "; comment=not a key\r\n[Other]\r\nPath=wrong\r\n[reports]\r\n  Select Seconds =1\r\n"
-      "SearchText= Smith \r\nEmpty=\r\n[Reports]\r\nLater=ignored");
+      "SearchText= Smith \t\r\nLogs = /srv/log/CallLog.txt\r\nEmpty=\r\n[Reports]\r\nLater=ignored");
   EXPECT_EQ(document.Find("REPORTS", "select seconds").value(), "1");
-  EXPECT_EQ(document.Find("Reports", "SearchText").value(), " Smith ");
+  EXPECT_EQ(document.Find("Reports", "SearchText").value(), "Smith");
+  EXPECT_EQ(document.Find("Reports", "Logs").value(), "/srv/log/CallLog.txt");
   EXPECT_EQ(document.Find("Reports", "Empty").value(), "");
   EXPECT_FALSE(document.Find("Reports", "Path"));
   EXPECT_FALSE(document.Find("Reports", "; comment"));
@@ -30,6 +31,17 @@ TEST(IniDocument, SetChangesOneLineAndKeepsTheRest) {
   EXPECT_EQ(document.Text(),
             "[Other]\r\nKeep=1\r\n\r\n[Reports]\r\n; note\r\nlasttab=5\r\nPrintChart=0\r\nSelect Seconds=1\r\n"
             "\r\n[Tail]\r\nX=y\r\n\r\n[New Section]\r\nKey=v\r\n");
+}
+
+// Editors on Windows save UTF-8 with a byte-order mark: the first section is
+// still found, and a save keeps the mark.
+TEST(IniDocument, AByteOrderMarkIsSkippedAndKept) {
+  IniDocument document = IniDocument::Parse("\xEF\xBB\xBF[Reports]\r\nLogs=/p/CallLog.txt\r\n");
+  EXPECT_EQ(document.Find("Reports", "Logs").value(), "/p/CallLog.txt");
+  document.Set("Reports", "LastTab", "2");
+  EXPECT_EQ(document.Text(), "\xEF\xBB\xBF[Reports]\r\nLogs=/p/CallLog.txt\r\nLastTab=2\r\n");
+  // Only at the very start: elsewhere those bytes are Windows-1252 text.
+  EXPECT_FALSE(IniDocument::Parse(" \xEF\xBB\xBF[Reports]\nA=1\n").Find("Reports", "A"));
 }
 
 TEST(IniDocument, LineEndsFollowTheFirstLine) {

@@ -64,7 +64,8 @@ TEST(IniSettingsStore, SaveKeepsOtherKeysSectionsAndBytes) {
   EXPECT_EQ(testing::ReadBytes(file),
             "[Reports]\r\nPath=C:\\Logger\r\nUnknown Key=keep me\r\nLastTab=3\r\nSearchText=Jos\xE9 M\xFCller \r\n"
             "\r\n[Elsewhere]\r\nLastTab=9\r\n");
-  EXPECT_EQ(store.Get("Vorn Ringtally", "Reports", "SearchText", ""), "Jos\xE9 M\xFCller ");
+  // Written as given, read trimmed as every value is.
+  EXPECT_EQ(store.Get("Vorn Ringtally", "Reports", "SearchText", ""), "Jos\xE9 M\xFCller");
   // No temporary file is left beside it.
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(temp.Path()), {}), 1);
 }

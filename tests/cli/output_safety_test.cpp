@@ -1,0 +1,325 @@
+// What cwreport does to the files around it: an output never replaces an
+// input or something that is not a file, a request that fails leaves the
+// files of an earlier run as they were, and a killed run leaves no spool.
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/data/log_lines.h"
+#include "run_cwreport.h"
+
+namespace cw::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kJanuary = "--from 01/01/2026 --to 01/31/2026";
+
+std::string Program() {
+  const char* fromEnvironment = std::getenv("CWREPORT");
+  return fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
+}
+
+std::string JanuaryLog() {
+  return LogOf({Call().Date("01/05/2026").Name("SMITH JOHN"),
+                Call().Date("01/06/2026").Name("M\xDCLLER ANNA").Answered("No").Rings("4"),
+                Call().Date("01/07/2026").Name("Smith John").Direction("Out")});
+}
+
+class OutputSafety : public CliTest {
+ protected:
+  void SetUp() override {
+    CliTest::SetUp();
+    log_ = Write("CallLog.txt", JanuaryLog());
+    busy_ = Write("BusyLines.log", "01/05/2026,9:00AM,60\r\n");
+    settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
+  }
+
+  std::string DataOptions() const {
+    return "--settings " + Quote(settings_) + " --path " + Quote(folder_.string()) + " --log " + Quote(log_) + " ";
+  }
+  ProgramRun Report(const std::string& arguments) { return Cwreport(DataOptions() + arguments); }
+
+  // Names in the folder, hidden ones too, but not the stderr capture.
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  std::string log_;
+  std::string busy_;
+  std::string settings_;
+};
+
+TEST_F(OutputSafety, AnOutputThatIsAnInputIsRefusedHoweverItIsSpelt) {
+  fs::create_hard_link(log_, Path("hard-link-to-log"));
+  fs::create_symlink(settings_, Path("link-to-settings"));
+  struct Case {
+    std::string output;
+    std::string said;
+  };
+  const Case cases[] = {
+      {"--text " + Quote(folder_.string() + "/./CallLog.txt"), "--text " + folder_.string() + "/./CallLog.txt: this is the call log"},
+      {"--spool " + Quote(Path("hard-link-to-log")), "this is the call log"},
+      {"--pdf " + Quote(Path("link-to-settings")), "--pdf " + Path("link-to-settings") + ": this is the settings file"},
+      {"--text " + Quote(Path("BusyLines.log")), "this is the busy log"},
+  };
+  const std::string before = ReadFile(log_);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.output);
+    const ProgramRun run = Report("--report daily " + std::string(kJanuary) + " " + c.output);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.err.find(c.said), std::string::npos) << run.err;
+  }
+  EXPECT_EQ(ReadFile(log_), before);
+  EXPECT_EQ(ReadFile(busy_), "01/05/2026,9:00AM,60\r\n");
+  EXPECT_EQ(ReadFile(settings_), "[Reports]\r\nCallType=InOut\r\n");
+  EXPECT_TRUE(fs::is_symlink(Path("link-to-settings")));
+
+  // cwreport export: the spool it reads.
+  ASSERT_EQ(Report("--report daily " + std::string(kJanuary) + " --spool " + Quote(Path("kept.spl"))).status, 0);
+  const std::string spool = ReadFile(Path("kept.spl"));
+  const ProgramRun overSpool = Cwreport("export " + Quote(Path("kept.spl")) + " --text " + Quote(Path("kept.spl")));
+  EXPECT_EQ(overSpool.status, 2);
+  EXPECT_NE(overSpool.err.find("the spool being exported"), std::string::npos) << overSpool.err;
+  EXPECT_EQ(ReadFile(Path("kept.spl")), spool);
+}
+
+TEST_F(OutputSafety, OnlyFilesAreReplacedAndDevicesAreWrittenInto) {
+  fs::create_directory(Path("folder"));
+  const ProgramRun folder = Report("--report daily " + std::string(kJanuary) + " --text " + Quote(Path("folder")));
+  EXPECT_EQ(folder.status, 2);
+  EXPECT_NE(folder.err.find("this is a folder"), std::string::npos) << folder.err;
+  EXPECT_TRUE(fs::is_directory(Path("folder")));
+
+  const ProgramRun pages = Report("--report daily " + std::string(kJanuary) + " --png " + Quote(log_));
+  EXPECT_EQ(pages.status, 2);
+  EXPECT_NE(pages.err.find("not a folder"), std::string::npos) << pages.err;
+
+  // A null device of the test's own, so that a fault cannot break the
+  // machine's /dev/null.
+  const std::string device = Path("null");
+  if (::mknod(device.c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0) GTEST_SKIP() << "cannot make a device node here";
+  const ProgramRun null =
+      Report("--report daily " + std::string(kJanuary) + " --text " + Quote(device) + " --spool " + Quote(device));
+  EXPECT_EQ(null.status, 0) << null.err;
+  EXPECT_TRUE(fs::is_character_file(device));
+}
+
+// An earlier report, kept through a link with its own permissions; a request
+// whose PDF cannot be written leaves it whole, and one that succeeds writes
+// through the link and keeps the permissions.
+TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
+  const std::string kept = Write("kept.txt", "an earlier report\r\n");
+  ::chmod(kept.c_str(), 0640);
+  fs::create_symlink("kept.txt", Path("report.txt"));
+  const std::vector<std::string> before = Names();
+
+  const ProgramRun failed = Report("--report history " + std::string(kJanuary) + " --text " +
+                                   Quote(Path("report.txt")) + " --pdf " + Quote(Path("missing/report.pdf")));
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_NE(failed.err.find("missing/report.pdf"), std::string::npos) << failed.err;
+  EXPECT_EQ(ReadFile(kept), "an earlier report\r\n");
+  EXPECT_EQ(Names(), before);  // and no temporary file is left
+
+  const ProgramRun done = Report("--report history " + std::string(kJanuary) + " --text " + Quote(Path("report.txt")));
+  ASSERT_EQ(done.status, 0) << done.err;
+  EXPECT_NE(ReadFile(kept).find("SMITH JOHN"), std::string::npos);
+  EXPECT_TRUE(fs::is_symlink(Path("report.txt")));
+  struct stat info {};
+  ASSERT_EQ(::stat(kept.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777, 0640u);
+}
+
+TEST_F(OutputSafety, ExportOfASpoolWithoutAReportWritesNothing) {
+  const std::string spool = Write("empty.spl", "");
+  const ProgramRun run = Cwreport("export " + Quote(spool) + " --text " + Quote(Path("e.txt")) + " --pdf " +
+                                  Quote(Path("e.pdf")) + " --png " + Quote(Path("pages")));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("nothing was exported"), std::string::npos) << run.err;
+  for (const char* name : {"e.txt", "e.pdf", "pages"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
+}
+
+TEST_F(OutputSafety, SettingsThatCannotBeSavedAreOneWarning) {
+  // A folder where the settings file should be: it reads as empty, and the
+  // abandoned-calls request cannot store its filter.
+  fs::create_directory(Path("settings-folder"));
+  const ProgramRun run = Cwreport("--settings " + Quote(Path("settings-folder")) + " --log " + Quote(log_) +
+                                  " --report abandoned --unanswered " + kJanuary);
+  EXPECT_EQ(run.status, 0) << run.err;
+  // One line: the file that cannot be kept is named once, before the report.
+  EXPECT_NE(run.err.find("settings-folder\" is a folder"), std::string::npos) << run.err;
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  EXPECT_NE(run.out.find("M\xDCLLER ANNA"), std::string::npos);
+
+  // A settings file "in" a file reads as empty; the save that fails is the
+  // one warning.
+  const ProgramRun missing = Cwreport("--settings " + Quote(log_ + "/s.ini") + " --log " + Quote(log_) +
+                                      " --report abandoned --unanswered " + kJanuary);
+  EXPECT_EQ(missing.status, 0) << missing.err;
+  EXPECT_TRUE(missing.err.starts_with("cwreport: warning: the settings were not saved")) << missing.err;
+  EXPECT_EQ(std::count(missing.err.begin(), missing.err.end(), '\n'), 1) << missing.err;
+}
+
+TEST_F(OutputSafety, SettingsWithBlanksAroundValuesAndAByteOrderMarkAreRead) {
+  const std::string settings = Write("bom.ini", "\xEF\xBB\xBF[Reports]\r\nPath = " + folder_.string() +
+                                                     "\r\nLogs =\t" + log_ + " \r\n");
+  const ProgramRun run = Cwreport("--settings " + Quote(settings) + " --report name --search 'smith john' " + kJanuary);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("SMITH JOHN"), std::string::npos) << run.out;
+}
+
+TEST_F(OutputSafety, OutputToAFullOrClosedStandardOutputIsAnError) {
+  for (const char* command : {"--help >/dev/full", "--help >&-", "log-summary --help >/dev/full",
+                                     "export --help >/dev/full"}) {
+    SCOPED_TRACE(command);
+    int status = -1;
+    RunShell(Quote(Program()) + " " + std::string(command) + " 2>" + Quote(Path("err.txt")), &status);
+    EXPECT_EQ(status, 1);
+    EXPECT_NE(ReadFile(Path("err.txt")).find("cannot write to standard output"), std::string::npos);
+  }
+}
+
+TEST_F(OutputSafety, TextEncodingAndThePdfOnStandardOutput) {
+  const std::string request = "--report name --search 'M\xDCLLER ANNA' " + std::string(kJanuary);
+  struct Case {
+    std::string encoding;
+    std::string name;  // as it comes out
+    bool crlf;
+  };
+  for (const Case& c : {Case{"", "M\xDCLLER ANNA", true}, Case{" --encoding windows-1252", "M\xDCLLER ANNA", true},
+                        Case{" --encoding utf-8", "M\xC3\x9CLLER ANNA", false}}) {
+    SCOPED_TRACE(c.encoding);
+    const ProgramRun run = Report(request + c.encoding);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find(c.name), std::string::npos) << run.out;
+    EXPECT_EQ(run.out.find("\r\n") != std::string::npos, c.crlf);
+    EXPECT_EQ(run.out.find('\r') != std::string::npos, c.crlf);
+  }
+  EXPECT_EQ(Report(request + " --encoding latin1").status, 2);
+
+  int status = -1;
+  const std::string pdf = RunShell("cd " + Quote(folder_.string()) + " && " + Quote(Program()) + " " + DataOptions() +
+                                       request + " --pdf - 2>/dev/null",
+                                   &status);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(pdf.starts_with("%PDF-")) << pdf.substr(0, 20);
+  EXPECT_FALSE(fs::exists(Path("-")));
+  EXPECT_EQ(Report(request + " --pdf - --text -").status, 2);
+}
+
+// Standard output on a terminal: the text comes in UTF-8 with LF, unless
+// --encoding asks for the file format. The terminal is a pseudo-terminal in
+// raw mode, so that its own line discipline adds no CR.
+TEST_F(OutputSafety, TextOnATerminalIsUtf8WithLf) {
+  const std::string request = "--report name --search 'M\xDCLLER ANNA' " + std::string(kJanuary);
+  for (const bool fileFormat : {false, true}) {
+    SCOPED_TRACE(fileFormat);
+    int terminal = -1;
+    int inside = -1;
+    ASSERT_EQ(::openpty(&terminal, &inside, nullptr, nullptr, nullptr), 0);
+    termios raw{};
+    ::tcgetattr(inside, &raw);
+    ::cfmakeraw(&raw);
+    ::tcsetattr(inside, TCSANOW, &raw);
+    const std::string command = Quote(Program()) + " " + DataOptions() + request +
+                                (fileFormat ? " --encoding windows-1252" : "") + " 2>" + Quote(Path("err.txt"));
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::dup2(inside, STDOUT_FILENO);
+      ::close(terminal);
+      ::close(inside);
+      ::execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+      ::_exit(127);
+    }
+    ::close(inside);
+    std::string out;
+    char chunk[4096];
+    // The terminal reads end (EIO) once the program has closed it.
+    for (ssize_t n; (n = ::read(terminal, chunk, sizeof chunk)) > 0;) out.append(chunk, static_cast<std::size_t>(n));
+    ::close(terminal);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << ReadFile(Path("err.txt"));
+    EXPECT_NE(out.find(fileFormat ? "M\xDCLLER ANNA" : "M\xC3\x9CLLER ANNA"), std::string::npos) << out;
+    EXPECT_EQ(out.find('\r') != std::string::npos, fileFormat) << out;
+  }
+}
+
+// A spool bigger than the temporary folder can hold is refused before it is
+// begun. The log is sparse: it claims a terabyte and takes no room.
+TEST_F(OutputSafety, AListingThatCannotFitInTheTemporaryFolderIsRefused) {
+  fs::resize_file(log_, std::uintmax_t{1} << 40);
+  const ProgramRun run = Report("--history 5551234567 --today 02/01/2026 --text " + Quote(Path("out.txt")));
+  EXPECT_EQ(run.status, 2);
+  EXPECT_NE(run.err.find("set TMPDIR to a folder with more room"), std::string::npos) << run.err;
+  EXPECT_FALSE(fs::exists(Path("out.txt")));
+}
+
+// A long listing killed while it writes its spool leaves no spool and no
+// output behind, and still ends by the signal. The signal is sent once the
+// spool exists, which a log of this size keeps there for seconds.
+TEST_F(OutputSafety, ARunKilledMidwayLeavesNoTemporaryFile) {
+  std::string log;
+  const std::string call = Call().Date("01/05/2026").Text() + "\r\n";
+  for (int i = 0; i < 20000; ++i) log += call;
+  Write("CallLog.txt", log);
+  const fs::path temporary = folder_ / "tmp";
+  fs::create_directory(temporary);
+
+  const std::string program = Program();
+  const std::vector<std::string> arguments = {
+      program,   "--settings", settings_, "--log", log_, "--report", "history", "--from", "01/01/2026", "--to",
+      "01/31/2026", "--text", Path("out.txt"), "--pdf", Path("out.pdf")};
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::setenv("TMPDIR", temporary.c_str(), 1);
+    std::vector<char*> argv;
+    for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    ::execv(program.c_str(), argv.data());
+    ::_exit(127);
+  }
+  ASSERT_GT(child, 0);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  bool spooling = false;
+  const auto spoolIsThere = [&] {
+    for (const auto& entry : fs::directory_iterator(temporary)) {
+      if (entry.path().filename().string().starts_with("VPR")) return true;
+    }
+    return false;
+  };
+  while (!spooling && std::chrono::steady_clock::now() < deadline) {
+    spooling = spoolIsThere();
+    if (!spooling) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ::kill(child, SIGTERM);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(spooling) << "the report never began its spool";
+  ASSERT_TRUE(WIFSIGNALED(status)) << "the report ended before the signal came; status " << status;
+  EXPECT_EQ(WTERMSIG(status), SIGTERM);
+  // Qt may have made its runtime folder there; no file is left.
+  for (const auto& entry : fs::recursive_directory_iterator(temporary)) {
+    EXPECT_TRUE(entry.is_directory()) << entry.path();
+  }
+  EXPECT_EQ(Names(), (std::vector<std::string>{"BusyLines.log", "CallLog.txt", "settings.ini", "tmp"}));
+}
+
+}  // namespace
+}  // namespace cw::testing
