@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -95,6 +96,7 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
 int ExitStatus(RequestOutcome outcome) {
   switch (outcome) {
     case RequestOutcome::kProduced: return 0;
+    case RequestOutcome::kProducedWithErrors: return 3;
     case RequestOutcome::kRefused: return 2;
     case RequestOutcome::kFailed: return 1;
   }
@@ -153,9 +155,22 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     }
     if (filled) outcome = form.cmdPrintQuery_Click();
   }
-  if ((storeFailed || host.PrinterFailed()) && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
+  const bool produced = outcome == RequestOutcome::kProduced || outcome == RequestOutcome::kProducedWithErrors;
+  // A printer that failed has not done the work asked for; settings that
+  // could not be read or saved have been told, and the document stands.
+  if (produced && host.PrinterFailed()) outcome = RequestOutcome::kFailed;
+  if (storeFailed && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kProducedWithErrors;
   host.ClearProgress();
-  if (outcome != RequestOutcome::kProduced) host.DiscardOutputs();
+  if (form.RepeatedErrors() > 0) {
+    err << "cwreport: " << form.RepeatedErrors() << " more errors like those above were not shown\n";
+  }
+  const OrlPrinter* document = form.Document();
+  if (outcome == RequestOutcome::kFailed && document != nullptr && document->Failed() &&
+      document->Page() == std::numeric_limits<std::int16_t>::max()) {
+    err << "cwreport: the report needs more than " << document->Page()
+        << " pages; narrow the period with --from/--to\n";
+  }
+  if (outcome != RequestOutcome::kProduced && outcome != RequestOutcome::kProducedWithErrors) host.DiscardOutputs();
   return ExitStatus(outcome);
 }
 

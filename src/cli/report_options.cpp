@@ -72,11 +72,21 @@ const std::string_view kReportHelp =
     "is shown there during long work when it is a terminal.\n"
     "\n"
     "Exit status: 0 a document was produced, 2 the request was refused (missing\n"
-    "log, date, filter, search text or line; bad usage), 1 an error.\n";
+    "log, date, filter, search text or line; bad usage), 1 an error.\n"
+    "3 the document was produced, but records raised errors on the way (each\n"
+    "error is shown once; a record dated with no calendar date is one).\n";
 
 namespace {
 
-std::string LowerAscii(std::string_view text) { return LowerCase(text); }
+// Option words are ASCII; the values echoed in a usage error are the
+// terminal's text, whose other bytes must stay as they are.
+std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lower;
+}
 
 std::int16_t PositiveInt16(std::string_view name, const std::string& text) {
   std::int32_t value = 0;
