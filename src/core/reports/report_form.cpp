@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <utility>
 
+#include "data/record_selection.h"
 #include "printer/scale_mode.h"
 #include "reports/busy_columns.h"
 #include "reports/condensed_columns.h"
-#include "data/record_selection.h"
 #include "reports/form_error_box.h"
 #include "reports/summary_tables.h"
 #include "settings/settings_keys.h"
@@ -72,6 +72,15 @@ RequestOutcome ReportForm::cmdPrintQuery_Click() {
   repeatedErrors_ = 0;
   rolledDates_ = 0;
   const RequestOutcome outcome = RunRequest();
+  // A document that failed itself is of no use, and its spool may be large
+  // (a report that ran into the last page wrote gigabytes of it).
+  if (documentFailed_ && document_) {
+    try {
+      document_->DestroyReport();
+    } catch (const RuntimeError&) {
+      // A spool that cannot be deleted is left to the temporary folder.
+    }
+  }
   // Which errors were shown, and that the document failed, hold within the
   // request only: a box of the form outside a request is always shown.
   shownErrors_.clear();
@@ -305,8 +314,9 @@ SelectionCriteria ReportForm::PeriodCriteria(std::string_view direction, std::st
 
 void ReportForm::WarnOfRolledDate(std::string_view file, std::int64_t record, std::string_view dateText,
                                   CivilDate readAs) {
-  // The log is read in time order: a date rolled past the period ends the
-  // reading there, so the record is named however many follow it.
+  // The first such record of a request is named; a log with many would
+  // otherwise say so at every new date, and one rolled past the period ends
+  // the reading there anyway.
   if (rolledDates_++ > 0) return;
   host_.MessageBox("Warning",
                    "Record " + std::to_string(record) + " of " + std::string(file) + " is dated " +

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <string>
 #include <vector>
@@ -96,6 +97,8 @@ TEST(RepeatedErrors, AListingPastThePageLimitShowsOneBoxAndEndsThere) {
   EXPECT_EQ(form.Document()->Page(), kLastPage);
   EXPECT_TRUE(form.Document()->Failed());
   EXPECT_FALSE(host.busy);
+  // Nothing of the document is left in the temporary folder.
+  EXPECT_FALSE(std::filesystem::exists(form.Document()->PrintFile()));
 
   // A listing that fits before the limit is produced as ever.
   host.messages.clear();
