@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -175,6 +176,7 @@ AdviceContext LogAdvice(const ReportOptions& options, const DataLocations& data,
 int ExitStatus(RequestOutcome outcome) {
   switch (outcome) {
     case RequestOutcome::kProduced: return 0;
+    case RequestOutcome::kProducedWithErrors: return 3;
     case RequestOutcome::kRefused: return 2;
     case RequestOutcome::kFailed: return 1;
   }
@@ -239,9 +241,24 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     }
     if (filled) outcome = form.cmdPrintQuery_Click();
   }
-  if ((storeFailed || host.PrinterFailed()) && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kFailed;
+  const bool produced = outcome == RequestOutcome::kProduced || outcome == RequestOutcome::kProducedWithErrors;
+  // A printer that failed has not done the work asked for; settings that
+  // could not be read or saved have been told, and the document stands.
+  if (produced && host.PrinterFailed()) outcome = RequestOutcome::kFailed;
+  if (storeFailed && outcome == RequestOutcome::kProduced) outcome = RequestOutcome::kProducedWithErrors;
   host.ClearProgress();
-  if (outcome == RequestOutcome::kProduced) {
+  if (form.RepeatedErrors() > 0) {
+    err << "cwreport: " << form.RepeatedErrors() << " more errors like those above were not shown\n";
+  }
+  const OrlPrinter* document = form.Document();
+  if (outcome == RequestOutcome::kFailed && document != nullptr && document->Failed() &&
+      document->Page() == std::numeric_limits<std::int16_t>::max()) {
+    err << "cwreport: the report needs more than " << document->Page()
+        << " pages; narrow the period with --from/--to\n";
+  }
+  // A document produced with records in error is the desktop's preview: it
+  // is kept, and the exit status tells of the errors.
+  if (outcome == RequestOutcome::kProduced || outcome == RequestOutcome::kProducedWithErrors) {
     host.CommitOutputs();
   } else {
     host.DiscardOutputs();

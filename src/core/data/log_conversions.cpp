@@ -7,24 +7,33 @@
 
 namespace cw {
 
-CivilDate ParseLogDate(std::string_view text) {
+LogDateParts SplitLogDate(std::string_view text) {
   // Nearly every date in a log is written "mm/dd/yyyy"; those are read digit
   // by digit. The parts of any other text go through the general conversion,
   // which gives the same numbers for plain digits.
   if (text.size() == 10 && IsDigit(text[0]) && IsDigit(text[1]) && IsDigit(text[3]) &&
       IsDigit(text[4]) && IsDigit(text[6]) && IsDigit(text[7]) && IsDigit(text[8]) &&
       IsDigit(text[9])) {
-    const int month = DigitValue(text[0]) * 10 + DigitValue(text[1]);
-    const int day = DigitValue(text[3]) * 10 + DigitValue(text[4]);
-    const int year =
-        DigitValue(text[6]) * 1000 + DigitValue(text[7]) * 100 + DigitValue(text[8]) * 10 + DigitValue(text[9]);
-    return CivilDate::FromYmd(year, month, day);
+    return LogDateParts{
+        DigitValue(text[6]) * 1000 + DigitValue(text[7]) * 100 + DigitValue(text[8]) * 10 + DigitValue(text[9]),
+        DigitValue(text[0]) * 10 + DigitValue(text[1]), DigitValue(text[3]) * 10 + DigitValue(text[4])};
   }
   const std::string_view yearText = text.size() > 4 ? text.substr(text.size() - 4) : text;
   const std::int16_t year = TextToInt16(yearText);
   const std::int16_t month = TextToInt16(text.substr(0, 2));
   const std::int16_t day = TextToInt16(Mid(text, 4, 2));
-  return CivilDate::FromYmd(year, month, day);
+  return LogDateParts{year, month, day};
+}
+
+CivilDate ParseLogDate(std::string_view text) {
+  const LogDateParts parts = SplitLogDate(text);
+  return CivilDate::FromYmd(parts.year, parts.month, parts.day);
+}
+
+bool IsCalendarDate(const LogDateParts& parts, CivilDate date) {
+  // A month and day that exist come back unchanged whatever the year (a
+  // two-digit year only moves the century); any other pair rolls over.
+  return date.Month() == parts.month && date.Day() == parts.day;
 }
 
 namespace {

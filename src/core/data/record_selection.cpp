@@ -78,13 +78,18 @@ RecordSelection::RecordSelection(std::string_view buffer, SelectionCriteria crit
   }
 }
 
-CivilDate RecordSelection::ConvertRecordDate(const CallRecord& record) {
+CivilDate RecordSelection::ConvertRecordDate(const CallRecord& record, std::int64_t read) const {
+  CivilDate date;
+  LogDateParts parts;
   try {
-    return ParseLogDate(record.Date());
+    parts = SplitLogDate(record.Date());
+    date = CivilDate::FromYmd(parts.year, parts.month, parts.day);
   } catch (RuntimeError& error) {
     error.SetProcessing(std::string(record.Text()));
     throw;
   }
+  if (!IsCalendarDate(parts, date) && criteria_.onRolledDate) criteria_.onRolledDate(read, record.Date(), date);
+  return date;
 }
 
 bool RecordSelection::NamePasses(std::string_view name) const {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,6 +26,11 @@ struct SelectionCriteria {
   SearchBy search = SearchBy::kNone;
   std::string searchText;  // a name, or numbers separated by "," (exact) / part of one (partial)
   bool partial = false;
+  // Told of a record whose date is no calendar date ("10/32/2026"): the
+  // record's number in the log (counted from 1), its date text, and the date
+  // it is read as (the reading rolls it over: 11/01/2026). Told once for a
+  // run of records with the same date text. May be empty.
+  std::function<void(std::int64_t record, std::string_view dateText, CivilDate readAs)> onRolledDate;
 };
 
 // The number field with every blank, "(", ")" and "-" taken out, as the
@@ -87,9 +93,10 @@ class RecordSelection {
     friend bool operator==(const DateColumns&, const DateColumns&) = default;
   };
   [[gnu::always_inline]] static inline DateColumns DateColumnsOf(std::string_view line);
-  // The date of a record; the conversion's error, with the record attached.
-  // Kept out of the loop, which converts about one date a day.
-  [[gnu::noinline]] static CivilDate ConvertRecordDate(const CallRecord& record);
+  // The date of a record (number `read` in the log); the conversion's error,
+  // with the record attached. Kept out of the loop, which converts about one
+  // date a day.
+  [[gnu::noinline]] CivilDate ConvertRecordDate(const CallRecord& record, std::int64_t read) const;
 
   std::string_view buffer_;
   SelectionCriteria criteria_;

@@ -108,7 +108,7 @@ void RecordSelection::ForEach(Visit&& visit, std::int64_t progressEvery, Progres
     const DateColumns columns = DateColumnsOf(line);
     if (!haveDate || columns != seen) {
       countRead(false);
-      date = ConvertRecordDate(record);
+      date = ConvertRecordDate(record, read);
       seen = columns;
       // A line too short to hold the whole date is converted every time.
       haveDate = line.size() >= column::kDate.length;

@@ -51,6 +51,8 @@ struct OrlPrinter::State {
 
   OrlPrinterEnvironment env;
   bool printerFailed = false;
+  // The error that ended the document (Failed()).
+  std::optional<RuntimeError> failure;
   std::unique_ptr<SpoolWriter> spool;
   std::string spoolPath;
 
@@ -128,11 +130,6 @@ TextMetrics& Metrics(const OrlPrinterEnvironment& env) {
   return *env.metrics;
 }
 
-void ShowError(const OrlPrinterEnvironment& env, const RuntimeError& error, std::string_view procedure) {
-  if (!env.showError) throw error;
-  env.showError(ErrorBoxText(error, {"Class Module", "OrlPrinter", procedure}, ErrorBoxForm::kClassic));
-}
-
 SpoolWriter& OpenSpool(std::unique_ptr<SpoolWriter>& spool) {
   if (!spool) throw RuntimeError(err::kBadFile, "No document is open: BeginDoc has not been called");
   return *spool;
@@ -148,6 +145,7 @@ void OrlPrinter::BeginDoc() {
   if (s.env.closeAllFiles) s.env.closeAllFiles();
   s.spool.reset();
   s.printerFailed = false;
+  s.failure.reset();
   s.firstPagePending = true;
   ApplyHeaderCreationValues(s.header);
   s.spool = SpoolWriter::CreateTemporary(s.header);
@@ -175,6 +173,7 @@ void OrlPrinter::BeginDoc() {
 
 void OrlPrinter::EndDoc() {
   State& s = *state_;
+  ThrowIfFailed();
   SpoolWriter& spool = OpenSpool(s.spool);
   s.totalPages = s.page;
   spool.Append(MakePageRecord(s.page, spool::kEndDoc));
@@ -194,6 +193,26 @@ void OrlPrinter::DestroyReport() {
 }
 
 bool OrlPrinter::PrinterFailed() const { return state_->printerFailed; }
+
+bool OrlPrinter::Failed() const { return state_->failure.has_value(); }
+
+// A page that cannot be numbered, or a spool that cannot be written, fails
+// the same way on every later row: a report that went on would meet it once a
+// call, all the way down the log. The document ends at the first one instead.
+void OrlPrinter::Fail(const RuntimeError& error, std::string_view procedure) {
+  State& s = *state_;
+  if (!s.failure) {
+    s.failure = error;
+    if (s.env.showError) {
+      s.env.showError(ErrorBoxText(error, {"Class Module", "OrlPrinter", procedure}, ErrorBoxForm::kClassic));
+    }
+  }
+  throw *s.failure;
+}
+
+void OrlPrinter::ThrowIfFailed() const {
+  if (state_->failure) [[unlikely]] throw *state_->failure;
+}
 
 bool OrlPrinter::RaisePrinterError() {
   bool retry = false;
@@ -225,12 +244,13 @@ void OrlPrinter::CheckNewPage() {
       if (OnNewPage) OnNewPage(s.page);
     }
   } catch (const RuntimeError& error) {
-    ShowError(s.env, error, "CheckNewPage");
+    Fail(error, "CheckNewPage");
   }
 }
 
 void OrlPrinter::NewPage() {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   if (s.page == std::numeric_limits<std::int16_t>::max()) throw RuntimeError(err::kOverflow);
   ++s.page;
@@ -244,6 +264,7 @@ void OrlPrinter::NewPage() {
 
 void OrlPrinter::NewLine() {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   s.y += TwipsToScale(Metrics(s.env).TextHeight(s.font) * s.spacing);
   s.x = 0;
@@ -278,6 +299,7 @@ void OrlPrinter::PrintHeadingBlock() {
 
 void OrlPrinter::TextOut(double x, std::optional<std::string_view> text) {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   const std::string_view value = text.value_or(std::string_view{});
   try {
@@ -290,12 +312,13 @@ void OrlPrinter::TextOut(double x, std::optional<std::string_view> text) {
     OpenSpool(s.spool).Append(MakeTextRecord(s.page, s.x, s.y, value));
     s.x += TwipsToScale(metrics.TextWidth(s.font, value));
   } catch (const RuntimeError& error) {
-    ShowError(s.env, error, "TextOut");
+    Fail(error, "TextOut");
   }
 }
 
 void OrlPrinter::MemoOut(double x1, double x2, std::optional<std::string_view> text) {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   CheckNewPage();
   TextMetrics& metrics = Metrics(s.env);
@@ -328,6 +351,7 @@ double OrlPrinter::MemoHeight(double x1, double x2, std::optional<std::string_vi
 
 void OrlPrinter::SetFont(std::string_view name, std::int16_t size, std::int32_t attr) {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   try {
     const std::string_view cut = Trim(name.substr(0, kFontNameWidth));
@@ -337,12 +361,13 @@ void OrlPrinter::SetFont(std::string_view name, std::int16_t size, std::int32_t 
     spool.ReopenIfVanished();
     spool.Append(MakeFontRecord(s.page, cut, size, s.font.bold, s.font.italic, s.font.underline));
   } catch (const RuntimeError& error) {
-    ShowError(s.env, error, "SetFont");
+    Fail(error, "SetFont");
   }
 }
 
 void OrlPrinter::LineOut(double x1, double y1, double x2, double y2) {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   CheckNewPage();
   OpenSpool(s.spool).Append(MakeGraphicsRecord(s.page, spool::kLineOut, x1, y1, x2, y2));
@@ -350,6 +375,7 @@ void OrlPrinter::LineOut(double x1, double y1, double x2, double y2) {
 
 void OrlPrinter::BoxOut(double x1, double y1, double x2, double y2) {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   CheckNewPage();
   OpenSpool(s.spool).Append(MakeGraphicsRecord(s.page, spool::kBoxOut, x1, y1, x2, y2));
@@ -357,6 +383,7 @@ void OrlPrinter::BoxOut(double x1, double y1, double x2, double y2) {
 
 void OrlPrinter::ImageOut(std::string_view file, double x, double y, double width, double height) {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   CheckNewPage();
   OpenSpool(s.spool).Append(MakeImageRecord(s.page, file, x, y, width, height));
@@ -494,11 +521,13 @@ std::string OrlPrinter::PrintTextFile() {
 }
 
 void OrlPrinter::PreviewReport() {
+  ThrowIfFailed();
   if (state_->printerFailed) return;
   if (state_->env.showPreview) state_->env.showPreview(*this);
 }
 
 void OrlPrinter::PrintReport() {
+  ThrowIfFailed();
   if (state_->printerFailed) return;
   if (state_->env.printReport) state_->env.printReport(*this);
 }
@@ -515,6 +544,7 @@ void OrlPrinter::SaveReport(std::string_view fileName) {
 
 void OrlPrinter::PrintToFile() {
   State& s = *state_;
+  ThrowIfFailed();
   if (s.printerFailed) return;
   ExportProgress progress;
   if (s.options.showProgress && s.env.progress) progress = s.env.progress;

@@ -22,6 +22,7 @@
 namespace cw {
 
 class OrlPrinter;
+class RuntimeError;
 class SpoolWriter;
 
 // What the engine needs from the program around it.
@@ -33,8 +34,9 @@ struct OrlPrinterEnvironment {
   // Today's date for the heading block ("Date: " in the short date format).
   std::function<CivilDate()> today;
   // Shows the standard error box (title "Error") with the given text: the
-  // errors that TextOut, SetFont and the page check trap themselves. Empty:
-  // those errors pass on to the caller instead.
+  // errors that TextOut, SetFont and the page check trap themselves; the
+  // document then fails (Failed()). Empty: no box; the error still ends the
+  // document and passes on to the caller.
   std::function<void(const std::string& text)> showError;
   // Closes every file the program holds open (BeginDoc, DestroyReport).
   std::function<void()> closeAllFiles;
@@ -147,6 +149,12 @@ class OrlPrinter {
   const OutputOptions& Options() const;
 
   bool PrinterFailed() const;
+  // An error that TextOut, SetFont or the page check trapped has ended the
+  // document: its box has been shown (once), and every later drawing call,
+  // EndDoc and the outputs throw that same error again, so that the report
+  // routine stops at once rather than meeting it on every row. BeginDoc
+  // starts afresh.
+  bool Failed() const;
   // A printer step failed (the printer replay calls this): raises
   // OnPrinterError and returns its answer; without a retry the printer-failed
   // flag is set, and the rest of the document is dropped.
@@ -168,6 +176,11 @@ class OrlPrinter {
  private:
   void CheckNewPage();
   void PrintHeadingBlock();
+  // The document's end on a trapped error: the box (the first time), then
+  // the error thrown to the report routine.
+  [[noreturn]] void Fail(const RuntimeError& error, std::string_view procedure);
+  // Throws the error that ended the document, if one did.
+  void ThrowIfFailed() const;
 
   struct State;
   std::unique_ptr<State> state_;

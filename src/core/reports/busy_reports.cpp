@@ -45,13 +45,7 @@ constexpr std::array<summary::WeekdayColumn, 2> kDayColumns{{
 // the same first ten characters, so the call log's period test serves it:
 // stop at the first line after To, take everything from the first line on or
 // after From.
-SelectionCriteria BusyPeriod(CivilDate from, CivilDate to) {
-  SelectionCriteria criteria;
-  criteria.from = from;
-  criteria.to = to;
-  criteria.direction = "InOut";
-  return criteria;
-}
+constexpr std::string_view kEveryDirection = "InOut";
 
 // Attaches the line being worked on to an error, so that the box shows which
 // line of the busy log is wrong.
@@ -66,7 +60,7 @@ void ReportForm::Print_BusyReport() {
   OrlPrinter& document = *document_;
   try {
     const LogBuffer log = LoadBusyLog(environment_.pathFolder);
-    RecordSelection selection(log.Text(), BusyPeriod(fromDate_, toDate_));
+    RecordSelection selection(log.Text(), PeriodCriteria(kEveryDirection, kBusyLogName));
     std::int32_t occurrences = 0;
     std::int32_t totalSeconds = 0;
 
@@ -124,7 +118,7 @@ void ReportForm::Process_BusySummary() {
     matrices_.busyDay = {};
     matrices_.busyHour = {};
     const LogBuffer log = LoadBusyLog(environment_.pathFolder);
-    RecordSelection selection(log.Text(), BusyPeriod(fromDate_, toDate_));
+    RecordSelection selection(log.Text(), PeriodCriteria(kEveryDirection, kBusyLogName));
     selection.ForEach(
         [&](const CallRecord& record, CivilDate) {
           const std::string_view text = record.Text();

@@ -40,11 +40,7 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
     matrices_.day = {};
     matrices_.hour = {};
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
-    SelectionCriteria criteria;
-    criteria.from = fromDate_;
-    criteria.to = toDate_;
-    criteria.direction = request_.direction;
-    RecordSelection selection(log.Text(), criteria);
+    RecordSelection selection(log.Text(), PeriodCriteria(request_.direction, environment_.logPath));
     CallHourRun run;
     selection.ForEach([&](const CallRecord& record, CivilDate date) { Build_CallMatrix(record, date, run); },
                       kProgressEvery, SelectionProgress(host_, selection));

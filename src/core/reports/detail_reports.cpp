@@ -36,14 +36,6 @@ OrlPrinter& CurrentDocument(const std::unique_ptr<OrlPrinter>& document) {
   return *document;
 }
 
-SelectionCriteria PeriodAndDirection(CivilDate from, CivilDate to, const std::string& direction) {
-  SelectionCriteria criteria;
-  criteria.from = from;
-  criteria.to = to;
-  criteria.direction = direction;
-  return criteria;
-}
-
 void TextOutRight(ReportForm& form, OrlPrinter& document, double x, std::string_view text) {
   document.TextOut(form.RightAlignedX(x, text), text);
 }
@@ -177,7 +169,7 @@ void ReportForm::Print_Detail(std::int16_t mode) {
     OrlPrinter& document = CurrentDocument(document_);
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
 
-    SelectionCriteria criteria = PeriodAndDirection(fromDate_, toDate_, request_.direction);
+    SelectionCriteria criteria = PeriodCriteria(request_.direction, environment_.logPath);
     if (mode == 2 || mode == 3) {
       criteria.search = mode == 2 ? SearchBy::kName : SearchBy::kNumber;
       criteria.searchText = request_.searchText;
@@ -229,7 +221,7 @@ void ReportForm::Print_Lines() {
     }
 
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
-    RecordSelection selection(log.Text(), PeriodAndDirection(fromDate_, toDate_, request_.direction));
+    RecordSelection selection(log.Text(), PeriodCriteria(request_.direction, environment_.logPath));
     SelectionProgress progress(host_, selection, static_cast<std::int64_t>(lines.size()));
     // One listing per line, each from the top of a page that names its line
     // in the title; the finished document is titled with the whole choice.
@@ -259,7 +251,7 @@ void ReportForm::Print_Detail_Condensed() {
   try {
     OrlPrinter& document = CurrentDocument(document_);
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
-    RecordSelection selection(log.Text(), PeriodAndDirection(fromDate_, toDate_, request_.direction));
+    RecordSelection selection(log.Text(), PeriodCriteria(request_.direction, environment_.logPath));
     CallerSummary callers;
     selection.ForEach([&callers](const CallRecord& record, CivilDate) { callers.Add(record); }, kProgressEvery,
                       SelectionProgress(host_, selection));

@@ -64,11 +64,7 @@ void ReportForm::Process_LineUsage() {
     matrices_.lineTotals.assign(rows + 1, {});
     matrices_.lineWeek.assign(rows + 2, {});
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
-    SelectionCriteria criteria;
-    criteria.from = fromDate_;
-    criteria.to = toDate_;
-    criteria.direction = request_.direction;
-    RecordSelection selection(log.Text(), criteria);
+    RecordSelection selection(log.Text(), PeriodCriteria(request_.direction, environment_.logPath));
     WalkLineUsage(selection);
     Print_LineUsage();
     EraseMatrices();
@@ -82,6 +78,7 @@ void ReportForm::Process_LineUsage() {
 [[gnu::flatten]] void ReportForm::WalkLineUsage(RecordSelection& selection) {
   const int lines = environment_.activeLines;
   LineUsageDay day(matrices_.lineTotals.size() - 1);
+  std::int64_t aboveActiveLines = 0;
   selection.ForEach(
       [&](const CallRecord& record, CivilDate date) {
         // Nearly every call is an ordinary one: in or out, on a counted
@@ -102,10 +99,25 @@ void ReportForm::Process_LineUsage() {
         } catch (const RuntimeError&) {
           return;
         }
-        if (line <= lines) Build_LineMatrix(line, record, date, day);
+        if (line <= lines) {
+          Build_LineMatrix(line, record, date, day);
+        } else {
+          ++aboveActiveLines;
+        }
       },
       kProgressEvery, SelectionProgress(host_, selection));
   AddLineUsageDay(day);
+  // Only the active lines are reported; that is the rule, but a log that
+  // holds calls on other lines would otherwise look complete.
+  if (aboveActiveLines > 0) {
+    const bool one = aboveActiveLines == 1;
+    host_.MessageBox("Note",
+                     std::to_string(aboveActiveLines) + (one ? " call on a line" : " calls on lines") +
+                         " above line " + std::to_string(lines) + (one ? " is" : " are") +
+                         " not counted: the logging program's settings give " + std::to_string(lines) +
+                         (lines == 1 ? " active line." : " active lines."),
+                     MessageIcon::kInformation, MessageButtons::kOk);
+  }
 }
 
 void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record, CivilDate date, LineUsageDay& day) {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "data/record_selection.h"
 #include "printer/scale_mode.h"
 #include "reports/busy_columns.h"
 #include "reports/condensed_columns.h"
@@ -68,6 +69,26 @@ ReportForm::~ReportForm() {
 RequestOutcome ReportForm::cmdPrintQuery_Click() {
   errorShown_ = false;
   previewShown_ = false;
+  repeatedErrors_ = 0;
+  rolledDates_ = 0;
+  const RequestOutcome outcome = RunRequest();
+  // A document that failed itself is of no use, and its spool may be large
+  // (a report that ran into the last page wrote gigabytes of it).
+  if (documentFailed_ && document_) {
+    try {
+      document_->DestroyReport();
+    } catch (const RuntimeError&) {
+      // A spool that cannot be deleted is left to the temporary folder.
+    }
+  }
+  // Which errors were shown, and that the document failed, hold within the
+  // request only: a box of the form outside a request is always shown.
+  shownErrors_.clear();
+  documentFailed_ = false;
+  return outcome;
+}
+
+RequestOutcome ReportForm::RunRequest() {
   // Set when a report routine ran (and possibly failed) rather than the
   // request being stopped by one of its checks.
   bool reportRan = false;
@@ -155,14 +176,16 @@ RequestOutcome ReportForm::cmdPrintQuery_Click() {
         }
         const ErrorBoxOutput errors = HostErrorBoxOutput(host_, [this] { errorShown_ = true; });
         const std::string& app = environment_.edition;
+        // A store that refuses one key refuses the next: its box is shown
+        // once, and the keys after it are not tried.
         SaveOptions(settings_, app, kReportsSection, setting::kSelectSeconds.name, CheckValue(filter.notLasting),
-                    errors);
-        SaveOptions(settings_, app, kReportsSection, setting::kAbandonedSeconds.name, filter.seconds, errors);
-        SaveOptions(settings_, app, kReportsSection, setting::kAbandonedRings.name, filter.rings, errors);
-        SaveOptions(settings_, app, kReportsSection, setting::kSelectRings.name, CheckValue(filter.ringCount),
-                    errors);
-        SaveOptions(settings_, app, kReportsSection, setting::kSelectAnswered.name, CheckValue(filter.unanswered),
-                    errors);
+                    errors) &&
+            SaveOptions(settings_, app, kReportsSection, setting::kAbandonedSeconds.name, filter.seconds, errors) &&
+            SaveOptions(settings_, app, kReportsSection, setting::kAbandonedRings.name, filter.rings, errors) &&
+            SaveOptions(settings_, app, kReportsSection, setting::kSelectRings.name, CheckValue(filter.ringCount),
+                        errors) &&
+            SaveOptions(settings_, app, kReportsSection, setting::kSelectAnswered.name,
+                        CheckValue(filter.unanswered), errors);
         host_.SetBusy(true);
         document.SetTitle("ABANDONED CALLS DETAIL REPORT");
         reportRan = true;
@@ -214,10 +237,11 @@ RequestOutcome ReportForm::cmdPrintQuery_Click() {
     ShowError(error, "cmdPrintQuery_Click");
     if (reportRan) EraseMatrices();
   }
-  if (errorShown_) return RequestOutcome::kFailed;
-  // A routine may still stop without a document (Print_Lines with no line
-  // chosen, or a busy variant that names no report).
-  return previewShown_ ? RequestOutcome::kProduced : RequestOutcome::kRefused;
+  // A routine may stop without a document after an error, or without one
+  // (Print_Lines with no line chosen, or a busy variant that names no
+  // report).
+  if (!previewShown_) return errorShown_ ? RequestOutcome::kFailed : RequestOutcome::kRefused;
+  return errorShown_ || rolledDates_ > 0 ? RequestOutcome::kProducedWithErrors : RequestOutcome::kProduced;
 }
 
 void ReportForm::ConfigureDocument() {
@@ -229,11 +253,14 @@ void ReportForm::ConfigureDocument() {
   env.today = [this] { return host_.Today(); };
   env.showError = [this](const std::string& text) {
     errorShown_ = true;
+    documentFailed_ = true;
     host_.MessageBox(kErrorBoxTitle, text, MessageIcon::kCritical, MessageButtons::kOk);
   };
+  // Only a preview that came through counts: the headless host throws when
+  // an output cannot be written.
   env.showPreview = [this](OrlPrinter& document) {
-    previewShown_ = true;
     host_.ShowPreview(document);
+    previewShown_ = true;
   };
   env.progress = [this](std::int64_t done, std::int64_t total) { host_.Progress(done, total); };
   const ScreenTwips screen = host_.Screen();
@@ -272,6 +299,31 @@ void ReportForm::ConfigureDocument() {
 }
 
 void ReportForm::EraseMatrices() { matrices_ = Matrices{}; }
+
+SelectionCriteria ReportForm::PeriodCriteria(std::string_view direction, std::string_view file) {
+  SelectionCriteria criteria;
+  criteria.from = fromDate_;
+  criteria.to = toDate_;
+  criteria.direction = direction;
+  criteria.onRolledDate = [this, file = std::string(file)](std::int64_t record, std::string_view dateText,
+                                                           CivilDate readAs) {
+    WarnOfRolledDate(file, record, dateText, readAs);
+  };
+  return criteria;
+}
+
+void ReportForm::WarnOfRolledDate(std::string_view file, std::int64_t record, std::string_view dateText,
+                                  CivilDate readAs) {
+  // The first such record of a request is named; a log with many would
+  // otherwise say so at every new date, and one rolled past the period ends
+  // the reading there anyway.
+  if (rolledDates_++ > 0) return;
+  host_.MessageBox("Warning",
+                   "Record " + std::to_string(record) + " of " + std::string(file) + " is dated " +
+                       std::string(dateText) + ", which is not a calendar date; it was read as " +
+                       FormatDate(readAs, "mm/dd/yyyy") + ".",
+                   MessageIcon::kExclamation, MessageButtons::kOk);
+}
 
 // ---------------------------------------------------------------------------
 // Fonts and right alignment
@@ -387,10 +439,26 @@ void ReportForm::OnPrinterError(bool& retry) {
 
 void ReportForm::ShowError(const RuntimeError& error, std::string_view procedure, ErrorBoxForm form) {
   errorShown_ = true;
-  const std::string text = ErrorBoxText(error, ErrorPlace{"Form", "fReport", procedure}, form,
-                                        ErrorBoxDateTime(host_.Today(), host_.Now()));
-  host_.MessageBox(kErrorBoxTitle, text, MessageIcon::kCritical, MessageButtons::kOk);
+  if (!AlreadyShown(error, procedure)) {
+    const std::string text = ErrorBoxText(error, ErrorPlace{"Form", "fReport", procedure}, form,
+                                          ErrorBoxDateTime(host_.Today(), host_.Now()));
+    host_.MessageBox(kErrorBoxTitle, text, MessageIcon::kCritical, MessageButtons::kOk);
+  }
   host_.SetBusy(false);
+}
+
+bool ReportForm::AlreadyShown(const RuntimeError& error, std::string_view procedure) {
+  // A report routine that the failed document stopped passes the document's
+  // error on; the document's box has told it.
+  if (documentFailed_) return true;
+  for (const auto& [number, where] : shownErrors_) {
+    if (number == error.Number() && where == procedure) {
+      ++repeatedErrors_;
+      return true;
+    }
+  }
+  shownErrors_.emplace_back(error.Number(), procedure);
+  return false;
 }
 
 }  // namespace cw

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "data/call_record.h"
@@ -24,6 +25,7 @@
 namespace cw {
 
 class RecordSelection;
+struct SelectionCriteria;
 
 // Where the data is and what the hardware offers (start-up state).
 struct ReportEnvironment {
@@ -43,7 +45,10 @@ struct ReportEnvironment {
 };
 
 // How a request ended, for callers that need an exit status.
-enum class RequestOutcome { kProduced, kRefused, kFailed };
+// kProducedWithErrors: the document was produced, but records (or the
+// settings) raised errors on the way, each shown once, or the log held a
+// record whose date had to be rolled over into a calendar date.
+enum class RequestOutcome { kProduced, kProducedWithErrors, kRefused, kFailed };
 
 class ReportForm {
  public:
@@ -110,13 +115,33 @@ class ReportForm {
   // at every other time.
   bool PartialMatch() const { return partialMatch_; }
 
-  // The standard error box for an error trapped in one of this form's procedures.
+  // The standard error box for an error trapped in one of this form's
+  // procedures. Within one request an error is shown once: a later error of
+  // the same number in the same procedure (the next bad record) is only
+  // counted, and nothing is shown once the document has failed (its own box
+  // was the one).
   void ShowError(const RuntimeError& error, std::string_view procedure,
                  ErrorBoxForm form = ErrorBoxForm::kClassic);
+  // Errors of the last request that were not shown because the same error
+  // had been shown already.
+  std::int64_t RepeatedErrors() const { return repeatedErrors_; }
 
  private:
+  // The request itself; cmdPrintQuery_Click keeps its per-request state.
+  RequestOutcome RunRequest();
+  // Whether the error's box has been shown in this request (and notes a
+  // repeat); false the first time.
+  bool AlreadyShown(const RuntimeError& error, std::string_view procedure);
   void ConfigureDocument();
   void EraseMatrices();
+  // The period and direction of the request, for a walk over the call log
+  // (or, with file "BusyLines.log", the busy log); a record dated with no
+  // calendar date is told to the user (WarnOfRolledDate).
+  SelectionCriteria PeriodCriteria(std::string_view direction, std::string_view file);
+  // A record whose date is no calendar date was read as the date the log
+  // date's reading rolls it over to: shown once a request, and the request
+  // ends as produced with errors.
+  void WarnOfRolledDate(std::string_view file, std::int64_t record, std::string_view dateText, CivilDate readAs);
   // One call straight into the line matrices, each sum of seconds tested for
   // overflow before any cell changes.
   void WalkLineUsage(RecordSelection& selection);
@@ -134,6 +159,11 @@ class ReportForm {
   // picGraph's font: text widths for RightAlignedX are measured in it.
   FontSpec pictureFont_{"MS Sans Serif", 8};
   bool errorShown_ = false;    // an error box was shown during the current request
+  // The errors shown during the current request, by number and procedure.
+  std::vector<std::pair<int, std::string>> shownErrors_;
+  bool documentFailed_ = false;  // the document showed its error box in this request
+  std::int64_t repeatedErrors_ = 0;
+  std::int64_t rolledDates_ = 0;  // records of the current request with no calendar date
   bool previewShown_ = false;  // the current request's document reached the preview
   CivilDate fromDate_;
   CivilDate toDate_;

@@ -76,7 +76,12 @@ template <std::size_t N>
   return std::string_view(text + start, end - start);
 }
 
-// ASCII case folding; bytes above 127 are left alone.
+// Case folding by the letters of Windows-1252: A-Z, the accented capitals
+// 0xC0-0xDE (but 0xD7, the multiplication sign) and the four capitals
+// 0x8A, 0x8C, 0x8E and 0x9F have lower-case partners; every other byte stays
+// as it is (0xDF and 0xB5 have no capital in the code page).
+char LowerCaseLetter(char c);
+char UpperCaseLetter(char c);
 std::string LowerCase(std::string_view text);
 std::string UpperCase(std::string_view text);
 

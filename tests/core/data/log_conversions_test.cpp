@@ -29,6 +29,34 @@ TEST(ParseLogDate, PartThatIsNotANumberIsTypeMismatch) {
   }
 }
 
+TEST(ParseLogDate, DatesThatAreNoCalendarDateAreToldApartFromTheDayTheyRollTo) {
+  struct Case {
+    const char* text;
+    bool calendar;
+    CivilDate readAs;
+  };
+  const Case cases[] = {
+      {"10/31/2026", true, CivilDate::FromYmd(2026, 10, 31)},
+      {"10/32/2026", false, CivilDate::FromYmd(2026, 11, 1)},
+      {"02/29/2024", true, CivilDate::FromYmd(2024, 2, 29)},  // a leap year
+      {"02/29/2026", false, CivilDate::FromYmd(2026, 3, 1)},
+      {"02/30/2026", false, CivilDate::FromYmd(2026, 3, 2)},
+      {"13/01/2026", false, CivilDate::FromYmd(2027, 1, 1)},
+      {"00/10/2026", false, CivilDate::FromYmd(2025, 12, 10)},
+      {"04/00/2026", false, CivilDate::FromYmd(2026, 3, 31)},
+      {"12/31/1999", true, CivilDate::FromYmd(1999, 12, 31)},
+      {" 3/ 4/2023", true, CivilDate::FromYmd(2023, 3, 4)},  // read by the general conversion
+      {"03/04/0026", true, CivilDate::FromYmd(2026, 3, 4)},  // a two-digit year moves the century only
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const LogDateParts parts = SplitLogDate(c.text);
+    const CivilDate date = ParseLogDate(c.text);
+    EXPECT_EQ(date, c.readAs);
+    EXPECT_EQ(IsCalendarDate(parts, date), c.calendar);
+  }
+}
+
 TEST(DurationToSeconds, CountsHoursMinutesAndSeconds) {
   EXPECT_EQ(DurationToSeconds("1:02:03"), 3723);
   EXPECT_EQ(DurationToSeconds("02:03"), 123);

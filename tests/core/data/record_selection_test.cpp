@@ -139,6 +139,53 @@ TEST(RecordSelection, NameSearch) {
   EXPECT_EQ(Selected(log, criteria), Names{"Jones Smith"});
 }
 
+TEST(RecordSelection, NameSearchFoldsAccentedLetters) {
+  const std::string log = Log({Call().Name("\xC9MILE \xC7" "A"),         // EMILE CA with acute and cedilla
+                               Call().Name("\xE9mile \xE7" "a"),
+                               Call().Name("EMILE CA"),
+                               Call().Name("\x8A\x8C\x8E\x9F")});  // S caron, OE, Z caron, Y diaeresis
+  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
+  criteria.search = SearchBy::kName;
+  criteria.searchText = "\xE9mile \xE7" "a";
+  EXPECT_EQ(Selected(log, criteria), (Names{"\xC9MILE \xC7" "A", "\xE9mile \xE7" "a"}));
+  criteria.searchText = "\x9A\x9C\x9E\xFF";
+  EXPECT_EQ(Selected(log, criteria), Names{"\x8A\x8C\x8E\x9F"});
+}
+
+TEST(RecordSelection, RecordsDatedWithNoCalendarDateAreToldWithTheirNumber) {
+  struct Told {
+    std::int64_t record;
+    std::string text;
+    CivilDate readAs;
+    bool operator==(const Told&) const = default;
+  };
+  // 10/32 rolls over to 11/01, after an October period: the walk ends there
+  // as it always has, but not without a word.
+  const std::string log = Log({Call().Date("10/30/2024").Name("A"),
+                               Call().Date("10/32/2024").Name("B"),
+                               Call().Date("10/32/2024").Name("C"),
+                               Call().Date("10/31/2024").Name("D")});
+  std::vector<Told> told;
+  SelectionCriteria criteria = Period(Day(10, 1), Day(10, 31));
+  criteria.onRolledDate = [&told](std::int64_t record, std::string_view text, CivilDate readAs) {
+    told.push_back({record, std::string(text), readAs});
+  };
+  EXPECT_EQ(Selected(log, criteria), Names{"A"});
+  EXPECT_EQ(told, (std::vector<Told>{{2, "10/32/2024", Day(11, 1)}}));
+
+  // Inside the period the record is taken at the day it rolls to; a run of
+  // the same date text is told once, the next run again.
+  told.clear();
+  const std::string february = Log({Call().Date("02/30/2024").Name("A"),
+                                    Call().Date("02/30/2024").Name("B"),
+                                    Call().Date("03/01/2024").Name("C"),
+                                    Call().Date("02/31/2024").Name("D")});
+  criteria.from = Day(2, 1);
+  criteria.to = Day(3, 31);
+  EXPECT_EQ(Selected(february, criteria), (Names{"A", "B", "C", "D"}));
+  EXPECT_EQ(told, (std::vector<Told>{{1, "02/30/2024", Day(3, 1)}, {4, "02/31/2024", Day(3, 2)}}));
+}
+
 TEST(RecordSelection, NumberSearch) {
   const std::string log = Log({Call().Number("(555) 123-4567").Name("A"),
                                Call().Number("555-123-4567").Name("B"),

@@ -297,27 +297,105 @@ TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
   EXPECT_FALSE(own.PrinterFailed());
 }
 
-TEST_F(OrlPrinterTest, ErrorsInTextOutSetFontAndThePageCheckAreShownAndTheDocumentGoesOn) {
-  document.OnNewPage = [](std::int16_t) { throw RuntimeError(err::kSubscript); };
+// Pages are numbered in 16 bits: the page after 32767 cannot begin. The
+// rows that follow it would each meet that again; one box ends it all.
+TEST_F(OrlPrinterTest, APageBeyond32767IsOneOverflowThatEndsTheDocument) {
   BeginInTwips();
-  document.TextOut(0, "still written");
+  document.SetAutoNewPage(true);
+  document.SetPage(32766);
+  const auto rowBelowTheBottom = [&] {
+    document.SetY(rig.page.heightTwips + 1);
+    document.TextOut(0, "row");
+  };
+  rowBelowTheBottom();
+  EXPECT_EQ(document.Page(), 32767);
+  EXPECT_TRUE(rig.errors.empty());
+  EXPECT_THROW(rowBelowTheBottom(), RuntimeError);
+  for (int row = 0; row < 100; ++row) EXPECT_THROW(rowBelowTheBottom(), RuntimeError);
   ASSERT_EQ(rig.errors.size(), 1u);
-  EXPECT_EQ(rig.errors[0].substr(0, rig.errors[0].find("The error")),
-            "Error 9 Subscript out of range\r\nin Class Module OrlPrinter procedure CheckNewPage.\r\n");
-  document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()), (Lines{"1 TEXTOUT 0,0 still written", "1 ENDDOC"}));
-
-  // After EndDoc the spool is closed.
-  document.TextOut(0, "late");
-  document.SetFont("Arial", 9, 0);
-  ASSERT_EQ(rig.errors.size(), 3u);
-  EXPECT_NE(rig.errors[1].find("Error 52 "), std::string::npos);
-  EXPECT_NE(rig.errors[1].find("in Class Module OrlPrinter procedure TextOut."), std::string::npos);
-  EXPECT_NE(rig.errors[2].find("in Class Module OrlPrinter procedure SetFont."), std::string::npos);
-  // Other calls pass their errors on.
-  EXPECT_THROW(document.LineOut(0, 0, 1, 1), RuntimeError);
-  EXPECT_THROW(document.EndDoc(), RuntimeError);
+  EXPECT_TRUE(rig.errors[0].starts_with("Error 6 Overflow\r\nin Class Module OrlPrinter procedure CheckNewPage.\r\n"))
+      << rig.errors[0];
+  EXPECT_EQ(document.Page(), 32767);
+  EXPECT_TRUE(document.Failed());
   document.DestroyReport();
+}
+
+TEST_F(OrlPrinterTest, AnErrorTheDocumentTrapsIsShownOnceAndEndsTheDocument) {
+  // Where the first error is met: the page check (through OnNewPage),
+  // TextOut (writing after EndDoc closed the spool), SetFont (the same).
+  struct Case {
+    std::string procedure;
+    std::string box;
+  };
+  const Case cases[] = {
+      {"CheckNewPage", "Error 9 Subscript out of range\r\nin Class Module OrlPrinter procedure CheckNewPage.\r\n"},
+      {"TextOut", "Error 52 "},
+      {"SetFont", "Error 52 "},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.procedure);
+    rig.errors.clear();
+    document.OnNewPage = [](std::int16_t) {};
+    BeginInTwips();
+    if (c.procedure == "CheckNewPage") {
+      document.OnNewPage = [](std::int16_t) { throw RuntimeError(err::kSubscript); };
+      EXPECT_THROW(document.TextOut(0, "never written"), RuntimeError);
+    } else {
+      document.TextOut(0, "written");
+      document.EndDoc();
+      if (c.procedure == "TextOut") {
+        EXPECT_THROW(document.TextOut(0, "late"), RuntimeError);
+      } else {
+        EXPECT_THROW(document.SetFont("Arial", 9, 0), RuntimeError);
+      }
+    }
+    EXPECT_TRUE(document.Failed());
+    ASSERT_EQ(rig.errors.size(), 1u);
+    EXPECT_TRUE(rig.errors[0].starts_with(c.box)) << rig.errors[0];
+    EXPECT_NE(rig.errors[0].find("in Class Module OrlPrinter procedure " + c.procedure + "."), std::string::npos);
+
+    // Every later call meets the same error again, without a box: the report
+    // routine stops at the first of them.
+    const auto number = [](auto&& call) {
+      try {
+        call();
+      } catch (const RuntimeError& error) {
+        return error.Number();
+      }
+      return 0;
+    };
+    const int first = c.procedure == "CheckNewPage" ? err::kSubscript : err::kBadFile;
+    EXPECT_EQ(number([&] { document.TextOut(0, "again"); }), first);
+    EXPECT_EQ(number([&] { document.SetFont("Arial", 9, 0); }), first);
+    EXPECT_EQ(number([&] { document.NewLine(); }), first);
+    EXPECT_EQ(number([&] { document.NewPage(); }), first);
+    EXPECT_EQ(number([&] { document.LineOut(0, 0, 1, 1); }), first);
+    EXPECT_EQ(number([&] { document.MemoOut(0, 1, "memo"); }), first);
+    EXPECT_EQ(number([&] { document.EndDoc(); }), first);
+    EXPECT_EQ(number([&] { document.PreviewReport(); }), first);
+    EXPECT_EQ(rig.errors.size(), 1u);
+    document.DestroyReport();
+  }
+
+  // The next document starts afresh.
+  document.OnNewPage = [](std::int16_t) {};
+  BeginInTwips();
+  EXPECT_FALSE(document.Failed());
+  document.TextOut(0, "fine");
+  document.EndDoc();
+  EXPECT_EQ(DescribeSpool(document.PrintFile()), (Lines{"1 TEXTOUT 0,0 fine", "1 ENDDOC"}));
+  document.DestroyReport();
+
+  // Without a box to show them in, trapped errors pass on to the caller.
+  OrlPrinterEnvironment silent = rig.Environment();
+  silent.showError = nullptr;
+  OrlPrinter quiet(silent);
+  quiet.BeginDoc();
+  quiet.EndDoc();
+  EXPECT_THROW(quiet.TextOut(0, "late"), RuntimeError);
+  EXPECT_TRUE(quiet.Failed());
+  quiet.DestroyReport();
+  EXPECT_EQ(rig.errors.size(), 1u);
 
   // Header properties need an open spool.
   OrlPrinter unopened(rig.Environment());

@@ -246,7 +246,7 @@ TEST(BusySummary, BadLinesShowTheirBoxes) {
                      "11/03/2026,09:41:10 AM,09:42:04 AM,54,1-4\r\n"
                      "11/03/2026,25:00,09:50:00 AM,60,1-4\r\n"
                      "11/04/2026,10:00:00 AM,10:01:00 AM,60,1-4\r\n");
-    EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+    EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/30/2026"), RequestOutcome::kProducedWithErrors);
     ASSERT_EQ(rig.host.messages.size(), 1u);
     const std::string& box = rig.host.messages[0].text;
     EXPECT_EQ(box.rfind("Error 13 Type mismatch\r\nin Form fReport procedure Build_BusyMatrix.", 0), 0u)

@@ -120,7 +120,7 @@ TEST(DailyCallAnalysis, EveryTimeOfAnHourIsCheckedThoughItsHourIsReadOnce) {
                          Call().Date("11/02/2026").Time("10:00AM").Text(),
                          Call().Date("11/03/2026").Time("10:01AM").Text()}),
                   kind::kDailyCallStatistics);
-  EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+  EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProducedWithErrors);
   ASSERT_EQ(rig.host.messages.size(), 1u);
   const std::string& box = rig.host.messages[0].text;
   EXPECT_TRUE(box.starts_with("Error 13 Type mismatch\r\nin Form fReport procedure Build_CallMatrix.")) << box;
@@ -136,7 +136,7 @@ TEST(DailyCallAnalysis, BadRecordsEndInTheBoxOfTheProcedureThatMetThem) {
   const std::string bad = Call().Date("11/02/2026").Time("25:00").Text();
   AnalysisRig rig(LogOf({Call().Date("11/02/2026").Text(), bad, Call().Date("11/03/2026").Direction("Out").Text()}),
                   kind::kDailyCallStatistics);
-  EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
+  EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProducedWithErrors);
   ASSERT_EQ(rig.host.messages.size(), 1u);
   const std::string& box = rig.host.messages[0].text;
   EXPECT_EQ(rig.host.messages[0].title, "Error");

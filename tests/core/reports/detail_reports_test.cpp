@@ -297,6 +297,31 @@ TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
   EXPECT_EQ(empty.totalDuration, "0:00:00");
 }
 
+TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
+  // "Jos\xE9" and "JOS\xC9" are one caller, as "Jose" and "JOSE" are; the
+  // accent still tells Jose from Jos\xE9.
+  testing::TempFolder folder;
+  const std::string log = testing::LogOf({
+      testing::Call().Date("11/02/2026").Name("Jos\xE9").Number("5550001111"),
+      testing::Call().Date("11/02/2026").Name("JOS\xC9").Number("5550001111"),
+      testing::Call().Date("11/03/2026").Name("Jose").Number("5550001111"),
+      testing::Call().Date("11/03/2026").Name("JOSE").Number("5550001111"),
+      testing::Call().Date("11/04/2026").Name("\x8A" "ARKA \x8C" "E").Number("5550002222"),
+      testing::Call().Date("11/04/2026").Name("\x9A" "arka \x9C" "e").Number("5550002222"),
+  });
+  DetailRig rig(folder.Write("CallLog.txt", log));
+  rig.Request().kind = kind::kCallHistory;
+  rig.Request().chart = true;
+  const std::string text = rig.Run();
+  std::vector<std::string> rows;
+  for (const std::string& line : testing::Lines(text)) {
+    const std::vector<std::string> words = testing::Words(line);
+    if (words.size() >= 3 && words[words.size() - 3] == "5550001111") rows.push_back(words[0] + " " + words.end()[-2]);
+    if (words.size() >= 4 && words[words.size() - 3] == "5550002222") rows.push_back(words[0] + " " + words.end()[-2]);
+  }
+  EXPECT_EQ(rows, (std::vector<std::string>{"Jose 2", "Jos\xE9 2", "\x8A" "ARKA 2"})) << text;
+}
+
 // ---------------------------------------------------------------------------
 // Line listing
 

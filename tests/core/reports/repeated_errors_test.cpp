@@ -1,0 +1,160 @@
+// Errors that come back on every record or every row: each is shown once in a
+// request. A report that met bad records still ends in its document (with
+// the outcome saying so); a document that cannot go on ends the report at
+// once. Also what the reports tell besides errors: records dated with no
+// calendar date, and calls on lines that are not counted.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "analysis_rig.h"
+#include "core/data/log_lines.h"
+#include "support/text.h"
+
+namespace cw::testing {
+namespace {
+
+constexpr std::int16_t kLastPage = std::numeric_limits<std::int16_t>::max();
+
+std::vector<std::string> Repeated(int count, const std::string& line) { return std::vector<std::string>(count, line); }
+
+TEST(RepeatedErrors, ABuilderShowsItsErrorOnceAndTheDocumentIsStillProduced) {
+  struct Case {
+    const char* what;
+    std::int16_t kind;
+    std::string bad;
+    std::string box;
+  };
+  const Case cases[] = {
+      {"a call on line 0", kind::kLineUsageStatistics, Call().Date("11/02/2026").Line("0").Text(),
+       "Error 9 Subscript out of range\r\nin Form fReport procedure Build_LineMatrix."},
+      {"an unreadable time", kind::kDailyCallStatistics, Call().Date("11/02/2026").Time("25:00").Text(),
+       "Error 13 Type mismatch\r\nin Form fReport procedure Build_CallMatrix."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::vector<std::string> log = Repeated(40, c.bad);
+    log.push_back(Call().Date("11/03/2026").Line("2").Text());
+    AnalysisRig rig(LogOf(log), c.kind, 2);
+    EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProducedWithErrors);
+    ASSERT_EQ(rig.host.messages.size(), 1u);
+    EXPECT_TRUE(rig.host.messages[0].text.starts_with(c.box)) << rig.host.messages[0].text;
+    EXPECT_TRUE(rig.host.messages[0].text.ends_with("\r\nProcessing: " + std::string(Trim(c.bad))));
+    EXPECT_EQ(rig.form->RepeatedErrors(), 39);
+    EXPECT_EQ(rig.host.previews.size(), 1u);
+
+    // The next request shows its errors again, and a clean one is clean.
+    EXPECT_EQ(rig.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProducedWithErrors);
+    EXPECT_EQ(rig.host.messages.size(), 2u);
+    EXPECT_EQ(rig.Run("11/03/2026", "11/30/2026"), RequestOutcome::kProduced);
+    EXPECT_EQ(rig.host.messages.size(), 2u);
+    EXPECT_EQ(rig.form->RepeatedErrors(), 0);
+  }
+}
+
+// A host that moves the new document close to the last page a 16-bit page
+// number can reach, as a report of some years of calls would.
+class NearTheLastPageHost : public SpoolCapturingHost {
+ public:
+  void SetBusy(bool on) override {
+    if (on && form != nullptr && form->Document() != nullptr) form->Document()->SetPage(startPage);
+    SpoolCapturingHost::SetBusy(on);
+  }
+  ReportForm* form = nullptr;
+  std::int16_t startPage = 1;
+};
+
+TEST(RepeatedErrors, AListingPastThePageLimitShowsOneBoxAndEndsThere) {
+  // More calls than one progress interval: a walk that went on after the
+  // failure would report its progress.
+  const std::vector<std::string> log = Repeated(5000, Call().Date("11/02/2026").Text());
+  TempFolder folder;
+  NearTheLastPageHost host;
+  FixedPitchMetrics metrics;
+  MemorySettingsStore settings;
+  ReportEnvironment environment;
+  environment.logPath = folder.Write("CallLog.txt", LogOf(log));
+  ReportForm form(environment, host, metrics, settings);
+  host.form = &form;
+  host.startPage = kLastPage - 3;
+  ReportRequest& request = form.Request();
+  request.kind = kind::kCallHistory;
+  request.direction = "InOut";
+  request.fromDate = "11/01/2026";
+  request.toDate = "11/30/2026";
+
+  EXPECT_EQ(form.cmdPrintQuery_Click(), RequestOutcome::kFailed);
+  ASSERT_EQ(host.messages.size(), 1u);
+  EXPECT_TRUE(host.messages[0].text.starts_with(
+      "Error 6 Overflow\r\nin Class Module OrlPrinter procedure CheckNewPage.\r\n"))
+      << host.messages[0].text;
+  EXPECT_TRUE(host.previews.empty());
+  EXPECT_EQ(host.lastProgress, 0);
+  EXPECT_EQ(form.Document()->Page(), kLastPage);
+  EXPECT_TRUE(form.Document()->Failed());
+  EXPECT_FALSE(host.busy);
+  // Nothing of the document is left in the temporary folder.
+  EXPECT_FALSE(std::filesystem::exists(form.Document()->PrintFile()));
+
+  // A listing that fits before the limit is produced as ever.
+  host.messages.clear();
+  host.startPage = kLastPage - 200;
+  EXPECT_EQ(form.cmdPrintQuery_Click(), RequestOutcome::kProduced);
+  EXPECT_TRUE(host.messages.empty());
+  ASSERT_EQ(host.previews.size(), 1u);
+  EXPECT_LT(host.previews[0].totalPages, kLastPage);
+}
+
+TEST(RolledDates, ARecordDatedWithNoCalendarDateIsNamedAndTheReportEndsWithErrors) {
+  // 10/32 is read as 11/01, after the period: the listing ends there, as
+  // the reading rule has it, and the user is told why.
+  const std::vector<std::string> log{
+      Call().Date("10/30/2026").Name("FIRST").Text(), Call().Date("10/32/2026").Name("ROLLED").Text(),
+      Call().Date("10/31/2026").Name("AFTER").Text()};
+  AnalysisRig rig(LogOf(log), kind::kCallHistory);
+  EXPECT_EQ(rig.Run("10/01/2026", "10/31/2026"), RequestOutcome::kProducedWithErrors);
+  ASSERT_EQ(rig.host.messages.size(), 1u);
+  const RecordingHost::Message& warning = rig.host.messages[0];
+  EXPECT_EQ(warning.title, "Warning");
+  EXPECT_EQ(warning.icon, MessageIcon::kExclamation);
+  EXPECT_EQ(warning.text, "Record 2 of " + rig.folder.File("CallLog.txt") +
+                              " is dated 10/32/2026, which is not a calendar date; it was read as 11/01/2026.");
+  const std::string text = rig.Text();
+  EXPECT_NE(text.find("FIRST"), std::string::npos);
+  EXPECT_EQ(text.find("AFTER"), std::string::npos);
+
+  // Within the period the record is counted at the day it rolls to; only
+  // the first such record of a request is named.
+  AnalysisRig daily(LogOf({Call().Date("02/30/2026").Text(), Call().Date("02/31/2026").Text(),
+                           Call().Date("03/02/2026").Text()}),
+                    kind::kDailyCallStatistics);
+  EXPECT_EQ(daily.Run("02/01/2026", "03/31/2026"), RequestOutcome::kProducedWithErrors);
+  ASSERT_EQ(daily.host.messages.size(), 1u);
+  EXPECT_TRUE(daily.host.messages[0].text.starts_with("Record 1 of ")) << daily.host.messages[0].text;
+  EXPECT_EQ(RowAfter(daily.Text(), "Totals"), (std::vector<std::string>{"3", "0", "3"}));
+}
+
+TEST(LineUsage, CallsOnLinesAboveTheActiveCountAreLeftOutWithANote) {
+  std::vector<std::string> log;
+  for (const char* line : {"1", "2", "3", "4", "4", "2"}) log.push_back(Call().Date("11/02/2026").Line(line).Text());
+  AnalysisRig two(LogOf(log), kind::kLineUsageStatistics, 2);
+  EXPECT_EQ(two.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProduced);
+  ASSERT_EQ(two.host.messages.size(), 1u);
+  EXPECT_EQ(two.host.messages[0].title, "Note");
+  EXPECT_EQ(two.host.messages[0].icon, MessageIcon::kInformation);
+  EXPECT_EQ(two.host.messages[0].text,
+            "3 calls on lines above line 2 are not counted: the logging program's settings give 2 active lines.");
+  EXPECT_EQ(RowAfter(two.Text(), "Total Calls"), (std::vector<std::string>{"3", "0", "3", "6:09"}));
+
+  // With every line active there is nothing to say.
+  AnalysisRig four(LogOf(log), kind::kLineUsageStatistics, 4);
+  EXPECT_EQ(four.Run("11/01/2026", "11/30/2026"), RequestOutcome::kProduced);
+  EXPECT_TRUE(four.host.messages.empty());
+}
+
+}  // namespace
+}  // namespace cw::testing
