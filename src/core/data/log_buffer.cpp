@@ -1,7 +1,6 @@
 #include "data/log_buffer.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <source_location>
 #include <utility>
 
@@ -44,18 +44,7 @@ class ReadOnlyFile {
   throw RuntimeError(number, std::move(text), {}, where);
 }
 
-// Below this size a copy costs nothing worth saving.
-constexpr std::size_t kMapFrom = std::size_t{4} << 20;
-
 }  // namespace
-
-void LogBytesRelease::operator()(char* bytes) const {
-  if (mappedSize != 0) {
-    ::munmap(bytes, mappedSize);
-  } else {
-    delete[] bytes;
-  }
-}
 
 LogBuffer LogBuffer::Load(const std::string& path) {
   // Non-blocking so that a named pipe in place of the log is refused below
@@ -81,19 +70,11 @@ LogBuffer LogBuffer::Load(const std::string& path) {
   LogBuffer buffer;
   const auto wanted = static_cast<std::size_t>(info.st_size);
   if (wanted == 0) return buffer;
-  // Years of calls are read fastest straight from the page cache. The mapping
-  // covers the length seen above; the logging program only ever appends, so
-  // those bytes stay as they are while the report reads them.
-  if (wanted >= kMapFrom) {
-    void* mapped = ::mmap(nullptr, wanted, PROT_READ, MAP_PRIVATE | MAP_POPULATE, fd, 0);
-    if (mapped != MAP_FAILED) {
-      buffer.data_ = std::unique_ptr<char, LogBytesRelease>(static_cast<char*>(mapped), LogBytesRelease{wanted});
-      buffer.size_ = wanted;
-      return buffer;
-    }
-  }
+  // The log is copied, not mapped: log rotation may truncate it while a
+  // report walks it, and a mapping would then fault on the vanished pages.
+  // A copy is the file as it was, whatever happens to it afterwards.
   (void)::posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
-  buffer.data_ = std::unique_ptr<char, LogBytesRelease>(new char[wanted]);
+  buffer.data_ = std::make_unique_for_overwrite<char[]>(wanted);
 
   // The logging program may append while we read; what was there when we
   // looked at the size is the snapshot, and a file that shrank meanwhile gives
@@ -115,7 +96,7 @@ LogBuffer LogBuffer::Load(const std::string& path) {
 LogBuffer LogBuffer::FromText(std::string_view text) {
   LogBuffer buffer;
   if (text.empty()) return buffer;
-  buffer.data_ = std::unique_ptr<char, LogBytesRelease>(new char[text.size()]);
+  buffer.data_ = std::make_unique_for_overwrite<char[]>(text.size());
   std::memcpy(buffer.data_.get(), text.data(), text.size());
   buffer.size_ = text.size();
   return buffer;

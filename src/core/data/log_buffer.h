@@ -1,6 +1,8 @@
 #pragma once
 // The whole call log in memory. Every report reads the log once, in one piece,
-// before its record loop; the buffer is a snapshot of the file at that moment.
+// before its record loop; the buffer is a copy of the file at that moment, so
+// that nothing done to the file later (log rotation truncates it) reaches a
+// report that is still walking it.
 // The log belongs to the logging program, which keeps appending to it: it is
 // opened for reading only, never locked and never written.
 
@@ -10,13 +12,6 @@
 #include <string_view>
 
 namespace cw {
-
-// A large log is mapped read-only rather than copied; the rest live in an
-// array of their own.
-struct LogBytesRelease {
-  std::size_t mappedSize = 0;
-  void operator()(char* bytes) const;
-};
 
 class LogBuffer {
  public:
@@ -35,7 +30,7 @@ class LogBuffer {
   std::size_t Size() const { return size_; }
 
  private:
-  std::unique_ptr<char, LogBytesRelease> data_;
+  std::unique_ptr<char[]> data_;
   std::size_t size_ = 0;
 };
 
