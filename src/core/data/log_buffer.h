@@ -13,6 +13,13 @@
 
 namespace cw {
 
+// A large log's copy lives in memory mapped for it alone (see Load); the
+// rest in an ordinary array.
+struct LogBytesRelease {
+  std::size_t mappedSize = 0;
+  void operator()(char* bytes) const;
+};
+
 class LogBuffer {
  public:
   LogBuffer() = default;  // an empty log
@@ -30,7 +37,7 @@ class LogBuffer {
   std::size_t Size() const { return size_; }
 
  private:
-  std::unique_ptr<char[]> data_;
+  std::unique_ptr<char, LogBytesRelease> data_;
   std::size_t size_ = 0;
 };
 
