@@ -4,6 +4,9 @@
 #   ./cw test   install what is missing, build, run every test (and again under
 #               AddressSanitizer + UndefinedBehaviorSanitizer)
 #   ./cw build  build only;  ./cw bench  build and run the benchmarks
+#   ./cw fuzz [SECONDS]  build the fuzz targets with clang and run each for
+#               SECONDS (default 60) under ASan + UBSan; crash inputs are kept
+#               under tests/fuzz/crashes/<target>/
 set -euo pipefail
 cd "$(dirname "$0")"
 root=$PWD
@@ -13,6 +16,12 @@ build() {  # build DIR [cmake args...]
   local dir=$1; shift
   cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" >/dev/null
   cmake --build "$dir" -j "$jobs"
+}
+
+# The fuzz targets: clang, the core without Qt, every library instrumented.
+fuzz_build() {
+  build build-fuzz -DCMAKE_CXX_COMPILER=clang++-16 -DCW_WITH_QT=OFF -DCW_FUZZ=ON \
+    -DCW_BUILD_TESTS=OFF -DCW_BUILD_BENCH=OFF
 }
 
 case "${1:-run}" in
@@ -30,6 +39,14 @@ case "${1:-run}" in
     build build-asan -DCW_SANITIZE=ON -DCW_BUILD_BENCH=OFF
     (cd build-asan && QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0 \
        UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j "$jobs")
+    # Every fuzz target for 20 s from its seeds; nothing is written into the repo.
+    fuzz_build
+    scripts/run-fuzz.sh build-fuzz 20 check
+    ;;
+  fuzz)
+    scripts/setup-deps.sh
+    fuzz_build
+    scripts/run-fuzz.sh build-fuzz "${2:-60}" keep
     ;;
   build)
     scripts/setup-deps.sh
@@ -41,7 +58,7 @@ case "${1:-run}" in
     scripts/run-bench.sh "$root/build" "${@:2}"
     ;;
   *)
-    echo "usage: ./cw run|test|build|bench" >&2
+    echo "usage: ./cw run|test|build|bench|fuzz [SECONDS]" >&2
     exit 2
     ;;
 esac

@@ -5,6 +5,9 @@ set -euo pipefail
 packages=(
   # build
   cmake ninja-build g++ pkg-config
+  # fuzzing (./cw fuzz, ./cw test): clang 16 is the first Debian 12 clang that
+  # compiles std::source_location; the libFuzzer runtime comes on its own
+  clang-16 libclang-rt-16-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   qt6-base-dev qt6-charts-dev libgl-dev
   # Qt Charts finds its OpenGL module through these files, which qt6-base-dev

@@ -1,9 +1,16 @@
 #include "platform/painter_page_device.h"
 
+#include <QFile>
 #include <QGlyphRun>
 #include <QImage>
 #include <QPaintEngine>
 #include <QPen>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
 
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
@@ -23,6 +30,31 @@ QImage WhiteAsTransparent(const QImage& picture) {
     }
   }
   return result;
+}
+
+// The bytes of a picture file, or nothing when it is not a regular file or
+// cannot be read. A spool may name any path: a named pipe there would leave
+// the image loader waiting for a writer for ever, so the file is opened
+// without waiting and looked at before a byte is read.
+std::optional<QByteArray> ReadPictureFile(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) return std::nullopt;
+  std::optional<QByteArray> bytes;
+  struct stat info {};
+  if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode)) {
+    QByteArray data(static_cast<qsizetype>(info.st_size), Qt::Uninitialized);
+    qsizetype got = 0;
+    while (got < data.size()) {
+      const ssize_t n = ::read(fd, data.data() + got, static_cast<std::size_t>(data.size() - got));
+      if (n < 0 && errno == EINTR) continue;
+      if (n <= 0) break;
+      got += n;
+    }
+    data.truncate(got);
+    bytes = std::move(data);
+  }
+  ::close(fd);
+  return bytes;
 }
 
 }  // namespace
@@ -104,7 +136,10 @@ void PainterPageDevice::Box(double x1, double y1, double x2, double y2) {
 
 bool PainterPageDevice::Image(const std::string& file, double x, double y, double width, double height) {
   QPainter& painter = Painter();
-  const QImage picture(QString::fromStdString(Win1252ToUtf8(file)));
+  const QString name = QString::fromStdString(Win1252ToUtf8(file));
+  const std::optional<QByteArray> bytes = ReadPictureFile(QFile::encodeName(name).toStdString());
+  if (!bytes) return false;
+  const QImage picture = QImage::fromData(*bytes);
   if (picture.isNull()) return false;
   if (width == 0) width = picture.width() * kTwipsPerPicturePixel;
   if (height == 0) height = picture.height() * kTwipsPerPicturePixel;

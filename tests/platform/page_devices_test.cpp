@@ -3,12 +3,19 @@
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <thread>
 
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
@@ -190,6 +197,45 @@ TEST(PngPageDeviceTest, OnePictureAPageAtTheChosenResolution) {
 
   EXPECT_THROW(PngPageDevice(folder.toStdString(), 5), RuntimeError);
   EXPECT_THROW(PngPageDevice(folder.toStdString(), 601), RuntimeError);
+}
+
+TEST(PageDevicesTest, PicturesThatAreNotRegularFilesAreRefusedWithoutWaiting) {
+  QTemporaryDir dir;
+  const std::string pipe = dir.filePath("chart.bmp").toStdString();
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  // Should the device wait for a writer, this one comes after a while and
+  // lets it go, so that the test fails instead of hanging.
+  std::mutex mutex;
+  std::condition_variable finished;
+  bool done = false;
+  bool writerNeeded = false;
+  std::thread watchdog([&] {
+    std::unique_lock lock(mutex);
+    if (finished.wait_for(lock, std::chrono::seconds(20), [&] { return done; })) return;
+    const int fd = ::open(pipe.c_str(), O_WRONLY | O_NONBLOCK);
+    writerNeeded = fd >= 0;
+    if (fd >= 0) ::close(fd);
+  });
+  bool drawn = true;
+  bool folderDrawn = true;
+  {
+    PngPageDevice device(dir.path().toStdString(), 72);
+    device.BeginDocument(kLetter);
+    device.BeginPage();
+    drawn = device.Image(pipe, 0, 0, 0, 0);
+    folderDrawn = device.Image(dir.path().toStdString(), 0, 0, 0, 0);
+    device.EndPage();
+    device.EndDocument();
+  }
+  {
+    std::lock_guard lock(mutex);
+    done = true;
+  }
+  finished.notify_one();
+  watchdog.join();
+  EXPECT_FALSE(drawn);
+  EXPECT_FALSE(folderDrawn);
+  EXPECT_FALSE(writerNeeded) << "the device waited on the named pipe";
 }
 
 TEST(PageDevicesTest, FailedOrUnfinishedOutputLeavesNothingBehind) {

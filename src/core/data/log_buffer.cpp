@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <source_location>
 #include <utility>
 
@@ -44,8 +45,21 @@ class ReadOnlyFile {
   throw RuntimeError(number, std::move(text), {}, where);
 }
 
-// Below this size a copy costs nothing worth saving.
-constexpr std::size_t kMapFrom = std::size_t{4} << 20;
+// From this size the copy goes to memory of its own, in huge pages where the
+// system allows: a log of years is then filled and walked with a few
+// hundred page faults and TLB entries instead of hundreds of thousands.
+constexpr std::size_t kOwnMappingFrom = std::size_t{4} << 20;
+
+std::unique_ptr<char, LogBytesRelease> AllocateCopy(std::size_t size) {
+  if (size >= kOwnMappingFrom) {
+    void* memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory != MAP_FAILED) {
+      (void)::madvise(memory, size, MADV_HUGEPAGE);
+      return std::unique_ptr<char, LogBytesRelease>(static_cast<char*>(memory), LogBytesRelease{size});
+    }
+  }
+  return std::unique_ptr<char, LogBytesRelease>(new char[size]);
+}
 
 }  // namespace
 
@@ -81,19 +95,11 @@ LogBuffer LogBuffer::Load(const std::string& path) {
   LogBuffer buffer;
   const auto wanted = static_cast<std::size_t>(info.st_size);
   if (wanted == 0) return buffer;
-  // Years of calls are read fastest straight from the page cache. The mapping
-  // covers the length seen above; the logging program only ever appends, so
-  // those bytes stay as they are while the report reads them.
-  if (wanted >= kMapFrom) {
-    void* mapped = ::mmap(nullptr, wanted, PROT_READ, MAP_PRIVATE | MAP_POPULATE, fd, 0);
-    if (mapped != MAP_FAILED) {
-      buffer.data_ = std::unique_ptr<char, LogBytesRelease>(static_cast<char*>(mapped), LogBytesRelease{wanted});
-      buffer.size_ = wanted;
-      return buffer;
-    }
-  }
+  // The log is copied, not mapped: log rotation may truncate it while a
+  // report walks it, and a mapping would then fault on the vanished pages.
+  // A copy is the file as it was, whatever happens to it afterwards.
   (void)::posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
-  buffer.data_ = std::unique_ptr<char, LogBytesRelease>(new char[wanted]);
+  buffer.data_ = AllocateCopy(wanted);
 
   // The logging program may append while we read; what was there when we
   // looked at the size is the snapshot, and a file that shrank meanwhile gives
@@ -115,7 +121,7 @@ LogBuffer LogBuffer::Load(const std::string& path) {
 LogBuffer LogBuffer::FromText(std::string_view text) {
   LogBuffer buffer;
   if (text.empty()) return buffer;
-  buffer.data_ = std::unique_ptr<char, LogBytesRelease>(new char[text.size()]);
+  buffer.data_ = AllocateCopy(text.size());
   std::memcpy(buffer.data_.get(), text.data(), text.size());
   buffer.size_ = text.size();
   return buffer;

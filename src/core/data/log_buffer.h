@@ -1,6 +1,8 @@
 #pragma once
 // The whole call log in memory. Every report reads the log once, in one piece,
-// before its record loop; the buffer is a snapshot of the file at that moment.
+// before its record loop; the buffer is a copy of the file at that moment, so
+// that nothing done to the file later (log rotation truncates it) reaches a
+// report that is still walking it.
 // The log belongs to the logging program, which keeps appending to it: it is
 // opened for reading only, never locked and never written.
 
@@ -11,8 +13,8 @@
 
 namespace cw {
 
-// A large log is mapped read-only rather than copied; the rest live in an
-// array of their own.
+// A large log's copy lives in memory mapped for it alone (see Load); the
+// rest in an ordinary array.
 struct LogBytesRelease {
   std::size_t mappedSize = 0;
   void operator()(char* bytes) const;

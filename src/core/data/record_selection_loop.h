@@ -165,7 +165,9 @@ inline std::size_t RecordSelection::CleanNumberField(std::string_view numberFiel
     std::memcpy(field, numberField.data(), kWidth);  // a fixed size: no library call
   } else {
     std::memset(field, ' ', kWidth);
-    std::memcpy(field, numberField.data(), std::min(numberField.size(), kWidth));
+    // A line that ends before the number column gives an empty field with no
+    // data at all, which memcpy may not be handed even for no bytes.
+    if (!numberField.empty()) std::memcpy(field, numberField.data(), std::min(numberField.size(), kWidth));
   }
   std::memset(cleaned, 0, kWidth);
   std::size_t size = 0;

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -17,7 +18,7 @@ namespace cw {
 namespace {
 
 // About 850 KB per read.
-constexpr std::size_t kBufferRecords = 2048;
+constexpr std::int64_t kBufferRecords = 2048;
 
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
@@ -62,7 +63,11 @@ SpoolReader::SpoolReader(const std::string& path) : path_(path) {
     throw RuntimeError(err::kPathFileAccess, "The spool file " + path + " is not a readable file");
   }
   recordCount_ = info.st_size / static_cast<std::int64_t>(kSpoolRecordSize);
-  buffer_.resize(kBufferRecords * kSpoolRecordSize);
+  // A short spool (one preview page, a small report) needs no more buffer
+  // than it has records; allocating and clearing the full buffer for it
+  // would cost more than reading it.
+  const auto records = static_cast<std::size_t>(std::clamp<std::int64_t>(recordCount_ + 1, 1, kBufferRecords));
+  buffer_.resize(records * kSpoolRecordSize);
 
   if (!Fill()) {
     problems_.Add(0, "the file holds no header record (" + std::to_string(end_) + " bytes)");

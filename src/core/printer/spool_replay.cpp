@@ -68,8 +68,10 @@ class PrinterReplay {
 
   void Run() {
     if (!reader_.HasHeader()) return;
-    for (std::int16_t copy = 1; copy <= options_.copies && !Finished(); ++copy) {
-      if (options_.beginCopy) options_.beginCopy(copy);
+    // Counted wider than the copy count, which may be 32767, the largest the
+    // count holds.
+    for (int copy = 1; copy <= options_.copies && !Finished(); ++copy) {
+      if (options_.beginCopy) options_.beginCopy(static_cast<std::int16_t>(copy));
       reader_.SeekRecord(2);
       ReplayCopy();
       if (open_) {

@@ -14,8 +14,10 @@ namespace cw {
 
 namespace {
 
-// About 200 KB: a few thousand write calls per million records.
-constexpr std::size_t kBlockRecords = 512;
+// About 100 KB: some ten thousand write calls per million records. The block
+// stays below the size from which allocators map memory afresh for every
+// block (128 KB), which a spool made for every small report would pay.
+constexpr std::size_t kBlockRecords = 256;
 
 int OpenReadWrite(const std::string& path, int extraFlags) {
   int fd;
@@ -43,7 +45,6 @@ std::unique_ptr<SpoolWriter> SpoolWriter::CreateTemporary(const SpoolRecord& hea
 SpoolWriter::SpoolWriter(std::string path, const SpoolRecord& header) : path_(std::move(path)) {
   fd_ = OpenReadWrite(path_, O_TRUNC);
   if (fd_ < 0) throw RuntimeError(err::kPathFileAccess, Describe("open", path_, errno));
-  pending_.reserve(kBlockRecords * kSpoolRecordSize);
   // The header goes to disk at once: a spool that cannot even hold its header
   // fails where it is created.
   Append(header);

@@ -22,7 +22,9 @@ constexpr std::size_t kBlockBytes = 1 << 20;
 // of output not yet handed to the file.
 class TextPrinter {
  public:
-  explicit TextPrinter(OutputFile& output) : output_(output) { block_.reserve(kBlockBytes + 512); }
+  // The block grows as it fills (and keeps its size from one flush to the
+  // next): a page or two of text never pays for a whole block.
+  explicit TextPrinter(OutputFile& output) : output_(output) {}
 
   void EndLine() {
     block_ += kLineEnd;

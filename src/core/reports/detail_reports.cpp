@@ -207,12 +207,7 @@ void ReportForm::Print_Detail(std::int16_t mode) {
 void ReportForm::Print_Lines() {
   try {
     OrlPrinter& document = CurrentDocument(document_);
-    std::vector<std::int16_t> lines;
-    if (request_.lines.allLines) {
-      for (std::int16_t line = 1; line <= environment_.activeLines; ++line) lines.push_back(line);
-    } else {
-      lines = request_.lines.lines;
-    }
+    const std::vector<std::int16_t> lines = request_.lines.Chosen(environment_.activeLines);
     if (lines.empty()) {
       host_.MessageBox(host_.AppTitle(),
                        "No line # was selected.\r\nChoose a line # or check the \"All Lines\" option.",

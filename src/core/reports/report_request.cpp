@@ -19,6 +19,15 @@ std::string_view TabCaption(std::int16_t reportKind, std::string_view edition) {
   }
 }
 
+std::vector<std::int16_t> LineChoice::Chosen(std::int16_t activeLines) const {
+  if (!allLines) return lines;
+  // Counted wider than the line numbers: 32767 active lines is allowed, and
+  // a 16-bit counter would wrap there instead of ending.
+  std::vector<std::int16_t> all;
+  for (int line = 1; line <= activeLines; ++line) all.push_back(static_cast<std::int16_t>(line));
+  return all;
+}
+
 DetailColumns DetailColumnPositions(bool dtmf) {
   // Each column starts a fixed distance after the one before; the name column
   // gives up three quarters of an inch when the touch-tone digits need room.

@@ -44,6 +44,9 @@ struct AbandonedFilter {
 struct LineChoice {
   bool allLines = false;
   std::vector<std::int16_t> lines;
+
+  // The lines to list: 1 to activeLines with all lines, else those chosen.
+  std::vector<std::int16_t> Chosen(std::int16_t activeLines) const;
 };
 
 // The ten column positions of the detail listing, in inches.

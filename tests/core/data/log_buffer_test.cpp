@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "data/oldest_log_date.h"
 #include "log_lines.h"
@@ -25,8 +26,8 @@ TEST(LogBuffer, HoldsTheWholeFileByteForByte) {
   EXPECT_EQ(LogBuffer::Load(empty.Path()).Size(), 0u);
   EXPECT_EQ(LogBuffer().Text(), "");
 
-  // A log of several megabytes is mapped rather than copied; it must read the
-  // same, up to its last byte, and stay valid after the buffer is moved.
+  // A log of several megabytes reads the same, up to its last byte, and
+  // stays valid after the buffer is moved.
   std::string large;
   for (int i = 0; large.size() < (std::size_t{5} << 20); ++i) large += "line " + std::to_string(i) + "\r\n";
   large += "tail";
@@ -35,6 +36,26 @@ TEST(LogBuffer, HoldsTheWholeFileByteForByte) {
   const LogBuffer moved = std::move(loaded);
   EXPECT_EQ(moved.Size(), large.size());
   EXPECT_TRUE(moved.Text() == large);
+}
+
+TEST(LogBuffer, RotatingTheLogAfterLoadingChangesNothingRead) {
+  // Log rotation rewrites or truncates the file while a report still walks
+  // what it loaded. The buffer must keep the old bytes, at every size (a
+  // buffer that read the file through a mapping would die here on its first
+  // byte past the new end).
+  for (const std::size_t size : {std::size_t{100}, std::size_t{5} << 20, std::size_t{9} << 20}) {
+    std::string bytes;
+    while (bytes.size() < size) bytes += "01/15/2024 9:05AM  5551234567 line " + std::to_string(bytes.size()) + "\r\n";
+    ScratchFile file(bytes);
+    const LogBuffer buffer = LogBuffer::Load(file.Path());
+    {
+      std::ofstream rewrite(file.Path(), std::ios::binary | std::ios::in | std::ios::out);
+      rewrite << std::string(4096, 'X');
+    }
+    std::filesystem::resize_file(file.Path(), 0);
+    ASSERT_EQ(buffer.Size(), bytes.size()) << size;
+    EXPECT_TRUE(buffer.Text() == bytes) << size;
+  }
 }
 
 TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {

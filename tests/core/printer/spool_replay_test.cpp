@@ -158,6 +158,24 @@ TEST_F(SpoolReplayTest, DamagedSpoolsReplayWhatIsValidAndReportTheRest) {
   EXPECT_THROW(ReplaySpool(folder.File("absent.spl"), device, {}), RuntimeError);
 }
 
+TEST_F(SpoolReplayTest, TheLargestCopyCountEnds) {
+  // 32767 copies is a count the print dialog accepts; its copies are counted
+  // past it without wrapping. A wrapped counter would start copy -32768,
+  // which stops the replay here instead of printing for ever.
+  const std::string spool =
+      Spool(SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 0, 0, "x"), MakePageRecord(1, spool::kEndDoc)}));
+  std::vector<std::int16_t> copies;
+  ReplayOptions options;
+  options.copies = 32767;
+  options.beginCopy = [&](std::int16_t copy) { copies.push_back(copy); };
+  options.shouldStop = [&] { return copies.back() != static_cast<std::int16_t>(copies.size()); };
+  ReplayResult result = ReplaySpool(spool, device, options);
+  EXPECT_FALSE(result.stopped);
+  ASSERT_EQ(copies.size(), 32767u);
+  EXPECT_EQ(copies.back(), 32767);
+  EXPECT_EQ(result.pagesBegun, 32767);
+}
+
 TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
   const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
   int asked = 0;

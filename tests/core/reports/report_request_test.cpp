@@ -13,6 +13,25 @@ TEST(ReportRequestTest, TabCaptionsFollowTheEdition) {
   EXPECT_EQ(TabCaption(9, kEditionRingtally), "");
 }
 
+TEST(ReportRequestTest, LineChoiceListsEveryActiveLineUpToTheLargest) {
+  LineChoice all;
+  all.allLines = true;
+  struct Case {
+    std::int16_t activeLines;
+    std::size_t count;
+  };
+  // 32767 is the most a 16-bit count holds: the list must still end there.
+  for (const Case& c : {Case{0, 0}, Case{1, 1}, Case{4, 4}, Case{32767, 32767}}) {
+    const std::vector<std::int16_t> lines = all.Chosen(c.activeLines);
+    ASSERT_EQ(lines.size(), c.count) << c.activeLines;
+    for (std::size_t k = 0; k < lines.size(); ++k) ASSERT_EQ(lines[k], static_cast<std::int16_t>(k + 1));
+  }
+  // Chosen lines are kept as they were picked, whatever the active count.
+  LineChoice some;
+  some.lines = {3, 1, 7};
+  EXPECT_EQ(some.Chosen(2), (std::vector<std::int16_t>{3, 1, 7}));
+}
+
 TEST(ReportRequestTest, TimePeriodsFromAnInjectedToday) {
   const PeriodCaptions before{"01/01/2020", "02/02/2020"};
   const CivilDate wednesday = CivilDate::FromYmd(2026, 11, 18);
