@@ -46,9 +46,7 @@ QMessageBox::Icon BoxIcon(MessageIcon icon) {
 
 DesktopReportHost::DesktopReportHost(QObject* parent) : QObject(parent) {}
 
-DesktopReportHost::~DesktopReportHost() {
-  if (busy_) QApplication::restoreOverrideCursor();
-}
+DesktopReportHost::~DesktopReportHost() = default;
 
 void DesktopReportHost::SetOwner(QWidget* owner) { owner_ = owner; }
 
@@ -61,25 +59,24 @@ MessageAnswer DesktopReportHost::MessageBox(std::string_view title, std::string_
   } else {
     box.setStandardButtons(QMessageBox::Ok);
   }
-  // A box asked for while the hourglass is up still wants the arrow.
-  const bool wasBusy = busy_;
-  if (wasBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
-  const int answer = box.exec();
-  if (wasBusy) QApplication::restoreOverrideCursor();
+  int answer = 0;
+  {
+    // A box asked for while the hourglass is up still wants the arrow.
+    const CursorScope arrow(Qt::ArrowCursor);
+    answer = box.exec();
+  }
   if (answer == QMessageBox::Retry) return MessageAnswer::kRetry;
   if (answer == QMessageBox::Cancel) return MessageAnswer::kCancel;
   return MessageAnswer::kOk;
 }
 
 void DesktopReportHost::SetBusy(bool busy) {
-  if (busy == busy_) return;
-  busy_ = busy;
   if (busy) {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-  } else {
-    QApplication::restoreOverrideCursor();
-    emit ProgressChanged(-1, 0);
+    if (!busy_) busy_.emplace(Qt::WaitCursor);
+    return;
   }
+  busy_.reset();
+  emit ProgressChanged(-1, 0);
 }
 
 void DesktopReportHost::DoEvents() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
@@ -89,11 +86,11 @@ void DesktopReportHost::Progress(std::int64_t done, std::int64_t total) { emit P
 void DesktopReportHost::ShowPreview(OrlPrinter& document) {
   emit ProgressChanged(-1, 0);
   // The preview is the user's to work in: no hourglass over it.
-  const bool wasBusy = busy_;
-  if (wasBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const CursorScope arrow(Qt::ArrowCursor);
   PreviewForm preview(document, *this, paper_, owner_);
   preview.exec();
-  if (wasBusy) QApplication::restoreOverrideCursor();
+  // A save or print from the preview showed its progress: it has ended.
+  emit ProgressChanged(-1, 0);
 }
 
 void DesktopReportHost::DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) {

@@ -9,10 +9,12 @@
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "forms/cursor_scope.h"
 #include "printer/page_device.h"
 #include "reports/report_host.h"
 
@@ -37,7 +39,9 @@ class DesktopReportHost : public QObject, public ReportHost {
   // are Windows-1252, lines broken with CR LF.
   MessageAnswer MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
                            MessageButtons buttons) override;
-  // The wait cursor over every window of the program.
+  // The wait cursor over every window of the program while a request works.
+  // Off also ends the request's progress (the form hides its bar), even when
+  // the hourglass was already off.
   void SetBusy(bool busy) override;
   // Lets pending painting and timers run; clicks and keys wait, so that a
   // report being written cannot be asked for again half-way.
@@ -75,7 +79,7 @@ class DesktopReportHost : public QObject, public ReportHost {
  private:
   QPointer<QWidget> owner_;
   std::string appTitle_ = "Callwarden Reports";
-  bool busy_ = false;
+  std::optional<CursorScope> busy_;
   PageSetup paper_;
 };
 

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <new>
 
+#include "forms/cursor_scope.h"
 #include "forms/preview_page_device.h"
 #include "forms/preview_page_image.h"
 #include "forms/preview_zoom.h"
@@ -39,18 +40,6 @@ constexpr int kZoomListWidth = 110;
 constexpr int kPageScrollWidth = 160;
 
 QString FromAnsi(std::string_view bytes) { return QString::fromStdString(Win1252ToUtf8(bytes)); }
-
-// The hourglass for as long as a page is drawn or searched.
-class BusyCursor {
- public:
-  explicit BusyCursor(ReportHost& host) : host_(host) { host_.SetBusy(true); }
-  ~BusyCursor() { host_.SetBusy(false); }
-  BusyCursor(const BusyCursor&) = delete;
-  BusyCursor& operator=(const BusyCursor&) = delete;
-
- private:
-  ReportHost& host_;
-};
 
 }  // namespace
 
@@ -471,7 +460,9 @@ void PreviewForm::PlacePage() {
 void PreviewForm::ShowPage(std::int16_t page) {
   if (!IsLoaded()) return;
   {
-    BusyCursor busy(host_);
+    // The hourglass while the page is drawn; the request's own busy state is
+    // not the preview's to change.
+    const CursorScope busy(Qt::WaitCursor);
     PlacePage();
     DrawPageRecords(page);
     currentPage_ = page;
@@ -556,7 +547,7 @@ void PreviewForm::FindInReport(const std::string& text, bool fromTop) {
   if (!IsLoaded()) return;
   std::int16_t found = 0;
   Trap("FindInReport", [&] {
-    BusyCursor busy(host_);
+    const CursorScope busy(Qt::WaitCursor);
     const std::string wanted = UpperCase(text);
     if (!fromTop && currentPage_ >= pageCount_) return;
     // The search reads ahead; the page it finds is drawn from where drawing

@@ -28,10 +28,12 @@
 #include "data/line_filter.h"
 #include "data/oldest_log_date.h"
 #include "forms/desktop_report_host.h"
+#include "forms/host_window_watch.h"
 #include "forms/qt_print_report.h"
 #include "forms/report_tab_layout.h"
 #include "forms/save_report_dialog.h"
 #include "forms/window_appearance.h"
+#include "platform/foreign_window.h"
 #include "reports/form_error_box.h"
 #include "settings/logging_ini.h"
 #include "settings/settings_keys.h"
@@ -83,7 +85,8 @@ fReport::fReport(std::string commandLine, DesktopReportHost& host, SettingsStore
       host_(host),
       settings_(settings),
       metrics_(metrics),
-      helpFile_(std::move(helpFile)) {
+      helpFile_(std::move(helpFile)),
+      hostWindowExists_(ForeignWindowExists) {
   setObjectName(QStringLiteral("fReport"));
   BuildControls();
   host_.SetOwner(this);
@@ -152,6 +155,9 @@ void fReport::Form_Load() {
     printing.reportProblems = [this](const std::string& text) {
       host_.MessageBox(host_.AppTitle(), text, MessageIcon::kExclamation, MessageButtons::kOk);
     };
+    printing.reportCancelled = [this](const std::string& text) {
+      host_.MessageBox(host_.AppTitle(), text, MessageIcon::kInformation, MessageButtons::kOk);
+    };
     environment.printReport = MakeQtPrintReport(std::move(printing));
     environment.askSaveFileName = [this] { return AskSaveReportFileName(this); };
     reports_ = std::make_unique<ReportForm>(std::move(environment), host_, metrics_, settings_);
@@ -167,7 +173,10 @@ void fReport::Form_Load() {
     setFixedSize(size());
     Centre();
     // A window that cannot hold the form leaves it a window of its own.
-    if (startup_.windowHandle) Trap("Form_Load", [&] { EmbedInto(*startup_.windowHandle); });
+    if (startup_.windowHandle) {
+      Trap("Form_Load", [&] { EmbedInto(*startup_.windowHandle); });
+      WatchHostWindow(*startup_.windowHandle);
+    }
 
     if (!startup_.historyMode) {
       const std::int16_t lastTab = ClampLastTab(Option(setting::kLastTab.name, setting::kLastTab.defaultValue), kTabCount);
@@ -214,6 +223,7 @@ void fReport::Form_Unload() {
       if (FileExists(spool)) std::remove(spool.c_str());
     }
   });
+  emit FormUnloaded();
 }
 
 void fReport::Unload() {
@@ -256,6 +266,15 @@ void fReport::EmbedInto(std::int32_t handle) {
   // program's window counts from that window's corner.
   windowHandle()->setParent(container.get());
   container_ = std::move(container);
+}
+
+void fReport::WatchHostWindow(std::int32_t handle) {
+  const WId window = static_cast<WId>(static_cast<std::uint32_t>(handle));
+  // A window that is not there to begin with cannot go away: the form is then
+  // a window of its own and ends when it is closed.
+  if (!hostWindowExists_(window)) return;
+  auto* watch = new HostWindowWatch([this, window] { return hostWindowExists_(window); }, this);
+  connect(watch, &HostWindowWatch::Gone, this, [this] { Unload(); });
 }
 
 // ---------------------------------------------------------------------------
@@ -524,6 +543,8 @@ void fReport::cmdPrintQuery_Click() {
     cmdPrintQuery->setEnabled(true);
   });
   cmdPrintQuery->setEnabled(true);
+  // Whatever the request did, its progress has ended with it.
+  OnProgress(-1, 0);
 }
 
 // The history of one number: the form shows the request it runs, as if the
