@@ -1,16 +1,21 @@
 #include "forms/desktop_report_host.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDate>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QScreen>
+#include <QTextBrowser>
 #include <QTime>
 #include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
 
 #include "forms/calendar_form.h"
 #include "forms/preview_form.h"
@@ -42,6 +47,22 @@ QMessageBox::Icon BoxIcon(MessageIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+// Ctrl+C copies the box's title and text, as the boxes tell the user.
+class CopyableMessageBox : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Copy)) {
+      QApplication::clipboard()->setText(windowTitle() + QLatin1Char('\n') + text() + QLatin1Char('\n'));
+      event->accept();
+      return;
+    }
+    QMessageBox::keyPressEvent(event);
+  }
+};
+
 }  // namespace
 
 DesktopReportHost::DesktopReportHost(QObject* parent) : QObject(parent) {}
@@ -52,7 +73,8 @@ void DesktopReportHost::SetOwner(QWidget* owner) { owner_ = owner; }
 
 MessageAnswer DesktopReportHost::MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
                                             MessageButtons buttons) {
-  QMessageBox box(BoxIcon(icon), BoxText(title), BoxText(text), QMessageBox::NoButton, owner_);
+  const std::string_view shownTitle = title.empty() ? std::string_view(appTitle_) : title;
+  CopyableMessageBox box(BoxIcon(icon), BoxText(shownTitle), BoxText(text), QMessageBox::NoButton, owner_);
   if (buttons == MessageButtons::kRetryCancel) {
     box.setStandardButtons(QMessageBox::Retry | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Retry);
@@ -140,5 +162,28 @@ std::optional<std::string> DesktopReportHost::PickDate(std::string_view caption)
 }
 
 bool DesktopReportHost::OpenUrl(const QUrl& url) { return QDesktopServices::openUrl(url); }
+
+void DesktopReportHost::ShowHelpWindow(const QUrl& page) {
+  if (!helpWindow_) {
+    // Owned by the form, so that it closes with it; a window of its own.
+    auto* window = new QWidget(owner_, Qt::Window);
+    window->setObjectName(QStringLiteral("HelpWindow"));
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    auto* browser = new QTextBrowser(window);
+    browser->setObjectName(QStringLiteral("HelpBrowser"));
+    browser->setOpenExternalLinks(true);
+    auto* layout = new QVBoxLayout(window);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(browser);
+    const QRect area = window->screen() != nullptr ? window->screen()->availableGeometry() : QRect(0, 0, 1024, 768);
+    window->resize(std::min(760, area.width()), std::min(640, area.height()));
+    helpWindow_ = window;
+  }
+  helpWindow_->setWindowTitle(BoxText(appTitle_ + " Help"));
+  helpWindow_->findChild<QTextBrowser*>()->setSource(page);
+  helpWindow_->show();
+  helpWindow_->raise();
+  helpWindow_->activateWindow();
+}
 
 }  // namespace cw

@@ -36,7 +36,8 @@ class DesktopReportHost : public QObject, public ReportHost {
   void SetAppTitle(std::string title) { appTitle_ = std::move(title); }
 
   // A QMessageBox with the icon and buttons asked for; the title and text
-  // are Windows-1252, lines broken with CR LF.
+  // are Windows-1252, lines broken with CR LF. A box without a title takes the
+  // application's. Ctrl+C in the box copies its title and text.
   MessageAnswer MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
                            MessageButtons buttons) override;
   // The wait cursor over every window of the program while a request works.
@@ -71,6 +72,9 @@ class DesktopReportHost : public QObject, public ReportHost {
   virtual std::optional<std::string> PickDate(std::string_view caption);
   // Opens a page in the desktop's browser; false when nothing could open it.
   virtual bool OpenUrl(const QUrl& url);
+  // Shows a page of the bundled help in a window of the program's own (for a
+  // desktop without a browser); the one window is reused.
+  virtual void ShowHelpWindow(const QUrl& page);
 
  signals:
   // Long work: done of total units (total 0: unknown); done < 0 when it ended.
@@ -80,6 +84,7 @@ class DesktopReportHost : public QObject, public ReportHost {
   QPointer<QWidget> owner_;
   std::string appTitle_ = "Callwarden Reports";
   std::optional<CursorScope> busy_;
+  QPointer<QWidget> helpWindow_;
   PageSetup paper_;
 };
 

@@ -208,14 +208,23 @@ void fReport::Form_Unload() {
       if (window != this && window->isVisible()) window->close();
     }
     if (reports_ && !startup_.historyMode) {
+      // A settings file that cannot be written fails each save the same way:
+      // the user is told once.
+      ErrorBoxOutput once = HostErrorBoxOutput(host_);
+      once.show = [shown = false, show = std::move(once.show)](std::string_view title, std::string_view text) mutable {
+        if (!std::exchange(shown, true)) show(title, text);
+      };
+      auto save = [&](std::string_view key, std::string_view value) {
+        SaveOptions(settings_, startup_.edition, kReportsSection, key, value, once);
+      };
       const std::int16_t kind = ReportKind();
-      SaveOption(setting::kLastTab.name, std::to_string(kind));
-      SaveOption(setting::kToDate.name, ToAnsi(lToDate->text()));
-      SaveOption(setting::kFromDate.name, ToAnsi(lFromDate->text()));
-      SaveOption(setting::kSearchText.name, ToAnsi(tNameNumber->text()));
+      save(setting::kLastTab.name, std::to_string(kind));
+      save(setting::kToDate.name, ToAnsi(lToDate->text()));
+      save(setting::kFromDate.name, ToAnsi(lFromDate->text()));
+      save(setting::kSearchText.name, ToAnsi(tNameNumber->text()));
       if (kind != kind::kCallHistory) {
-        SaveOption(setting::kPrintChart.name, CheckText(chart_));
-        SaveOption(setting::kCondensed.name, CheckText(condensed_));
+        save(setting::kPrintChart.name, CheckText(chart_));
+        save(setting::kCondensed.name, CheckText(condensed_));
       }
     }
     if (reports_ && reports_->Document() != nullptr) {
@@ -487,9 +496,8 @@ void fReport::cHelp_Click() {
     if (!FileExists(helpFile_)) throw RuntimeError(err::kFileNotFound, "The help file " + helpFile_ + " is missing");
     QUrl page = QUrl::fromLocalFile(QString::fromStdString(helpFile_));
     page.setFragment(QString::fromLatin1(kHelpTopic));
-    if (!host_.OpenUrl(page)) {
-      throw RuntimeError(err::kPathFileAccess, "No web browser could open the help file " + helpFile_);
-    }
+    // A desktop without a browser still shows the help, in our own window.
+    if (!host_.OpenUrl(page)) host_.ShowHelpWindow(page);
   });
 }
 
@@ -500,7 +508,7 @@ void fReport::LineFilterArray() {
         const std::optional<std::string> answer = host_.InputBox(LineFilterPrompt(), kLineFilterTitle, kLineFilterDefault);
         // Cancel or nothing typed: every line is meant.
         if (!answer || answer->empty()) return;
-        host_.MessageBox("", ExpandLineFilter(*answer), MessageIcon::kNone, MessageButtons::kOk);
+        host_.MessageBox(host_.AppTitle(), ExpandLineFilter(*answer), MessageIcon::kNone, MessageButtons::kOk);
       },
       ErrorBoxForm::kClassic);
 }
