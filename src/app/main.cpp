@@ -20,6 +20,7 @@
 #include "forms/desktop_report_host.h"
 #include "forms/report_form_window.h"
 #include "forms/running_copy.h"
+#include "forms/window_appearance.h"
 #include "platform/qt_text_metrics.h"
 #include "settings/ini_settings_store.h"
 #include "support/ansi_text.h"
@@ -91,6 +92,9 @@ int main(int argc, char* argv[]) {
                                             "Close its window, or end it, and start it again."));
     return 0;
   }
+
+  // One font family in every window, the forms' own.
+  cw::ApplyApplicationFont(cw::GetWinVersion());
 
   cw::IniSettingsStore settings(cw::ResolveSettingsLocation(cw::SettingsEnvironmentOfProcess()));
   cw::QtTextMetrics metrics;

@@ -168,9 +168,10 @@ void fReport::Form_Load() {
     for (std::int16_t kind = 1; kind <= kTabCount; ++kind) {
       TabStrip->setTabText(kind - 1, FromAnsi(TabCaption(kind, startup_.edition)));
     }
-    // The form keeps the size that holds every tab's controls.
+    // The form keeps the size that holds every tab's controls, within the
+    // screen (the tab strip scrolls when all tabs do not fit).
     adjustSize();
-    setFixedSize(size());
+    setFixedSize(FittedToScreen(size(), minimumSizeHint()));
     Centre();
     // A window that cannot hold the form leaves it a window of its own.
     if (startup_.windowHandle) {
@@ -255,6 +256,15 @@ void fReport::keyPressEvent(QKeyEvent* event) {
 }
 
 // Centred on the whole screen, as the logging program expects to find it.
+QSize fReport::FittedToScreen(QSize wanted, QSize least) {
+  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
+  if (shown == nullptr) return wanted;
+  // Room for the window's frame, which is not known before it is shown.
+  constexpr int kFrameAllowance = 16;
+  const QSize room = shown->availableGeometry().size() - QSize(kFrameAllowance, kFrameAllowance);
+  return wanted.boundedTo(room).expandedTo(least);
+}
+
 void fReport::Centre() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return;

@@ -115,6 +115,8 @@ class fReport : public QWidget {
   void EmbedInto(std::int32_t handle);
   // The form ends with the logging program's window that holds it.
   void WatchHostWindow(std::int32_t handle);
+  // The size within the screen's free area, never below least.
+  QSize FittedToScreen(QSize wanted, QSize least);
   void Centre();
   void Unload();
   void OnProgress(qint64 done, qint64 total);

@@ -21,6 +21,7 @@
 #include "forms/print_opt_form.h"
 #include "forms/print_progress_form.h"
 #include "forms/running_copy.h"
+#include "forms/window_appearance.h"
 
 using namespace cw;
 
@@ -115,6 +116,19 @@ class DesktopProgramTest : public QObject {
     WhenBoxShows([&](QMessageBox& box) { title = box.windowTitle(); });
     host.MessageBox("Error", "text", MessageIcon::kCritical, MessageButtons::kOk);
     QCOMPARE(title, QStringLiteral("Error"));
+  }
+
+  // Regression: the preview, the boxes and the save dialog used another font
+  // family than the forms.
+  void everyWindowUsesTheFormsFamily() {
+    ApplyApplicationFont(GetWinVersion());
+    QWidget form;
+    ApplyWindowFont(&form, GetWinVersion());
+    QMessageBox box;
+    QWidget plain;
+    QCOMPARE(QFontInfo(box.font()).family(), QFontInfo(form.font()).family());
+    QCOMPARE(QFontInfo(plain.font()).family(), QFontInfo(form.font()).family());
+    QCOMPARE(plain.font().pointSize(), form.font().pointSize());
   }
 
   // Table: what the arguments ask for before any window opens.

@@ -221,6 +221,7 @@ class ReportFormTest : public QObject {
   void pointerAndProgressBarAfterARealPreview();
   void unwritableSettingsAreReportedOnceAtClose();
   void embeddedFormEndsWithItsHostWindow();
+  void formFitsTheScreen();
 };
 
 void ReportFormTest::tabCaptionsFollowTheEdition() {
@@ -752,6 +753,28 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   QVERIFY(garbled.form->Unloaded());
   QCOMPARE(garbled.host.messages.size(), std::size_t{1});
   QVERIFY(Has(garbled.host.LastText(), "Procedure Name: Form_Load."));
+}
+
+
+// Regression: at large text scaling the form was wider than the screen and
+// the preview button was cut off. The offscreen screen (800 pixels) is
+// narrower than the form's eight tabs at ordinary scaling: the tab strip
+// scrolls instead of widening the form past the screen, and the form is no
+// wider than the screen unless its options need more room.
+void ReportFormTest::formFitsTheScreen() {
+  Bench bench;
+  bench.Load();
+  const QRect room = bench.form->screen()->availableGeometry();
+  const int allTabs = bench.Get<QTabBar>("TabStrip")->sizeHint().width();
+  QVERIFY2(allTabs > room.width(), "the screen holds every tab: nothing is tested");
+  QVERIFY2(bench.form->width() < allTabs, qPrintable(QString::number(bench.form->width())));
+  QVERIFY(bench.form->width() <= std::max(room.width(), bench.form->minimumSizeHint().width()));
+  QVERIFY(bench.form->height() <= room.height());
+  for (const char* name : {"cmdPrintQuery", "cHelp"}) {
+    auto* button = bench.Get<QWidget>(name);
+    const QRect shown(button->mapTo(bench.form.get(), QPoint(0, 0)), button->size());
+    QVERIFY2(bench.form->rect().contains(shown), name);
+  }
 }
 
 QTEST_MAIN(ReportFormTest)
