@@ -1,8 +1,8 @@
 #include "platform/printer_page_device.h"
 
+#include <QDir>
 #include <QPageLayout>
 #include <QPageSize>
-#include <QDir>
 #include <QPrinterInfo>
 #include <algorithm>
 
@@ -109,7 +109,7 @@ void PrinterPageDevice::Finish() {
     Fail(QStringLiteral("the print job could not be sent"));
   }
   if (!jobFile_) return;
-  // The name comes back before the hand-over: CUPS is asked for the queue.
+  // The whole job is drawn: its file goes to the printer's queue.
   const QString file = jobFile_->fileName();
   printer_.setOutputFileName(QString());
   const QString refusal = SubmitCupsJob(printer_, file, printer_.docName());
