@@ -103,20 +103,31 @@ int main(int argc, char* argv[]) {
   // Embedded, the form is no top-level window of ours: the program ends when
   // the form unloads, not when its last window closes.
   QObject::connect(&form, &cw::fReport::FormUnloaded, &application, &QCoreApplication::quit, Qt::QueuedConnection);
-  form.Form_Load();
-  // History mode has shown its report and unloaded the form.
-  if (form.Unloaded()) return 0;
 
+  // A second start is answered from here on, also while a history report's
+  // preview is up during Form_Load: the window in front is brought forward.
   cw::RunningCopyBeacon beacon(beaconName);
   QObject::connect(&beacon, &cw::RunningCopyBeacon::ShowAsked, &form, [&form] {
-    form.showNormal();
-    form.raise();
-    form.activateWindow();
+    QWidget* front = QApplication::activeModalWidget();
+    // The form of a history report stays hidden.
+    if (front == nullptr && !form.Unloaded() && !form.Startup().historyMode) front = &form;
+    if (front == nullptr) return;
+    if (front->isMinimized()) {
+      front->showNormal();
+    } else {
+      front->show();
+    }
+    front->raise();
+    front->activateWindow();
   });
   if (!beacon.Listen()) {
     std::fprintf(stderr, "callwarden-reports: a second start cannot reach this one (%s)\n",
                  qPrintable(beaconName));
   }
+
+  form.Form_Load();
+  // History mode has shown its report and unloaded the form.
+  if (form.Unloaded()) return 0;
   form.show();
   return QApplication::exec();
 }
