@@ -255,7 +255,6 @@ void fReport::keyPressEvent(QKeyEvent* event) {
   QWidget::keyPressEvent(event);
 }
 
-// Centred on the whole screen, as the logging program expects to find it.
 QSize fReport::FittedToScreen(QSize wanted, QSize least) {
   const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
   if (shown == nullptr) return wanted;
@@ -265,6 +264,7 @@ QSize fReport::FittedToScreen(QSize wanted, QSize least) {
   return wanted.boundedTo(room).expandedTo(least);
 }
 
+// Centred on the whole screen, as the logging program expects to find it.
 void fReport::Centre() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return;
