@@ -9,7 +9,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>

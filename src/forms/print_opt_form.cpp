@@ -8,11 +8,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPrinterInfo>
-#include <utility>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "forms/window_appearance.h"
 #include "printer/orl_printer.h"

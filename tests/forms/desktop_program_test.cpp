@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -101,7 +102,8 @@ class DesktopProgramTest : public QObject {
     WhenBoxShows([&](QMessageBox& box) {
       title = box.windowTitle();
       pointer = Pointer();
-      QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+      // Pressed where the focus is: on the box's button.
+      QTest::keyClick(static_cast<QWidget*>(box.button(QMessageBox::Ok)), Qt::Key_C, Qt::ControlModifier);
     });
     host.SetBusy(true);
     host.MessageBox("", "Line one\r\nPress Ctrl-C to copy this error to the clipboard", MessageIcon::kCritical,
