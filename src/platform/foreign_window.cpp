@@ -1,12 +1,17 @@
 #include "platform/foreign_window.h"
 
+#ifdef CW_HAVE_XCB
 #include <xcb/xcb.h>
 
 #include <QGuiApplication>
 #include <cstdlib>
+#endif
 
 namespace cw {
 
+#ifndef CW_HAVE_XCB
+bool ForeignWindowExists(WId) { return true; }
+#else
 bool ForeignWindowExists(WId window) {
   const auto* x11 = qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
   xcb_connection_t* connection = x11 != nullptr ? x11->connection() : nullptr;
@@ -19,5 +24,6 @@ bool ForeignWindowExists(WId window) {
   std::free(error);
   return !gone;
 }
+#endif
 
 }  // namespace cw
