@@ -4,18 +4,23 @@
 //   callwarden-reports                  the report form
 //   callwarden-reports 5551234567       the history of that number, then end
 //   callwarden-reports h=HANDLE[,NUMBER] the form inside the logging program's window
+//   callwarden-reports --help | --version
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
 #include <QLockFile>
+#include <QMessageBox>
 #include <QStandardPaths>
 #include <QStringList>
 #include <cstdio>
 #include <string>
 
+#include "forms/desktop_command_line.h"
 #include "forms/desktop_report_host.h"
 #include "forms/report_form_window.h"
+#include "forms/running_copy.h"
+#include "forms/window_appearance.h"
 #include "platform/qt_text_metrics.h"
 #include "settings/ini_settings_store.h"
 #include "support/ansi_text.h"
@@ -50,24 +55,76 @@ QString LockFileName() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  // Help and version need no display: answered before the application starts.
+  QStringList arguments;
+  for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+  const cw::DesktopCommand command = cw::ReadDesktopCommand(arguments);
+  if (command.action == cw::DesktopAction::kHelp) {
+    std::fputs(cw::DesktopUsage(QStringLiteral("callwarden-reports")).toLocal8Bit().constData(), stdout);
+    return std::fflush(stdout) == 0 && !std::ferror(stdout) ? 0 : 1;
+  }
+  if (command.action == cw::DesktopAction::kVersion) {
+    std::fputs("callwarden-reports " CW_VERSION "\n", stdout);
+    return std::fflush(stdout) == 0 && !std::ferror(stdout) ? 0 : 1;
+  }
+  if (command.action == cw::DesktopAction::kRefuse) {
+    std::fprintf(stderr, "callwarden-reports: %s\n", command.message.toLocal8Bit().constData());
+    return 2;
+  }
+
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("callwarden-reports"));
+  QApplication::setApplicationVersion(QStringLiteral(CW_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("callwarden-reports"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/callwarden-reports.png")));
 
-  // Another copy is running: this one ends at once. The lock of a copy that
-  // died is taken over; a copy left open for days keeps its lock.
-  QLockFile oneCopy(LockFileName());
+  // Another copy is running: it is asked to bring its form to the front, and
+  // this one ends. The lock of a copy that died is taken over; a copy left
+  // open for days keeps its lock.
+  const QString lockName = LockFileName();
+  const QString beaconName = lockName + QStringLiteral(".socket");
+  QLockFile oneCopy(lockName);
   oneCopy.setStaleLockTime(0);
   if (!oneCopy.tryLock(0)) {
-    std::fprintf(stderr, "callwarden-reports: already running\n");
+    if (cw::AskRunningCopyToShow(beaconName)) return 0;
+    QMessageBox::information(nullptr, QStringLiteral("Callwarden Reports"),
+                             QStringLiteral("Callwarden Reports is already running but does not answer.\n"
+                                            "Close its window, or end it, and start it again."));
     return 0;
   }
+
+  // One font family in every window, the forms' own.
+  cw::ApplyApplicationFont(cw::GetWinVersion());
 
   cw::IniSettingsStore settings(cw::ResolveSettingsLocation(cw::SettingsEnvironmentOfProcess()));
   cw::QtTextMetrics metrics;
   cw::DesktopReportHost host;
   cw::fReport form(CommandLine(QCoreApplication::arguments()), host, settings, metrics, HelpFile());
+  // Embedded, the form is no top-level window of ours: the program ends when
+  // the form unloads, not when its last window closes.
+  QObject::connect(&form, &cw::fReport::FormUnloaded, &application, &QCoreApplication::quit, Qt::QueuedConnection);
+
+  // A second start is answered from here on, also while a history report's
+  // preview is up during Form_Load: the window in front is brought forward.
+  cw::RunningCopyBeacon beacon(beaconName);
+  QObject::connect(&beacon, &cw::RunningCopyBeacon::ShowAsked, &form, [&form] {
+    QWidget* front = QApplication::activeModalWidget();
+    // The form of a history report stays hidden.
+    if (front == nullptr && !form.Unloaded() && !form.Startup().historyMode) front = &form;
+    if (front == nullptr) return;
+    if (front->isMinimized()) {
+      front->showNormal();
+    } else {
+      front->show();
+    }
+    front->raise();
+    front->activateWindow();
+  });
+  if (!beacon.Listen()) {
+    std::fprintf(stderr, "callwarden-reports: a second start cannot reach this one (%s)\n",
+                 qPrintable(beaconName));
+  }
+
   form.Form_Load();
   // History mode has shown its report and unloaded the form.
   if (form.Unloaded()) return 0;

@@ -1,16 +1,21 @@
 #include "forms/desktop_report_host.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDate>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QScreen>
+#include <QTextBrowser>
 #include <QTime>
 #include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
 
 #include "forms/calendar_form.h"
 #include "forms/preview_form.h"
@@ -42,44 +47,58 @@ QMessageBox::Icon BoxIcon(MessageIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+// Ctrl+C copies the box's title and text, as the boxes tell the user.
+class CopyableMessageBox : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Copy)) {
+      QApplication::clipboard()->setText(windowTitle() + QLatin1Char('\n') + text() + QLatin1Char('\n'));
+      event->accept();
+      return;
+    }
+    QMessageBox::keyPressEvent(event);
+  }
+};
+
 }  // namespace
 
 DesktopReportHost::DesktopReportHost(QObject* parent) : QObject(parent) {}
 
-DesktopReportHost::~DesktopReportHost() {
-  if (busy_) QApplication::restoreOverrideCursor();
-}
+DesktopReportHost::~DesktopReportHost() = default;
 
 void DesktopReportHost::SetOwner(QWidget* owner) { owner_ = owner; }
 
 MessageAnswer DesktopReportHost::MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
                                             MessageButtons buttons) {
-  QMessageBox box(BoxIcon(icon), BoxText(title), BoxText(text), QMessageBox::NoButton, owner_);
+  const std::string_view shownTitle = title.empty() ? std::string_view(appTitle_) : title;
+  CopyableMessageBox box(BoxIcon(icon), BoxText(shownTitle), BoxText(text), QMessageBox::NoButton, owner_);
   if (buttons == MessageButtons::kRetryCancel) {
     box.setStandardButtons(QMessageBox::Retry | QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Retry);
   } else {
     box.setStandardButtons(QMessageBox::Ok);
   }
-  // A box asked for while the hourglass is up still wants the arrow.
-  const bool wasBusy = busy_;
-  if (wasBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
-  const int answer = box.exec();
-  if (wasBusy) QApplication::restoreOverrideCursor();
+  int answer = 0;
+  {
+    // A box asked for while the hourglass is up still wants the arrow.
+    const CursorScope arrow(Qt::ArrowCursor);
+    answer = box.exec();
+  }
   if (answer == QMessageBox::Retry) return MessageAnswer::kRetry;
   if (answer == QMessageBox::Cancel) return MessageAnswer::kCancel;
   return MessageAnswer::kOk;
 }
 
 void DesktopReportHost::SetBusy(bool busy) {
-  if (busy == busy_) return;
-  busy_ = busy;
   if (busy) {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-  } else {
-    QApplication::restoreOverrideCursor();
-    emit ProgressChanged(-1, 0);
+    if (!busy_) busy_.emplace(Qt::WaitCursor);
+    return;
   }
+  busy_.reset();
+  emit ProgressChanged(-1, 0);
 }
 
 void DesktopReportHost::DoEvents() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
@@ -89,11 +108,11 @@ void DesktopReportHost::Progress(std::int64_t done, std::int64_t total) { emit P
 void DesktopReportHost::ShowPreview(OrlPrinter& document) {
   emit ProgressChanged(-1, 0);
   // The preview is the user's to work in: no hourglass over it.
-  const bool wasBusy = busy_;
-  if (wasBusy) QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const CursorScope arrow(Qt::ArrowCursor);
   PreviewForm preview(document, *this, paper_, owner_);
   preview.exec();
-  if (wasBusy) QApplication::restoreOverrideCursor();
+  // A save or print from the preview showed its progress: it has ended.
+  emit ProgressChanged(-1, 0);
 }
 
 void DesktopReportHost::DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) {
@@ -143,5 +162,28 @@ std::optional<std::string> DesktopReportHost::PickDate(std::string_view caption)
 }
 
 bool DesktopReportHost::OpenUrl(const QUrl& url) { return QDesktopServices::openUrl(url); }
+
+void DesktopReportHost::ShowHelpWindow(const QUrl& page) {
+  if (!helpWindow_) {
+    // Owned by the form, so that it closes with it; a window of its own.
+    auto* window = new QWidget(owner_, Qt::Window);
+    window->setObjectName(QStringLiteral("HelpWindow"));
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    auto* browser = new QTextBrowser(window);
+    browser->setObjectName(QStringLiteral("HelpBrowser"));
+    browser->setOpenExternalLinks(true);
+    auto* layout = new QVBoxLayout(window);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(browser);
+    const QRect area = window->screen() != nullptr ? window->screen()->availableGeometry() : QRect(0, 0, 1024, 768);
+    window->resize(std::min(760, area.width()), std::min(640, area.height()));
+    helpWindow_ = window;
+  }
+  helpWindow_->setWindowTitle(BoxText(appTitle_ + " Help"));
+  helpWindow_->findChild<QTextBrowser*>()->setSource(page);
+  helpWindow_->show();
+  helpWindow_->raise();
+  helpWindow_->activateWindow();
+}
 
 }  // namespace cw

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "forms/cursor_scope.h"
 #include "printer/page_device.h"
 #include "reports/report_host.h"
 
@@ -34,10 +35,13 @@ class DesktopReportHost : public QObject, public ReportHost {
   void SetAppTitle(std::string title) { appTitle_ = std::move(title); }
 
   // A QMessageBox with the icon and buttons asked for; the title and text
-  // are Windows-1252, lines broken with CR LF.
+  // are Windows-1252, lines broken with CR LF. A box without a title takes the
+  // application's. Ctrl+C in the box copies its title and text.
   MessageAnswer MessageBox(std::string_view title, std::string_view text, MessageIcon icon,
                            MessageButtons buttons) override;
-  // The wait cursor over every window of the program.
+  // The wait cursor over every window of the program while a request works.
+  // Off also ends the request's progress (the form hides its bar), even when
+  // the hourglass was already off.
   void SetBusy(bool busy) override;
   // Lets pending painting and timers run; clicks and keys wait, so that a
   // report being written cannot be asked for again half-way.
@@ -67,6 +71,9 @@ class DesktopReportHost : public QObject, public ReportHost {
   virtual std::optional<std::string> PickDate(std::string_view caption);
   // Opens a page in the desktop's browser; false when nothing could open it.
   virtual bool OpenUrl(const QUrl& url);
+  // Shows a page of the bundled help in a window of the program's own (for a
+  // desktop without a browser); the one window is reused.
+  virtual void ShowHelpWindow(const QUrl& page);
 
  signals:
   // Long work: done of total units (total 0: unknown); done < 0 when it ended.
@@ -75,7 +82,8 @@ class DesktopReportHost : public QObject, public ReportHost {
  private:
   QPointer<QWidget> owner_;
   std::string appTitle_ = "Callwarden Reports";
-  bool busy_ = false;
+  std::optional<CursorScope> busy_;
+  QPointer<QWidget> helpWindow_;
   PageSetup paper_;
 };
 

@@ -9,10 +9,12 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QShowEvent>
+#include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 #include <new>
 
+#include "forms/cursor_scope.h"
 #include "forms/preview_page_device.h"
 #include "forms/preview_page_image.h"
 #include "forms/preview_zoom.h"
@@ -39,18 +41,6 @@ constexpr int kZoomListWidth = 110;
 constexpr int kPageScrollWidth = 160;
 
 QString FromAnsi(std::string_view bytes) { return QString::fromStdString(Win1252ToUtf8(bytes)); }
-
-// The hourglass for as long as a page is drawn or searched.
-class BusyCursor {
- public:
-  explicit BusyCursor(ReportHost& host) : host_(host) { host_.SetBusy(true); }
-  ~BusyCursor() { host_.SetBusy(false); }
-  BusyCursor(const BusyCursor&) = delete;
-  BusyCursor& operator=(const BusyCursor&) = delete;
-
- private:
-  ReportHost& host_;
-};
 
 }  // namespace
 
@@ -158,6 +148,10 @@ void PreviewForm::BuildControls() {
   VScroll = new QScrollBar(Qt::Vertical, Panel);
   VScroll->setObjectName("VScroll");
   VScroll->hide();
+  ScrollCorner = new QWidget(Panel);
+  ScrollCorner->setObjectName("ScrollCorner");
+  ScrollCorner->setAutoFillBackground(true);
+  ScrollCorner->hide();
 
   connect(CloseBtn, &QPushButton::clicked, this, &QDialog::reject);
   connect(PrintBtn, &QPushButton::clicked, this, &PreviewForm::PrintBtn_Click);
@@ -283,10 +277,21 @@ void PreviewForm::keyPressEvent(QKeyEvent* event) {
   QDialog::keyPressEvent(event);
 }
 
+void PreviewForm::wheelEvent(QWheelEvent* event) {
+  Form_Wheel(*event);
+  event->accept();
+}
+
 bool PreviewForm::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (Form_KeyDown(key->key(), key->modifiers())) return true;
+  }
+  // Over the page and the grey around it; the bars and the toolbar's own
+  // controls keep their wheel.
+  if (event->type() == QEvent::Wheel && (watched == Panel || watched == PageImg)) {
+    Form_Wheel(*static_cast<QWheelEvent*>(event));
+    return true;
   }
   return QDialog::eventFilter(watched, event);
 }
@@ -328,6 +333,29 @@ bool PreviewForm::Form_KeyDown(int key, Qt::KeyboardModifiers modifiers) {
   }
   FocusPage();
   return true;
+}
+
+void PreviewForm::Form_Wheel(const QWheelEvent& wheel) {
+  const QPoint delta = wheel.angleDelta();
+  if ((wheel.modifiers() & Qt::ControlModifier) != 0) {
+    if (delta.y() == 0 || !activated_) return;
+    const auto row = static_cast<int>(ZoomRowAfter(zoom_, delta.y() > 0 ? 1 : -1));
+    if (row == ZoomList->currentIndex() && std::abs(ZoomRowValue(kZoomRows[row]) - zoom_ * 100) < 0.5) return;
+    ZoomList->setCurrentIndex(row);
+    Trap("ZoomList_Click", [this] { ZoomList_Click(); });
+    FocusPage();
+    return;
+  }
+  // One notch (120) moves a bar by its single step; a vertical wheel moves
+  // the horizontal bar when only that one is shown.
+  auto scroll = [](QScrollBar* bar, int amount) {
+    bar->setValue(std::clamp(bar->value() - amount * bar->singleStep() / 120, bar->minimum(), bar->maximum()));
+  };
+  int vertical = delta.y();
+  int horizontal = delta.x();
+  if (!vScrollShown_ && horizontal == 0) std::swap(vertical, horizontal);
+  if (vScrollShown_ && vertical != 0) scroll(VScroll, vertical);
+  if (hScrollShown_ && horizontal != 0) scroll(HScroll, horizontal);
 }
 
 void PreviewForm::FocusPage() {
@@ -464,6 +492,12 @@ void PreviewForm::PlacePage() {
     VScroll->setGeometry(panelWidth - barWidth, 0, barWidth, freeHeight);
     SetUpBar(*VScroll, pageHeight, freeHeight);
   }
+  // Between the two bars the page would show through.
+  ScrollCorner->setVisible(horizontal && vertical);
+  if (horizontal && vertical) {
+    ScrollCorner->setGeometry(freeWidth, freeHeight, barWidth, barHeight);
+    ScrollCorner->raise();
+  }
   hScrollShown_ = horizontal;
   vScrollShown_ = vertical;
 }
@@ -471,7 +505,9 @@ void PreviewForm::PlacePage() {
 void PreviewForm::ShowPage(std::int16_t page) {
   if (!IsLoaded()) return;
   {
-    BusyCursor busy(host_);
+    // The hourglass while the page is drawn; the request's own busy state is
+    // not the preview's to change.
+    const CursorScope busy(Qt::WaitCursor);
     PlacePage();
     DrawPageRecords(page);
     currentPage_ = page;
@@ -556,7 +592,7 @@ void PreviewForm::FindInReport(const std::string& text, bool fromTop) {
   if (!IsLoaded()) return;
   std::int16_t found = 0;
   Trap("FindInReport", [&] {
-    BusyCursor busy(host_);
+    const CursorScope busy(Qt::WaitCursor);
     const std::string wanted = UpperCase(text);
     if (!fromTop && currentPage_ >= pageCount_) return;
     // The search reads ahead; the page it finds is drawn from where drawing

@@ -38,6 +38,7 @@ class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QScrollBar;
+class QWheelEvent;
 class QWidget;
 
 namespace cw {
@@ -97,6 +98,7 @@ class PreviewForm : public QDialog {
   void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void done(int result) override;
 
@@ -107,6 +109,8 @@ class PreviewForm : public QDialog {
   void Form_Resize();
   // True when the key is one of the preview's own.
   bool Form_KeyDown(int key, Qt::KeyboardModifiers modifiers);
+  // The wheel scrolls the page; Ctrl+wheel zooms, as in other viewers.
+  void Form_Wheel(const QWheelEvent& wheel);
   void ZoomList_Click();
   void PageScroll_Change(int value);
   void PageScroll_Scroll(int value);
@@ -159,6 +163,7 @@ class PreviewForm : public QDialog {
   PreviewPageImage* PageImg = nullptr;
   QScrollBar* HScroll = nullptr;
   QScrollBar* VScroll = nullptr;
+  QWidget* ScrollCorner = nullptr;  // covers the page between the two bars
   QScrollBar* PageScroll = nullptr;
   QLabel* PageLabel = nullptr;
   QComboBox* ZoomList = nullptr;

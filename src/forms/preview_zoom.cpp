@@ -51,4 +51,23 @@ std::optional<double> ZoomFactorFor(std::string_view row, const ZoomArea& area) 
   return std::max(factor, kMinimumZoom);
 }
 
+std::size_t ZoomRowAfter(double factor, int steps) {
+  // The percentage rows come first, smallest first.
+  std::size_t last = 0;
+  while (last + 1 < kZoomRows.size() && ZoomRowValue(kZoomRows[last + 1]) > 0) ++last;
+  const double percent = factor * 100;
+  // Half a percent either way counts as the row itself.
+  constexpr double kSame = 0.5;
+  if (steps > 0) {
+    for (std::size_t row = 0; row <= last; ++row) {
+      if (ZoomRowValue(kZoomRows[row]) > percent + kSame) return row;
+    }
+    return last;
+  }
+  for (std::size_t row = last + 1; row-- > 0;) {
+    if (ZoomRowValue(kZoomRows[row]) < percent - kSame) return row;
+  }
+  return 0;
+}
+
 }  // namespace cw

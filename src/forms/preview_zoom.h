@@ -45,4 +45,9 @@ struct ZoomArea {
 // factor as it was.
 std::optional<double> ZoomFactorFor(std::string_view row, const ZoomArea& area);
 
+// Ctrl+wheel: the percentage row one step larger (steps > 0) or smaller than
+// the zoom shown (which a fitted page may leave between two rows), held at
+// the first and last percentage rows.
+std::size_t ZoomRowAfter(double factor, int steps);
+
 }  // namespace cw

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "forms/window_appearance.h"
 #include "printer/orl_printer.h"
@@ -29,9 +30,16 @@ QString FromAnsi(const std::string& text) { return QString::fromStdString(Win125
 }  // namespace
 
 PrinterCatalog SystemPrinters() {
+  QStringList names;
+  for (const QPrinterInfo& printer : QPrinterInfo::availablePrinters()) names << printer.printerName();
+  return MakePrinterCatalog(std::move(names), QPrinterInfo::defaultPrinterName());
+}
+
+PrinterCatalog MakePrinterCatalog(QStringList names, const QString& systemDefault) {
   PrinterCatalog catalog;
-  for (const QPrinterInfo& printer : QPrinterInfo::availablePrinters()) catalog.names << printer.printerName();
-  catalog.current = QPrinterInfo::defaultPrinterName();
+  catalog.names = std::move(names);
+  catalog.current = systemDefault;
+  if (!catalog.names.contains(catalog.current) && !catalog.names.isEmpty()) catalog.current = catalog.names.first();
   return catalog;
 }
 

@@ -26,6 +26,9 @@ struct PrinterCatalog {
   QString current;
 };
 PrinterCatalog SystemPrinters();
+// The catalogue of these printers: the current one is the system's default
+// when it is among them, else the first (a system need not name a default).
+PrinterCatalog MakePrinterCatalog(QStringList names, const QString& systemDefault);
 
 // The numeric value of a box's text as the boxes are read on OK: the leading
 // number (an optional sign, digits, a fraction; blanks anywhere are ignored;

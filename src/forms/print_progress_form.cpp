@@ -20,7 +20,8 @@ constexpr double kTwipsPerInch = 1440;
 
 }  // namespace
 
-PrintProgressForm::PrintProgressForm(const QString& title, QWidget* parent) : QDialog(parent) {
+PrintProgressForm::PrintProgressForm(const QString& title, const QString& printer, QWidget* parent)
+    : QDialog(parent) {
   setObjectName(QStringLiteral("PrintProgressForm"));
   setWindowTitle(QStringLiteral("Printing"));
   setModal(true);
@@ -28,6 +29,9 @@ PrintProgressForm::PrintProgressForm(const QString& title, QWidget* parent) : QD
   lblTitle = new QLabel(title.isEmpty() ? QStringLiteral("Printing...") : QStringLiteral("Printing %1").arg(title),
                         this);
   lblTitle->setObjectName(QStringLiteral("lblTitle"));
+  lblPrinter = new QLabel(QStringLiteral("On %1").arg(printer), this);
+  lblPrinter->setObjectName(QStringLiteral("lblPrinter"));
+  lblPrinter->setVisible(!printer.isEmpty());
 
   ProgressBarFrame = new QFrame(this);
   ProgressBarFrame->setObjectName(QStringLiteral("ProgressBarFrame"));
@@ -55,6 +59,7 @@ PrintProgressForm::PrintProgressForm(const QString& title, QWidget* parent) : QD
   buttons->addWidget(cmdCancel);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(lblTitle);
+  layout->addWidget(lblPrinter);
   layout->addWidget(ProgressBarFrame);
   layout->addLayout(buttons);
 

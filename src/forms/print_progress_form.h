@@ -16,8 +16,9 @@ class PrintProgressForm : public QDialog {
   Q_OBJECT
 
  public:
-  // title: the document's title (UTF-8), shown above the bar.
-  explicit PrintProgressForm(const QString& title = {}, QWidget* parent = nullptr);
+  // title: the document's title (UTF-8), shown above the bar; printer: the
+  // printer the job goes to, shown under the title (none shown when empty).
+  explicit PrintProgressForm(const QString& title = {}, const QString& printer = {}, QWidget* parent = nullptr);
 
   // fraction 0..1 of the work done: the bar becomes the frame's width times
   // fraction, rounded to a whole 16-bit number of twips.
@@ -41,6 +42,7 @@ class PrintProgressForm : public QDialog {
   double TwipsPerPixel() const;
 
   QLabel* lblTitle;
+  QLabel* lblPrinter;
   QFrame* ProgressBarFrame;
   QFrame* ProgressBar;
   QPushButton* cmdCancel;

@@ -106,7 +106,7 @@ PrintOutcome PrintReportOnPrinter(OrlPrinter& document, const QtPrintReportOptio
 
   std::optional<PrintProgressForm> progress;
   if (options.showProgress) {
-    progress.emplace(title, settings.parent);
+    progress.emplace(title, printer->printerName(), settings.parent);
     progress->show();
     QCoreApplication::processEvents();
     replay.progress = [&](std::int64_t done, std::int64_t total) {
@@ -130,9 +130,12 @@ PrintOutcome PrintReportOnPrinter(OrlPrinter& document, const QtPrintReportOptio
   const ReplayResult result = ReplaySpool(spool, device, replay);
 
   PrintOutcome outcome = PrintOutcome::kPrinted;
+  bool withdrawn = true;
   if (result.stopped || result.printerFailed) {
-    device.Abort();
+    const int pagesDrawn = device.PagesBegun();
+    withdrawn = device.Abort();
     outcome = result.stopped ? PrintOutcome::kStopped : PrintOutcome::kPrinterFailed;
+    if (!withdrawn) withdrawn = pagesDrawn == 0;
   } else {
     try {
       device.Finish();
@@ -144,6 +147,15 @@ PrintOutcome PrintReportOnPrinter(OrlPrinter& document, const QtPrintReportOptio
     }
   }
   if (progress) progress->accept();
+
+  if (outcome == PrintOutcome::kStopped && settings.reportCancelled) {
+    const std::string printerName = Utf8ToWin1252(printer->printerName().toStdString());
+    std::string text = "Printing of " + document.Title() + " was cancelled";
+    text += withdrawn ? "; nothing was sent to the printer " + printerName + "."
+                      : ". The pages drawn before Cancel could not be taken back from the printer " + printerName +
+                            " and may still print.";
+    settings.reportCancelled(text);
+  }
 
   const std::string problems = ProblemText(result);
   if (!problems.empty() && settings.reportProblems) settings.reportProblems(problems);

@@ -27,6 +27,9 @@ struct QtPrintReportOptions {
   // could not be loaded) once the job has gone out; one text of one or more
   // lines. Empty: not told.
   std::function<void(const std::string& text)> reportProblems;
+  // Told that the progress window's Cancel stopped the job, and whether any
+  // of it reached the printer. Empty: not told.
+  std::function<void(const std::string& text)> reportCancelled;
   // Told how far the replay is (records read of the total for all copies)
   // when ShowProgress is off: a headless caller's own progress bar. Empty:
   // not told.
@@ -49,7 +52,8 @@ enum class PrintOutcome {
 //    Cancel ends here;
 // 2. the first printer whose name, trimmed, equals DefaultPrinter, trimmed,
 //    else the system's current printer;
-// 3. with ShowProgress, PrintProgressForm for the whole replay;
+// 3. with ShowProgress, PrintProgressForm (naming the printer) for the whole
+//    replay; its Cancel drops the job, and reportCancelled is told;
 // 4. the spool replayed from PrintFromPage to PrintToPage, PrintCopies times,
 //    as one job named after the document's Title, positions measured from the
 //    paper's edge. Without the dialog, a range or copies left at 0 mean the

@@ -61,7 +61,11 @@ class TabArea final : public QWidget {
     const QSize pane = pane_->sizeHint();
     return {std::max(tabs.width(), pane.width()), tabs.height() - Overlap() + pane.height()};
   }
-  QSize minimumSizeHint() const override { return sizeHint(); }
+  // Narrower than all tabs when the screen is (large text scaling): the
+  // strip then scrolls.
+  QSize minimumSizeHint() const override {
+    return {std::max(tabs_->minimumSizeHint().width(), pane_->sizeHint().width()), sizeHint().height()};
+  }
 
  protected:
   void resizeEvent(QResizeEvent*) override {
@@ -113,6 +117,7 @@ void fReport::BuildControls() {
   TabStrip = Named(new QTabBar, "TabStrip");
   TabStrip->setDrawBase(false);
   TabStrip->setExpanding(false);
+  TabStrip->setUsesScrollButtons(true);
   for (std::int16_t kind = 1; kind <= 8; ++kind) {
     TabStrip->addTab(QString::fromStdString(Win1252ToUtf8(TabCaption(kind, {}))));
   }

@@ -28,10 +28,12 @@
 #include "data/line_filter.h"
 #include "data/oldest_log_date.h"
 #include "forms/desktop_report_host.h"
+#include "forms/host_window_watch.h"
 #include "forms/qt_print_report.h"
 #include "forms/report_tab_layout.h"
 #include "forms/save_report_dialog.h"
 #include "forms/window_appearance.h"
+#include "platform/foreign_window.h"
 #include "reports/form_error_box.h"
 #include "settings/logging_ini.h"
 #include "settings/settings_keys.h"
@@ -83,7 +85,8 @@ fReport::fReport(std::string commandLine, DesktopReportHost& host, SettingsStore
       host_(host),
       settings_(settings),
       metrics_(metrics),
-      helpFile_(std::move(helpFile)) {
+      helpFile_(std::move(helpFile)),
+      hostWindowExists_(ForeignWindowExists) {
   setObjectName(QStringLiteral("fReport"));
   BuildControls();
   host_.SetOwner(this);
@@ -152,6 +155,9 @@ void fReport::Form_Load() {
     printing.reportProblems = [this](const std::string& text) {
       host_.MessageBox(host_.AppTitle(), text, MessageIcon::kExclamation, MessageButtons::kOk);
     };
+    printing.reportCancelled = [this](const std::string& text) {
+      host_.MessageBox(host_.AppTitle(), text, MessageIcon::kInformation, MessageButtons::kOk);
+    };
     environment.printReport = MakeQtPrintReport(std::move(printing));
     environment.askSaveFileName = [this] { return AskSaveReportFileName(this); };
     reports_ = std::make_unique<ReportForm>(std::move(environment), host_, metrics_, settings_);
@@ -162,12 +168,16 @@ void fReport::Form_Load() {
     for (std::int16_t kind = 1; kind <= kTabCount; ++kind) {
       TabStrip->setTabText(kind - 1, FromAnsi(TabCaption(kind, startup_.edition)));
     }
-    // The form keeps the size that holds every tab's controls.
+    // The form keeps the size that holds every tab's controls, within the
+    // screen (the tab strip scrolls when all tabs do not fit).
     adjustSize();
-    setFixedSize(size());
+    setFixedSize(FittedToScreen(size(), minimumSizeHint()));
     Centre();
     // A window that cannot hold the form leaves it a window of its own.
-    if (startup_.windowHandle) Trap("Form_Load", [&] { EmbedInto(*startup_.windowHandle); });
+    if (startup_.windowHandle) {
+      Trap("Form_Load", [&] { EmbedInto(*startup_.windowHandle); });
+      WatchHostWindow(*startup_.windowHandle);
+    }
 
     if (!startup_.historyMode) {
       const std::int16_t lastTab = ClampLastTab(Option(setting::kLastTab.name, setting::kLastTab.defaultValue), kTabCount);
@@ -199,14 +209,23 @@ void fReport::Form_Unload() {
       if (window != this && window->isVisible()) window->close();
     }
     if (reports_ && !startup_.historyMode) {
+      // A settings file that cannot be written fails each save the same way:
+      // the user is told once.
+      ErrorBoxOutput once = HostErrorBoxOutput(host_);
+      once.show = [shown = false, show = std::move(once.show)](std::string_view title, std::string_view text) mutable {
+        if (!std::exchange(shown, true)) show(title, text);
+      };
+      auto save = [&](std::string_view key, std::string_view value) {
+        SaveOptions(settings_, startup_.edition, kReportsSection, key, value, once);
+      };
       const std::int16_t kind = ReportKind();
-      SaveOption(setting::kLastTab.name, std::to_string(kind));
-      SaveOption(setting::kToDate.name, ToAnsi(lToDate->text()));
-      SaveOption(setting::kFromDate.name, ToAnsi(lFromDate->text()));
-      SaveOption(setting::kSearchText.name, ToAnsi(tNameNumber->text()));
+      save(setting::kLastTab.name, std::to_string(kind));
+      save(setting::kToDate.name, ToAnsi(lToDate->text()));
+      save(setting::kFromDate.name, ToAnsi(lFromDate->text()));
+      save(setting::kSearchText.name, ToAnsi(tNameNumber->text()));
       if (kind != kind::kCallHistory) {
-        SaveOption(setting::kPrintChart.name, CheckText(chart_));
-        SaveOption(setting::kCondensed.name, CheckText(condensed_));
+        save(setting::kPrintChart.name, CheckText(chart_));
+        save(setting::kCondensed.name, CheckText(condensed_));
       }
     }
     if (reports_ && reports_->Document() != nullptr) {
@@ -214,6 +233,7 @@ void fReport::Form_Unload() {
       if (FileExists(spool)) std::remove(spool.c_str());
     }
   });
+  emit FormUnloaded();
 }
 
 void fReport::Unload() {
@@ -233,6 +253,15 @@ void fReport::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QWidget::keyPressEvent(event);
+}
+
+QSize fReport::FittedToScreen(QSize wanted, QSize least) {
+  const QScreen* shown = screen() != nullptr ? screen() : QGuiApplication::primaryScreen();
+  if (shown == nullptr) return wanted;
+  // Room for the window's frame, which is not known before it is shown.
+  constexpr int kFrameAllowance = 16;
+  const QSize room = shown->availableGeometry().size() - QSize(kFrameAllowance, kFrameAllowance);
+  return wanted.boundedTo(room).expandedTo(least);
 }
 
 // Centred on the whole screen, as the logging program expects to find it.
@@ -256,6 +285,15 @@ void fReport::EmbedInto(std::int32_t handle) {
   // program's window counts from that window's corner.
   windowHandle()->setParent(container.get());
   container_ = std::move(container);
+}
+
+void fReport::WatchHostWindow(std::int32_t handle) {
+  const WId window = static_cast<WId>(static_cast<std::uint32_t>(handle));
+  // A window that is not there to begin with cannot go away: the form is then
+  // a window of its own and ends when it is closed.
+  if (!hostWindowExists_(window)) return;
+  auto* watch = new HostWindowWatch([this, window] { return hostWindowExists_(window); }, this);
+  connect(watch, &HostWindowWatch::Gone, this, [this] { Unload(); });
 }
 
 // ---------------------------------------------------------------------------
@@ -468,9 +506,8 @@ void fReport::cHelp_Click() {
     if (!FileExists(helpFile_)) throw RuntimeError(err::kFileNotFound, "The help file " + helpFile_ + " is missing");
     QUrl page = QUrl::fromLocalFile(QString::fromStdString(helpFile_));
     page.setFragment(QString::fromLatin1(kHelpTopic));
-    if (!host_.OpenUrl(page)) {
-      throw RuntimeError(err::kPathFileAccess, "No web browser could open the help file " + helpFile_);
-    }
+    // A desktop without a browser still shows the help, in our own window.
+    if (!host_.OpenUrl(page)) host_.ShowHelpWindow(page);
   });
 }
 
@@ -481,7 +518,7 @@ void fReport::LineFilterArray() {
         const std::optional<std::string> answer = host_.InputBox(LineFilterPrompt(), kLineFilterTitle, kLineFilterDefault);
         // Cancel or nothing typed: every line is meant.
         if (!answer || answer->empty()) return;
-        host_.MessageBox("", ExpandLineFilter(*answer), MessageIcon::kNone, MessageButtons::kOk);
+        host_.MessageBox(host_.AppTitle(), ExpandLineFilter(*answer), MessageIcon::kNone, MessageButtons::kOk);
       },
       ErrorBoxForm::kClassic);
 }
@@ -524,6 +561,8 @@ void fReport::cmdPrintQuery_Click() {
     cmdPrintQuery->setEnabled(true);
   });
   cmdPrintQuery->setEnabled(true);
+  // Whatever the request did, its progress has ended with it.
+  OnProgress(-1, 0);
 }
 
 // The history of one number: the form shows the request it runs, as if the

@@ -6,7 +6,9 @@
 // history mode) and the shut-down (saving the user's choices).
 
 #include <QWidget>
+#include <QWindow>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -57,6 +59,18 @@ class fReport : public QWidget {
   // the window runs it too.
   void Form_Unload();
   bool Unloaded() const { return unloaded_; }
+  // How the logging program's window is looked for while the form is
+  // embedded (the display's answer unless a test replaces it); set before
+  // Form_Load.
+  void SetHostWindowProbe(std::function<bool(WId)> exists) { hostWindowExists_ = std::move(exists); }
+
+ signals:
+  // Form_Unload has run: the program has nothing more to show. Embedded in
+  // the logging program's window, the form is no top-level window of ours, so
+  // the program ends on this rather than on its last window closing.
+  void FormUnloaded();
+
+ public:
 
   // Event procedures, each trapping its own errors into the error box.
   void TabStrip_Click();
@@ -99,6 +113,10 @@ class fReport : public QWidget {
   void FillRequest();
   void ShowHistoryRequest(const HistoryControls& controls);
   void EmbedInto(std::int32_t handle);
+  // The form ends with the logging program's window that holds it.
+  void WatchHostWindow(std::int32_t handle);
+  // The size within the screen's free area, never below least.
+  QSize FittedToScreen(QSize wanted, QSize least);
   void Centre();
   void Unload();
   void OnProgress(qint64 done, qint64 total);
@@ -117,6 +135,7 @@ class fReport : public QWidget {
   TextMetrics& metrics_;
   std::string helpFile_;
   std::unique_ptr<QWindow> container_;  // the logging program's window holding the form
+  std::function<bool(WId)> hostWindowExists_;
 
   StartupState startup_;
   std::unique_ptr<ReportForm> reports_;

@@ -1,6 +1,7 @@
 #include "forms/window_appearance.h"
 
 #include <QAbstractSpinBox>
+#include <QApplication>
 #include <QComboBox>
 #include <QEvent>
 #include <QFrame>
@@ -77,6 +78,14 @@ void ApplyWindowFont(QWidget* form, std::int16_t generation) {
   };
   apply(form);
   for (QWidget* control : form->findChildren<QWidget*>()) apply(control);
+}
+
+void ApplyApplicationFont(std::int16_t generation) {
+  const WindowFont chosen = WindowFontFor(generation);
+  QFont font = QApplication::font();
+  font.setFamily(ResolveFontFamily(chosen.name));
+  font.setPointSize(chosen.points);
+  QApplication::setFont(font);
 }
 
 // ---------------------------------------------------------------------------

@@ -38,6 +38,11 @@ WindowFont WindowFontFor(std::int16_t generation);
 // A name that is not installed is drawn by the nearest installed font.
 void ApplyWindowFont(QWidget* form, std::int16_t generation);
 
+// Makes the generation's font the application's, so that windows built
+// without ApplyWindowFont (message boxes, the preview, file dialogs) use the
+// same family as the forms.
+void ApplyApplicationFont(std::int16_t generation);
+
 // Names of the dynamic properties SmartEdge keeps on a widget.
 inline constexpr const char* kSedOldProc = "SED_OLDPROC";
 inline constexpr const char* kSedOldStyle = "SED_OLDGWLSTYLE";

@@ -1,10 +1,12 @@
 #include "platform/printer_page_device.h"
 
+#include <QDir>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPrinterInfo>
 #include <algorithm>
 
+#include "platform/cups_job.h"
 #include "platform/printer_refusal.h"
 #include "support/runtime_error.h"
 
@@ -49,9 +51,11 @@ void PrinterPageDevice::BeginDocument(const PageSetup& setup) {
   if (!printer_.isValid()) Fail(QStringLiteral("the printer is not available"));
   if (const QString refusal = PrinterRefusal(printer_.printerName()); !refusal.isEmpty()) Fail(refusal);
   printer_.setPageOrientation(setup.orientation == 2 ? QPageLayout::Landscape : QPageLayout::Portrait);
+  RenderIntoOwnFile();
   painter_ = std::make_unique<QPainter>();
   if (!painter_->begin(&printer_)) {
     painter_.reset();
+    DropJobFile();
     Fail(QStringLiteral("cannot start the print job"));
   }
   jobOpen_ = true;
@@ -74,22 +78,56 @@ void PrinterPageDevice::EndPage() {
 
 void PrinterPageDevice::EndDocument() { EndPage(); }
 
+void PrinterPageDevice::RenderIntoOwnFile() {
+  if (printer_.outputFormat() != QPrinter::NativeFormat || !printer_.outputFileName().isEmpty()) return;
+  // Not named .pdf: Qt keeps the printer's own engine and settings and only
+  // writes where it is told.
+  jobFile_ = std::make_unique<QTemporaryFile>(QDir::temp().filePath(QStringLiteral("callwarden-print-XXXXXX.job")));
+  if (!jobFile_->open()) {
+    const QString reason = jobFile_->errorString();
+    jobFile_.reset();
+    Fail(QStringLiteral("cannot make the print job's temporary file (%1)").arg(reason));
+  }
+  jobFile_->close();
+  printer_.setOutputFileName(jobFile_->fileName());
+}
+
+void PrinterPageDevice::DropJobFile() {
+  if (!jobFile_) return;
+  printer_.setOutputFileName(QString());
+  jobFile_.reset();
+}
+
 void PrinterPageDevice::Finish() {
   if (!jobOpen_) return;
   EndPage();
   jobOpen_ = false;
   const bool ended = painter_->end();
   painter_.reset();
-  if (!ended || printer_.printerState() == QPrinter::Error) Fail(QStringLiteral("the print job could not be sent"));
+  if (!ended || printer_.printerState() == QPrinter::Error) {
+    DropJobFile();
+    Fail(QStringLiteral("the print job could not be sent"));
+  }
+  if (!jobFile_) return;
+  // The whole job is drawn: its file goes to the printer's queue.
+  const QString file = jobFile_->fileName();
+  printer_.setOutputFileName(QString());
+  const QString refusal = SubmitCupsJob(printer_, file, printer_.docName());
+  jobFile_.reset();
+  if (!refusal.isEmpty()) Fail(QStringLiteral("the print job could not be sent (%1)").arg(refusal));
 }
 
-void PrinterPageDevice::Abort() {
-  if (!jobOpen_) return;
+bool PrinterPageDevice::Abort() {
+  if (!jobOpen_) return true;
   EndPage();
   jobOpen_ = false;
-  printer_.abort();
+  // A job in a file of our own is dropped whole; Qt's own hand-over can
+  // rarely be withdrawn, and sends what was drawn when its painter ends.
+  const bool withdrawn = printer_.abort() || jobFile_ != nullptr;
   if (painter_->isActive()) painter_->end();
   painter_.reset();
+  DropJobFile();
+  return withdrawn;
 }
 
 PageSetup PrinterPageDevice::Paper(const QPrinter& printer) {

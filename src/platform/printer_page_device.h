@@ -2,12 +2,15 @@
 // A replayed document on a real printer (Qt Print Support; CUPS on Linux).
 // The copies of one print request make one printer job: the first copy
 // starts the job, each later copy continues it on a new sheet, and Finish
-// sends it. Every failure of the printer is a RuntimeError (482, "Printer
+// sends it. A job for a printer queue is rendered into a temporary file of its
+// own and handed to the queue only by Finish, so that Abort can drop all of
+// it (Qt cannot withdraw a job it hands over itself). Every failure of the printer is a RuntimeError (482, "Printer
 // error") so that the replay can ask whether to try the step again.
 
 #include <QPainter>
 #include <QPrinter>
 #include <QString>
+#include <QTemporaryFile>
 #include <memory>
 
 #include "platform/painter_page_device.h"
@@ -39,8 +42,10 @@ class PrinterPageDevice final : public PainterPageDevice {
   // Ends the job and hands it to the printer. Nothing happens when no page
   // was begun (a range that holds no page prints nothing).
   void Finish();
-  // Drops the job: nothing of it reaches the printer.
-  void Abort();
+  // Drops the job. True when nothing of it reaches the printer; false when
+  // the pages drawn so far could not be withdrawn (a job that Qt hands over
+  // itself, e.g. to a file the printer was set to).
+  bool Abort();
 
   int PagesBegun() const { return pages_; }
 
@@ -51,10 +56,14 @@ class PrinterPageDevice final : public PainterPageDevice {
 
  private:
   [[noreturn]] void Fail(const QString& what) const;
+  // The job's own file, when the job goes to a queue, in place of Qt's.
+  void RenderIntoOwnFile();
+  void DropJobFile();
 
   QPrinter& printer_;
   QString requiredPrinter_;
   std::unique_ptr<QPainter> painter_;
+  std::unique_ptr<QTemporaryFile> jobFile_;
   bool jobOpen_ = false;
   bool pageOpen_ = false;
   int pages_ = 0;

@@ -303,6 +303,94 @@ class PreviewFormTest : public QObject {
     QCOMPARE(vscroll->value(), vscroll->maximum() - vscroll->pageStep());
   }
 
+  // Regression: the wheel did nothing over a page taller than the window.
+  void wheelScrollsAndCtrlWheelZooms() {
+    Report report;
+    report.Make(1);
+    auto form = Open(*report.document, QSize(700, 500));
+    Pick(*form, "100%");
+    QWidget* page = PageImg(*form);
+    auto* vscroll = Child<QScrollBar>(*form, "VScroll");
+    auto* zoom = Child<QComboBox>(*form, "ZoomList");
+    QVERIFY(vscroll->isVisible());
+    auto wheel = [&](QWidget* over, int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+      const QPointF at(over->width() / 2.0, over->height() / 2.0);
+      QWheelEvent event(at, over->mapToGlobal(at), QPoint(), QPoint(0, 120 * notches), Qt::NoButton, modifiers,
+                        Qt::NoScrollPhase, false);
+      QApplication::sendEvent(over, &event);
+    };
+    // Down by a step a notch, over the page or the grey around it; never past the end.
+    wheel(page, -1);
+    QCOMPARE(vscroll->value(), vscroll->singleStep());
+    QCOMPARE(page->y(), -vscroll->singleStep());
+    wheel(Child<QWidget>(*form, "Panel"), -2);
+    QCOMPARE(vscroll->value(), 3 * vscroll->singleStep());
+    wheel(page, 1000);
+    QCOMPARE(vscroll->value(), 0);
+    wheel(page, -1000);
+    QCOMPARE(vscroll->value(), vscroll->maximum());
+
+    // Ctrl+wheel: the next percentage row each way, held at the ends.
+    wheel(page, 1, Qt::ControlModifier);
+    QCOMPARE(zoom->currentText(), QStringLiteral("125%"));
+    QCOMPARE(form->ZoomFactor(), 1.25);
+    wheel(page, -1, Qt::ControlModifier);
+    wheel(page, -1, Qt::ControlModifier);
+    QCOMPARE(zoom->currentText(), QStringLiteral("90%"));
+    for (int i = 0; i < 12; ++i) wheel(page, -1, Qt::ControlModifier);
+    QCOMPARE(zoom->currentText(), QStringLiteral("50%"));
+  }
+
+  // Table: Ctrl+wheel from a zoom shown (a fitted page lies between rows).
+  void zoomRowAfterAWheelStep() {
+    struct Row {
+      double factor;
+      int steps;
+      const char* row;
+    };
+    const Row rows[] = {
+        {1.0, 1, "125%"}, {1.0, -1, "90%"},  {0.87, 1, "90%"},  {0.87, -1, "80%"},
+        {2.0, 1, "200%"}, {0.5, -1, "50%"},  {0.3, 1, "50%"},   {3.0, -1, "200%"},
+    };
+    for (const Row& row : rows) {
+      QCOMPARE(kZoomRows[ZoomRowAfter(row.factor, row.steps)], std::string_view(row.row));
+    }
+  }
+
+  // Regression: at 200% the page showed through between the two bars.
+  void cornerBetweenTheBarsIsCovered() {
+    Report report;
+    report.Make(1);
+    auto form = Open(*report.document, QSize(600, 500));
+    Pick(*form, "200%");
+    auto* corner = Child<QWidget>(*form, "ScrollCorner");
+    auto* vscroll = Child<QScrollBar>(*form, "VScroll");
+    auto* hscroll = Child<QScrollBar>(*form, "HScroll");
+    QVERIFY(corner->isVisible());
+    QCOMPARE(corner->geometry(), QRect(vscroll->x(), hscroll->y(), vscroll->width(), hscroll->height()));
+    // Above the page: the topmost child there is the corner.
+    QCOMPARE(corner->parentWidget()->childAt(corner->geometry().center()), corner);
+    Pick(*form, "50%");
+    QVERIFY(!corner->isVisible());
+  }
+
+  // Regression: drawing a page ended the hourglass of the request that
+  // opened the preview, and left its own on top.
+  void drawingAPageLeavesThePointerAsItWas() {
+    Report report;
+    report.Make(2);
+    const std::size_t busyBefore = host_.busyChanges.size();
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
+    auto form = Open(*report.document);
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
+    Pick(*form, "150%");
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
+    // The host's busy state is the request's, not the preview's.
+    QCOMPARE(host_.busyChanges.size(), busyBefore);
+  }
+
   void onePageReportDoesNotPage() {
     Report report;
     report.Make(1);

@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -20,6 +21,7 @@
 #include <functional>
 
 #include "forms/print_opt_form.h"
+#include "forms/print_progress_form.h"
 #include "forms/qt_print_report.h"
 #include "platform/printer_page_device.h"
 #include "platform/qt_text_metrics.h"
@@ -236,6 +238,71 @@ class PrintCupsTest : public QObject {
     QCOMPARE(PrintReportOnPrinter(document), PrintOutcome::kCancelled);
     QCOMPARE(document.Options().printCopies, std::int16_t{2});
     document.DestroyReport();
+  }
+
+  // Regression: Cancel in the progress window closed it, but CUPS still got
+  // every page drawn until then.
+  void cancelWhilePrintingSendsNothing() {
+    const QString queue = QueueName();
+    if (QPrinterInfo::printerInfo(queue).isNull()) QSKIP("no CUPS PDF queue: run scripts/start-cups-pdf.sh as root");
+    const QString stamp =
+        QStringLiteral("%1x%2").arg(QCoreApplication::applicationPid()).arg(QDateTime::currentMSecsSinceEpoch());
+    const std::string cancelledToken = "cwcancelled" + stamp.toStdString();
+    const std::string laterToken = "cwlater" + stamp.toStdString();
+    const std::set<std::filesystem::path> before = cw::testing::PdfsIn(cw::testing::CupsPdfFolder());
+
+    QtTextMetrics metrics;
+    OrlPrinterEnvironment environment;
+    environment.metrics = &metrics;
+    OrlPrinter document(std::move(environment));
+    WriteThreePages(document, cancelledToken);
+    document.Options().showPrintDialog = false;
+    document.Options().showProgress = true;
+    document.Options().defaultPrinter = queue.toStdString();
+    document.Options().printCopies = 2000;
+    std::vector<std::string> told;
+    QtPrintReportOptions options;
+    options.reportCancelled = [&](const std::string& text) { told.push_back(text); };
+
+    // Cancel once a hundredth of the job is drawn.
+    QString progressPrinter;
+    auto* watch = new QTimer;
+    watch->setInterval(10);
+    QObject::connect(watch, &QTimer::timeout, [&, watch] {
+      auto* progress = qobject_cast<PrintProgressForm*>(QApplication::activeModalWidget());
+      if (progress == nullptr || progress->ProgressBarWidthTwips() < progress->FrameWidthTwips() / 100) return;
+      watch->stop();
+      watch->deleteLater();
+      progressPrinter = progress->findChild<QLabel*>(QStringLiteral("lblPrinter"))->text();
+      progress->findChild<QPushButton*>(QStringLiteral("cmdCancel"))->click();
+    });
+    watch->start();
+    QCOMPARE(PrintReportOnPrinter(document, options), PrintOutcome::kStopped);
+    QVERIFY2(progressPrinter.contains(queue), qPrintable(progressPrinter));
+    QCOMPARE(told.size(), std::size_t{1});
+    QVERIFY2(told[0].find("cancelled; nothing was sent to the printer " + queue.toStdString()) != std::string::npos,
+             told[0].c_str());
+    document.DestroyReport();
+
+    // The queue works its jobs in turn: once a later job has come out, a
+    // cancelled job that had reached it would have come out before.
+    OrlPrinterEnvironment laterEnvironment;
+    laterEnvironment.metrics = &metrics;
+    OrlPrinter later(std::move(laterEnvironment));
+    WriteThreePages(later, laterToken);
+    later.Options().showPrintDialog = false;
+    later.Options().showProgress = false;
+    later.Options().defaultPrinter = queue.toStdString();
+    QCOMPARE(PrintReportOnPrinter(later, options), PrintOutcome::kPrinted);
+    QTemporaryDir work;
+    QVERIFY(work.isValid());
+    const std::filesystem::path kept = work.filePath(QStringLiteral("later.pdf")).toStdString();
+    QVERIFY(!cw::testing::TakeNewPdf(cw::testing::CupsPdfFolder(), before, laterToken, kept).empty());
+    QCOMPARE(cw::testing::PdfPageCount(kept), 3);
+    for (const std::filesystem::path& pdf : cw::testing::PdfsIn(cw::testing::CupsPdfFolder())) {
+      QVERIFY2(pdf.filename().string().find(cancelledToken) == std::string::npos, pdf.c_str());
+    }
+    later.DestroyReport();
   }
 
   void aMissingPrinterRaisesOnPrinterError() {

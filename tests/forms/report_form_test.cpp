@@ -7,7 +7,9 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QTabBar>
+#include <QTextBrowser>
 #include <QTemporaryDir>
 #include <QUrl>
 #include <QtTest>
@@ -17,6 +19,7 @@
 
 #include "data/line_filter.h"
 #include "forms/desktop_report_host.h"
+#include "forms/host_window_watch.h"
 #include "forms/preview_form.h"
 #include "forms/report_form_window.h"
 #include "platform/qt_text_metrics.h"
@@ -63,6 +66,10 @@ class TestHost final : public cw::DesktopReportHost {
         auto* preview = qobject_cast<cw::PreviewForm*>(window);
         if (preview == nullptr || !preview->isVisible()) continue;
         previewPagesShown = preview->PageCount();
+        const QCursor* pointer = QApplication::overrideCursor();
+        previewCursor = pointer != nullptr ? pointer->shape() : Qt::ArrowCursor;
+        // What a save from the preview reports.
+        Progress(10, 10);
         preview->close();
       }
     });
@@ -97,6 +104,7 @@ class TestHost final : public cw::DesktopReportHost {
   std::vector<Preview> previews;
   bool realPreview = false;
   int previewPagesShown = 0;
+  Qt::CursorShape previewCursor = Qt::BlankCursor;
   CivilDate today = CivilDate::FromYmd(2026, 11, 22);  // a Sunday
 };
 
@@ -210,6 +218,10 @@ class ReportFormTest : public QObject {
   void historyModeShowsTheNumberAndUnloads();
   void dateButtonsAndHelp();
   void errorsOfEventProceduresGoToTheStandardBox();
+  void pointerAndProgressBarAfterARealPreview();
+  void unwritableSettingsAreReportedOnceAtClose();
+  void embeddedFormEndsWithItsHostWindow();
+  void formFitsTheScreen();
 };
 
 void ReportFormTest::tabCaptionsFollowTheEdition() {
@@ -505,7 +517,9 @@ void ReportFormTest::lineFilterAsksAndShowsTheExpandedList() {
   QCOMPARE(bench.host.inputs[0].title, std::string("Line Filter"));
   QCOMPARE(bench.host.inputs[0].defaultAnswer, std::string("1,11-16,18-20,22"));
   QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QCOMPARE(bench.host.messages[0].title + "|" + bench.host.messages[0].text, std::string("|1,3,4,5,7"));
+  // Titled like the form's other boxes, not with the program's file name.
+  QCOMPARE(bench.host.messages[0].title + "|" + bench.host.messages[0].text,
+           std::string("Vorn Ringtally Reports|1,3,4,5,7"));
   QCOMPARE(bench.host.messages[0].icon, MessageIcon::kNone);
   QCOMPARE(bench.host.messages[0].buttons, MessageButtons::kOk);
 
@@ -616,9 +630,80 @@ void ReportFormTest::dateButtonsAndHelp() {
   QCOMPARE(bench.host.urls[0].toLocalFile(), QString::fromStdString(bench.helpFile));
   QCOMPARE(bench.host.urls[0].fragment(), QStringLiteral("topic290"));
   QCOMPARE(bench.host.messages.size(), std::size_t{1});
+  // Without a browser the help opens in a window of our own, at the topic.
   bench.host.browserOpens = false;
   bench.Click("cHelp");
-  QCOMPARE(bench.host.messages.size(), std::size_t{2});
+  QCOMPARE(bench.host.messages.size(), std::size_t{1});
+  auto* browser = bench.form->findChild<QTextBrowser*>(QStringLiteral("HelpBrowser"));
+  QVERIFY(browser != nullptr);
+  QVERIFY(browser->window()->isVisible());
+  QCOMPARE(browser->source(), bench.host.urls.back());
+  QCOMPARE(browser->window()->windowTitle(), QStringLiteral("Vorn Ringtally Reports Help"));
+}
+
+// Regression: the preview's own hourglass ended the request's and left the
+// wait pointer over the preview; a save from the preview left the bar full.
+void ReportFormTest::pointerAndProgressBarAfterARealPreview() {
+  Bench bench;
+  bench.Load();
+  bench.host.realPreview = true;
+  bench.Tab(1);
+  QCOMPARE(bench.Run(), std::string("DAILY CALL ANALYSIS REPORT"));
+  QVERIFY(bench.host.previewPagesShown > 0);
+  QCOMPARE(bench.host.previewCursor, Qt::ArrowCursor);
+  QCOMPARE(QApplication::overrideCursor(), nullptr);
+  QVERIFY(!bench.Get<QWidget>("progressBar")->isVisible());
+}
+
+// Regression: a settings file that could not be written showed one box per
+// saved value when the form closed.
+void ReportFormTest::unwritableSettingsAreReportedOnceAtClose() {
+  Bench bench;
+  bench.Load();
+  bench.Tab(1);
+  QVERIFY(bench.host.messages.empty());
+  bench.store.failing = true;
+  bench.form->close();
+  QCOMPARE(bench.host.messages.size(), std::size_t{1});
+  QVERIFY(Has(bench.host.LastText(), "SaveOptions"));
+}
+
+// Regression: embedded in the logging program's window the program outlived
+// that window, and a form closed on its own did not end the program.
+void ReportFormTest::embeddedFormEndsWithItsHostWindow() {
+  struct Case {
+    const char* commandLine;
+    bool hostThereAtStart;
+  };
+  for (const Case& c : {Case{"h=4242", true}, Case{"h=4243", false}}) {
+    Bench bench(c.commandLine, kCallwarden);
+    bool hostThere = c.hostThereAtStart;
+    std::vector<WId> asked;
+    bench.form = std::make_unique<cw::fReport>(c.commandLine, bench.host, bench.store, bench.metrics, bench.helpFile);
+    bench.form->SetHostWindowProbe([&](WId window) {
+      asked.push_back(window);
+      return hostThere;
+    });
+    QSignalSpy ended(bench.form.get(), &cw::fReport::FormUnloaded);
+    bench.form->Form_Load();
+    QVERIFY(!bench.form->Unloaded());
+    auto* watch = bench.form->findChild<cw::HostWindowWatch*>();
+    if (!c.hostThereAtStart) {
+      // Nothing to watch: the form is a window of its own, and closing it ends the program.
+      QCOMPARE(watch, nullptr);
+      bench.form->close();
+      QCOMPARE(ended.count(), 1);
+      continue;
+    }
+    QVERIFY(watch != nullptr);
+    watch->Look();
+    QVERIFY(!bench.form->Unloaded());
+    hostThere = false;
+    watch->Look();
+    QVERIFY(bench.form->Unloaded());
+    QCOMPARE(ended.count(), 1);
+    QCOMPARE(asked.back(), WId{4242});
+  }
 }
 
 void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
@@ -668,6 +753,28 @@ void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
   QVERIFY(garbled.form->Unloaded());
   QCOMPARE(garbled.host.messages.size(), std::size_t{1});
   QVERIFY(Has(garbled.host.LastText(), "Procedure Name: Form_Load."));
+}
+
+
+// Regression: at large text scaling the form was wider than the screen and
+// the preview button was cut off. The offscreen screen (800 pixels) is
+// narrower than the form's eight tabs at ordinary scaling: the tab strip
+// scrolls instead of widening the form past the screen, and the form is no
+// wider than the screen unless its options need more room.
+void ReportFormTest::formFitsTheScreen() {
+  Bench bench;
+  bench.Load();
+  const QRect room = bench.form->screen()->availableGeometry();
+  const int allTabs = bench.Get<QTabBar>("TabStrip")->sizeHint().width();
+  QVERIFY2(allTabs > room.width(), "the screen holds every tab: nothing is tested");
+  QVERIFY2(bench.form->width() < allTabs, qPrintable(QString::number(bench.form->width())));
+  QVERIFY(bench.form->width() <= std::max(room.width(), bench.form->minimumSizeHint().width()));
+  QVERIFY(bench.form->height() <= room.height());
+  for (const char* name : {"cmdPrintQuery", "cHelp"}) {
+    auto* button = bench.Get<QWidget>(name);
+    const QRect shown(button->mapTo(bench.form.get(), QPoint(0, 0)), button->size());
+    QVERIFY2(bench.form->rect().contains(shown), name);
+  }
 }
 
 QTEST_MAIN(ReportFormTest)

@@ -1,0 +1,223 @@
+// The desktop program's own plumbing: the pointer stack, the message boxes
+// (Ctrl+C, their title), the command line it answers before any window, the
+// hand-over to a copy already running, and the printers it offers.
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QCursor>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+#include <future>
+#include <optional>
+#include <vector>
+
+#include "forms/cursor_scope.h"
+#include "forms/desktop_command_line.h"
+#include "forms/desktop_report_host.h"
+#include "forms/print_opt_form.h"
+#include "forms/print_progress_form.h"
+#include "forms/running_copy.h"
+#include "forms/window_appearance.h"
+
+using namespace cw;
+
+namespace {
+
+std::optional<Qt::CursorShape> Pointer() {
+  const QCursor* cursor = QApplication::overrideCursor();
+  if (cursor == nullptr) return std::nullopt;
+  return cursor->shape();
+}
+
+// Runs `inBox` on the next message box once it is up, then closes it.
+void WhenBoxShows(std::function<void(QMessageBox&)> inBox) {
+  auto* timer = new QTimer;
+  timer->setInterval(10);
+  QObject::connect(timer, &QTimer::timeout, [timer, inBox = std::move(inBox)] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    timer->stop();
+    timer->deleteLater();
+    inBox(*box);
+    box->accept();
+  });
+  timer->start();
+}
+
+}  // namespace
+
+class DesktopProgramTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  // Scopes that end out of order take only their own wish away.
+  void pointerIsTheNewestLiveWish() {
+    QCOMPARE(Pointer(), std::nullopt);
+    {
+      auto request = std::make_optional<CursorScope>(Qt::WaitCursor);
+      QCOMPARE(Pointer(), Qt::WaitCursor);
+      {
+        const CursorScope preview(Qt::ArrowCursor);
+        QCOMPARE(Pointer(), Qt::ArrowCursor);
+        {
+          const CursorScope drawing(Qt::WaitCursor);
+          QCOMPARE(Pointer(), Qt::WaitCursor);
+        }
+        QCOMPARE(Pointer(), Qt::ArrowCursor);
+        // The request ends while its preview still waits for the user.
+        request.reset();
+        QCOMPARE(Pointer(), Qt::ArrowCursor);
+      }
+      QCOMPARE(Pointer(), std::nullopt);
+      QCOMPARE(CursorScope::Depth(), 0);
+    }
+
+    // The host's busy state is a level: on twice, off once.
+    DesktopReportHost host;
+    QSignalSpy progress(&host, &DesktopReportHost::ProgressChanged);
+    host.SetBusy(true);
+    host.SetBusy(true);
+    QCOMPARE(Pointer(), Qt::WaitCursor);
+    host.SetBusy(false);
+    QCOMPARE(Pointer(), std::nullopt);
+    // Off always ends the progress, even when the hourglass was already off.
+    host.SetBusy(false);
+    QCOMPARE(progress.count(), 2);
+    QCOMPARE(progress.last().at(0).toLongLong(), -1);
+  }
+
+  // Regression: "Press Ctrl-C to copy" copied nothing; a box without a title
+  // showed the program's file name.
+  void boxesCopyOnCtrlCAndTakeTheFormsTitle() {
+    DesktopReportHost host;
+    host.SetAppTitle("Vorn Ringtally Reports");
+    QApplication::clipboard()->clear();
+    QString title;
+    std::optional<Qt::CursorShape> pointer;
+    WhenBoxShows([&](QMessageBox& box) {
+      title = box.windowTitle();
+      pointer = Pointer();
+      // Pressed where the focus is: on the box's button.
+      QTest::keyClick(static_cast<QWidget*>(box.button(QMessageBox::Ok)), Qt::Key_C, Qt::ControlModifier);
+    });
+    host.SetBusy(true);
+    host.MessageBox("", "Line one\r\nPress Ctrl-C to copy this error to the clipboard", MessageIcon::kCritical,
+                    MessageButtons::kOk);
+    host.SetBusy(false);
+    QCOMPARE(title, QStringLiteral("Vorn Ringtally Reports"));
+    QCOMPARE(QApplication::clipboard()->text(),
+             QStringLiteral("Vorn Ringtally Reports\nLine one\nPress Ctrl-C to copy this error to the clipboard\n"));
+    // A box asked for while busy shows the arrow.
+    QCOMPARE(pointer, Qt::ArrowCursor);
+
+    WhenBoxShows([&](QMessageBox& box) { title = box.windowTitle(); });
+    host.MessageBox("Error", "text", MessageIcon::kCritical, MessageButtons::kOk);
+    QCOMPARE(title, QStringLiteral("Error"));
+  }
+
+  // Regression: the preview, the boxes and the save dialog used another font
+  // family than the forms.
+  void everyWindowUsesTheFormsFamily() {
+    ApplyApplicationFont(GetWinVersion());
+    QWidget form;
+    ApplyWindowFont(&form, GetWinVersion());
+    QMessageBox box;
+    QWidget plain;
+    QCOMPARE(QFontInfo(box.font()).family(), QFontInfo(form.font()).family());
+    QCOMPARE(QFontInfo(plain.font()).family(), QFontInfo(form.font()).family());
+    QCOMPARE(plain.font().pointSize(), form.font().pointSize());
+  }
+
+  // Table: what the arguments ask for before any window opens.
+  void commandLineBeforeAnyWindow() {
+    struct Row {
+      QStringList arguments;
+      DesktopAction action;
+      const char* messagePart;
+    };
+    const std::vector<Row> rows = {
+        {{}, DesktopAction::kRun, ""},
+        {{"--help"}, DesktopAction::kHelp, ""},
+        {{"-h"}, DesktopAction::kHelp, ""},
+        {{"--version"}, DesktopAction::kVersion, ""},
+        {{"5551234567"}, DesktopAction::kRun, ""},
+        {{"(555)", "123-4567"}, DesktopAction::kRun, ""},
+        {{"h=4242"}, DesktopAction::kRun, ""},
+        {{"h=4242,5551234567"}, DesktopAction::kRun, ""},
+        {{"h=Callwarden"}, DesktopAction::kRun, ""},
+        // A mistyped option is no number to report on.
+        {{"--hlep"}, DesktopAction::kRefuse, "unknown option --hlep"},
+        {{"--help", "5551234567"}, DesktopAction::kRefuse, "unknown option --help"},
+        {{"smith"}, DesktopAction::kRefuse, "\"smith\" is not a telephone number"},
+        {{"h=4242,abc"}, DesktopAction::kRefuse, "\"abc\" is not a telephone number"},
+        // A handle that is no number is the form's error box to show.
+        {{"h=abc"}, DesktopAction::kRun, ""},
+    };
+    for (const Row& row : rows) {
+      const DesktopCommand command = ReadDesktopCommand(QStringList{QStringLiteral("callwarden-reports")} + row.arguments);
+      QVERIFY2(command.action == row.action, qPrintable(row.arguments.join(' ')));
+      QVERIFY2(command.message.contains(QString::fromLatin1(row.messagePart)), qPrintable(command.message));
+    }
+    QVERIFY(DesktopUsage(QStringLiteral("callwarden-reports")).startsWith(QStringLiteral("Usage: callwarden-reports")));
+  }
+
+  // Regression: a second start said "already running" on standard error only.
+  void secondStartShowsTheRunningCopy() {
+    QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    const QString name = folder.filePath(QStringLiteral("callwarden-reports.lock.socket"));
+    // Nobody listening: the caller learns that no copy answered.
+    QVERIFY(!AskRunningCopyToShow(name, 200));
+
+    RunningCopyBeacon beacon(name);
+    QVERIFY(beacon.Listen());
+    QSignalSpy shown(&beacon, &RunningCopyBeacon::ShowAsked);
+    // The second start blocks while it waits: it runs beside the event loop.
+    std::future<bool> answered = std::async(std::launch::async, [&] { return AskRunningCopyToShow(name); });
+    QTRY_VERIFY(answered.wait_for(std::chrono::seconds(0)) == std::future_status::ready);
+    QVERIFY(answered.get());
+    QCOMPARE(shown.count(), 1);
+
+    // A socket left by a copy that died is taken over.
+    RunningCopyBeacon next(name);
+    QVERIFY(next.Listen());
+  }
+
+  // Regression: with no default printer the print dialog's list was blank.
+  void currentPrinterIsTheDefaultElseTheFirst() {
+    struct Row {
+      QStringList names;
+      QString systemDefault;
+      QString current;
+    };
+    const std::vector<Row> rows = {
+        {{"Front", "Back"}, "Back", "Back"},
+        {{"Front", "Back"}, "", "Front"},
+        {{"Front", "Back"}, "Gone", "Front"},
+        {{}, "", ""},
+    };
+    for (const Row& row : rows) {
+      const PrinterCatalog catalog = MakePrinterCatalog(row.names, row.systemDefault);
+      QCOMPARE(catalog.names, row.names);
+      QCOMPARE(catalog.current, row.current);
+      PrintOptForm form(nullptr, catalog);
+      form.FillPrinterList("");
+      QCOMPARE(form.findChild<QComboBox*>(QStringLiteral("PrinterList"))->currentText(), row.current);
+    }
+
+    // The progress window says where the job goes.
+    PrintProgressForm named(QStringLiteral("Call Detail"), QStringLiteral("Front"));
+    named.show();
+    auto* printer = named.findChild<QLabel*>(QStringLiteral("lblPrinter"));
+    QVERIFY(printer->isVisible());
+    QVERIFY(printer->text().contains(QStringLiteral("Front")));
+  }
+};
+
+QTEST_MAIN(DesktopProgramTest)
+#include "desktop_program_test.moc"
