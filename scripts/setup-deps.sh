@@ -15,6 +15,8 @@ packages=(
   libqt6opengl6-dev
   # whether a printer queue accepts jobs is asked of CUPS itself
   libcups2-dev
+  # the embedded report form watches its host's X11 window
+  libxcb1-dev
   # fonts measured and embedded in reports (Arial / Times New Roman metrics)
   fonts-liberation2 fontconfig
   # tests and benchmarks: PDF text read-back, awk comparison, a display for GUI runs
