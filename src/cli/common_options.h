@@ -14,33 +14,33 @@ namespace cw::cli {
 
 namespace option {
 
-inline constexpr OptionSpec kEdition{"--edition", "NAME", ValueKind::kText,
+inline constexpr OptionRule kEdition{"--edition", "NAME", ValueKind::kText,
                                      "\"Vorn Ringtally\" (default) or \"Callwarden MultiLine\": the\n"
                                      "application name of the settings and the logging INI file"};
-inline constexpr OptionSpec kSettings{"--settings", "FILE", ValueKind::kText,
+inline constexpr OptionRule kSettings{"--settings", "FILE", ValueKind::kText,
                                       "the per-user settings file (default: $CW_SETTINGS, else\n"
                                       "CONFIG/callwarden-reports/<edition>.ini, where CONFIG is\n"
                                       "$XDG_CONFIG_HOME, or ~/.config without it)"};
-inline constexpr OptionSpec kLog{"--log", "FILE", ValueKind::kText, "the call log (overrides the setting \"Logs\")"};
-inline constexpr OptionSpec kPath{"--path", "DIR", ValueKind::kText,
+inline constexpr OptionRule kLog{"--log", "FILE", ValueKind::kText, "the call log (overrides the setting \"Logs\")"};
+inline constexpr OptionRule kPath{"--path", "DIR", ValueKind::kText,
                                   "the logging program's folder: its INI file, BusyLines.log\n"
                                   "and the chart bitmap (overrides the setting \"Path\")"};
-inline constexpr OptionSpec kToday{"--today", "DATE", ValueKind::kText,
+inline constexpr OptionRule kToday{"--today", "DATE", ValueKind::kText,
                                    "the date to take for today (default: the system clock)"};
-inline constexpr OptionSpec kText{"--text", "FILE|-", ValueKind::kText,
+inline constexpr OptionRule kText{"--text", "FILE|-", ValueKind::kText,
                                   "the text export (Windows-1252, CR LF); - is standard output,\n"
                                   "in UTF-8 with LF when that is a terminal"};
-inline constexpr OptionSpec kEncoding{"--encoding", "E", ValueKind::kText,
+inline constexpr OptionRule kEncoding{"--encoding", "E", ValueKind::kText,
                                       "the characters of the text export: windows-1252 or utf-8"};
-inline constexpr OptionSpec kPdf{"--pdf", "FILE|-", ValueKind::kText,
+inline constexpr OptionRule kPdf{"--pdf", "FILE|-", ValueKind::kText,
                                  "a PDF with the report's fonts embedded; - is standard output"};
-inline constexpr OptionSpec kPng{"--png", "DIR", ValueKind::kText,
+inline constexpr OptionRule kPng{"--png", "DIR", ValueKind::kText,
                                  "one image per page, DIR/page-0001.png, ... (DIR is created)"};
-inline constexpr OptionSpec kDpi{"--dpi", "N", ValueKind::kWhole,
+inline constexpr OptionRule kDpi{"--dpi", "N", ValueKind::kWhole,
                                  "with --png: the resolution of the page images, {range}\n"
                                  "(default 150)",
                                  10, 600};
-inline constexpr OptionSpec kPaper{"--paper", "P", ValueKind::kText,
+inline constexpr OptionRule kPaper{"--paper", "P", ValueKind::kText,
                                    "letter or a4: the page the report is laid out on"};
 
 }  // namespace option

@@ -31,7 +31,7 @@
 namespace cw::cli {
 namespace {
 
-constexpr std::array<const OptionSpec*, 6> kOptions = {&option::kText, &option::kEncoding, &option::kPdf,
+constexpr std::array<const OptionRule*, 6> kOptions = {&option::kText, &option::kEncoding, &option::kPdf,
                                                        &option::kPng,  &option::kDpi,      &option::kPaper};
 
 constexpr int kDefaultDpi = 150;
@@ -57,17 +57,17 @@ ExportRequest ParseExport(const std::vector<std::string>& arguments) {
   if (parsed.operands.empty()) throw UsageError{"no spool file given"};
   request.spool = parsed.operands.front();
   for (const GivenOption& given : parsed.options) {
-    if (given.spec == &option::kText) {
+    if (given.rule == &option::kText) {
       request.text = given.value;
-    } else if (given.spec == &option::kEncoding) {
+    } else if (given.rule == &option::kEncoding) {
       request.encoding = EncodingOf(given.value);
-    } else if (given.spec == &option::kPdf) {
+    } else if (given.rule == &option::kPdf) {
       request.pdf = given.value;
-    } else if (given.spec == &option::kPng) {
+    } else if (given.rule == &option::kPng) {
       request.png = given.value;
-    } else if (given.spec == &option::kDpi) {
+    } else if (given.rule == &option::kDpi) {
       request.dpi = static_cast<int>(given.number);
-    } else if (given.spec == &option::kPaper) {
+    } else if (given.rule == &option::kPaper) {
       request.paper = PaperOf(given.value);
     }
   }

@@ -28,7 +28,7 @@ namespace cw::cli {
 
 namespace {
 
-constexpr std::array<const OptionSpec*, 5> kOptions = {&option::kLog, &option::kPath, &option::kSettings,
+constexpr std::array<const OptionRule*, 5> kOptions = {&option::kLog, &option::kPath, &option::kSettings,
                                                        &option::kEdition, &option::kToday};
 
 // Line numbers in numeric order; a line field that is not a number (a damaged

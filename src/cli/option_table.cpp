@@ -9,40 +9,40 @@ namespace {
 constexpr std::size_t kHelpColumn = 24;
 constexpr std::string_view kRangeMark = "{range}";
 
-const OptionSpec* Lookup(std::span<const OptionSpec* const> table, std::string_view name) {
-  for (const OptionSpec* spec : table) {
-    if (spec->name == name) return spec;
+const OptionRule* Lookup(std::span<const OptionRule* const> table, std::string_view name) {
+  for (const OptionRule* rule : table) {
+    if (rule->name == name) return rule;
   }
   return nullptr;
 }
 
-std::int64_t WholeNumber(const OptionSpec& spec, const std::string& text) {
+std::int64_t WholeNumber(const OptionRule& rule, const std::string& text) {
   std::int64_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   // A number too long for 64 bits is out of range as much as 40000 is.
   const bool digits = !text.empty() && end == text.data() + text.size() &&
                       (error == std::errc() || error == std::errc::result_out_of_range);
-  if (!digits || error != std::errc() || value < spec.minimum || value > spec.maximum) {
-    throw UsageError{RangeText(spec) + ", not \"" + text + "\""};
+  if (!digits || error != std::errc() || value < rule.minimum || value > rule.maximum) {
+    throw UsageError{RangeText(rule) + ", not \"" + text + "\""};
   }
   return value;
 }
 
 }  // namespace
 
-const GivenOption* ParsedArguments::Find(const OptionSpec& spec) const {
+const GivenOption* ParsedArguments::Find(const OptionRule& rule) const {
   for (const GivenOption& given : options) {
-    if (given.spec == &spec) return &given;
+    if (given.rule == &rule) return &given;
   }
   return nullptr;
 }
 
-std::string RangeText(const OptionSpec& spec) {
-  return std::string(spec.name) + " needs a whole number from " + std::to_string(spec.minimum) + " to " +
-         std::to_string(spec.maximum);
+std::string RangeText(const OptionRule& rule) {
+  return std::string(rule.name) + " needs a whole number from " + std::to_string(rule.minimum) + " to " +
+         std::to_string(rule.maximum);
 }
 
-ParsedArguments ParseArguments(std::span<const OptionSpec* const> table, const std::vector<std::string>& arguments,
+ParsedArguments ParseArguments(std::span<const OptionRule* const> table, const std::vector<std::string>& arguments,
                                std::size_t maxOperands) {
   ParsedArguments parsed;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -62,41 +62,41 @@ ParsedArguments ParseArguments(std::span<const OptionSpec* const> table, const s
     }
     const std::size_t equals = argument.find('=');
     const std::string_view name = std::string_view(argument).substr(0, equals);
-    const OptionSpec* spec = Lookup(table, name);
-    if (spec == nullptr) throw UsageError{"unknown option " + std::string(name)};
-    if (parsed.Find(*spec) != nullptr) throw UsageError{std::string(name) + " given twice"};
+    const OptionRule* rule = Lookup(table, name);
+    if (rule == nullptr) throw UsageError{"unknown option " + std::string(name)};
+    if (parsed.Find(*rule) != nullptr) throw UsageError{std::string(name) + " given twice"};
 
     GivenOption given;
-    given.spec = spec;
+    given.rule = rule;
     if (equals != std::string::npos) {
-      if (spec->kind == ValueKind::kNone) throw UsageError{std::string(name) + " takes no value"};
+      if (rule->kind == ValueKind::kNone) throw UsageError{std::string(name) + " takes no value"};
       given.value = argument.substr(equals + 1);
-    } else if (spec->kind == ValueKind::kText || spec->kind == ValueKind::kWhole) {
+    } else if (rule->kind == ValueKind::kText || rule->kind == ValueKind::kWhole) {
       if (i + 1 >= arguments.size()) {
         throw UsageError{std::string(name) + " needs a value"};
       }
       given.value = arguments[++i];
-    } else if (spec->kind == ValueKind::kOptional && i + 1 < arguments.size() &&
+    } else if (rule->kind == ValueKind::kOptional && i + 1 < arguments.size() &&
                !arguments[i + 1].starts_with("--")) {
       given.value = arguments[++i];
     }
-    if (spec->kind == ValueKind::kWhole) given.number = WholeNumber(*spec, given.value);
+    if (rule->kind == ValueKind::kWhole) given.number = WholeNumber(*rule, given.value);
     parsed.options.push_back(std::move(given));
   }
   return parsed;
 }
 
-std::string OptionHelp(std::span<const OptionSpec* const> table) {
+std::string OptionHelp(std::span<const OptionRule* const> table) {
   std::string help;
-  for (const OptionSpec* spec : table) {
-    std::string left = "  " + std::string(spec->name);
-    if (!spec->valueName.empty()) {
-      left += spec->kind == ValueKind::kOptional ? " [" + std::string(spec->valueName) + "]"
-                                                 : " " + std::string(spec->valueName);
+  for (const OptionRule* rule : table) {
+    std::string left = "  " + std::string(rule->name);
+    if (!rule->valueName.empty()) {
+      left += rule->kind == ValueKind::kOptional ? " [" + std::string(rule->valueName) + "]"
+                                                 : " " + std::string(rule->valueName);
     }
-    std::string text(spec->help);
-    if (spec->kind == ValueKind::kWhole) {
-      const std::string range = std::to_string(spec->minimum) + " to " + std::to_string(spec->maximum);
+    std::string text(rule->help);
+    if (rule->kind == ValueKind::kWhole) {
+      const std::string range = std::to_string(rule->minimum) + " to " + std::to_string(rule->maximum);
       if (const std::size_t mark = text.find(kRangeMark); mark != std::string::npos) {
         text.replace(mark, kRangeMark.size(), range);
       } else {

@@ -26,7 +26,7 @@ enum class ValueKind {
   kWhole,     // a whole number within [minimum, maximum]
 };
 
-struct OptionSpec {
+struct OptionRule {
   std::string_view name;       // "--rings"
   std::string_view valueName;  // "N"; empty for a switch
   ValueKind kind = ValueKind::kNone;
@@ -36,7 +36,7 @@ struct OptionSpec {
 };
 
 struct GivenOption {
-  const OptionSpec* spec = nullptr;
+  const OptionRule* rule = nullptr;
   std::string value;   // as typed; empty for a switch or an optional value not given
   std::int64_t number = 0;  // kWhole: the value, within its range
 };
@@ -46,21 +46,21 @@ struct ParsedArguments {
   std::vector<GivenOption> options;  // in the order given; each option at most once
   std::vector<std::string> operands;  // arguments that are not options ("-" is one)
 
-  // The option given under this spec, or nullptr.
-  const GivenOption* Find(const OptionSpec& spec) const;
+  // The option given under this rule, or nullptr.
+  const GivenOption* Find(const OptionRule& rule) const;
 };
 
 // Reads --name VALUE and --name=VALUE alike. Throws UsageError for an
 // unknown option, a missing or unwanted value, a number out of its range, an
 // option given twice, or more operands than maxOperands.
-ParsedArguments ParseArguments(std::span<const OptionSpec* const> table, const std::vector<std::string>& arguments,
+ParsedArguments ParseArguments(std::span<const OptionRule* const> table, const std::vector<std::string>& arguments,
                                std::size_t maxOperands);
 
 // The help lines of these options, "  --name VALUE   help", the help column
 // aligned; a whole number's range is part of its text ("(10 to 600)").
-std::string OptionHelp(std::span<const OptionSpec* const> table);
+std::string OptionHelp(std::span<const OptionRule* const> table);
 
 // "--dpi needs a whole number from 10 to 600": the range as the help shows it.
-std::string RangeText(const OptionSpec& spec);
+std::string RangeText(const OptionRule& rule);
 
 }  // namespace cw::cli

@@ -21,96 +21,96 @@ namespace {
 // The abandoned-call thresholds are compared as 32-bit whole numbers.
 constexpr std::int64_t kMaxThreshold = 2147483647;
 
-constexpr OptionSpec kReport{"--report", "KIND", ValueKind::kText,
+constexpr OptionRule kReport{"--report", "KIND", ValueKind::kText,
                              "1 daily, 2 line-usage, 3 busy, 4 abandoned, 5 name,\n"
                              "6 number, 7 history, 8 line"};
-constexpr OptionSpec kFrom{"--from", "DATE", ValueKind::kText,
+constexpr OptionRule kFrom{"--from", "DATE", ValueKind::kText,
                            "first day of the period, m/d/yyyy or yyyy-mm-dd (default:\n"
                            "the setting \"FromDate\")"};
-constexpr OptionSpec kTo{"--to", "DATE", ValueKind::kText,
+constexpr OptionRule kTo{"--to", "DATE", ValueKind::kText,
                          "last day (default: the setting \"ToDate\", else today)"};
-constexpr OptionSpec kPeriod{"--period", "P", ValueKind::kText,
+constexpr OptionRule kPeriod{"--period", "P", ValueKind::kText,
                              "today, week (Sunday to --to), month (the 1st to today), all\n"
                              "(the whole log), or a closed period before today: yesterday,\n"
                              "last-week (Sunday to Saturday), last-month, last-year"};
-constexpr OptionSpec kDirection{"--direction", "D", ValueKind::kText,
+constexpr OptionRule kDirection{"--direction", "D", ValueKind::kText,
                                 "In, Out or InOut (default: the setting \"CallType\", else In)"};
-constexpr OptionSpec kVariant{"--variant", "V", ValueKind::kText,
+constexpr OptionRule kVariant{"--variant", "V", ValueKind::kText,
                               "Detailed (default) or Summary: the all-lines-busy report"};
-constexpr OptionSpec kSearch{"--search", "TEXT", ValueKind::kText,
+constexpr OptionRule kSearch{"--search", "TEXT", ValueKind::kText,
                              "the name (report 5) or number (report 6) to look for; exact\n"
                              "numbers may be listed separated by \",\"; blanks, \"(\", \")\"\n"
                              "and \"-\" in a number are ignored, as in the log"};
-constexpr OptionSpec kPartial{"--partial", "", ValueKind::kNone, "match a part of the name or number"};
-constexpr OptionSpec kChart{"--chart", "", ValueKind::kNone,
+constexpr OptionRule kPartial{"--partial", "", ValueKind::kNone, "match a part of the name or number"};
+constexpr OptionRule kChart{"--chart", "", ValueKind::kNone,
                             "add the bar chart (reports 1, 2, 3 Summary); on report 7\n"
                             "the condensed summary, one row per caller"};
-constexpr OptionSpec kNotLasting{"--not-lasting", "SECONDS", ValueKind::kText,
+constexpr OptionRule kNotLasting{"--not-lasting", "SECONDS", ValueKind::kText,
                                  "abandoned calls: shorter than SECONDS (0 to 2147483647)"};
-constexpr OptionSpec kRings{"--rings", "N", ValueKind::kText,
+constexpr OptionRule kRings{"--rings", "N", ValueKind::kText,
                             "abandoned calls: that rang at most N times (In only;\n"
                             "0 to 2147483647)"};
-constexpr OptionSpec kUnanswered{"--unanswered", "", ValueKind::kNone,
+constexpr OptionRule kUnanswered{"--unanswered", "", ValueKind::kNone,
                                  "abandoned calls: unanswered ones only (In only)"};
-constexpr OptionSpec kLines{"--lines", "LIST", ValueKind::kText,
+constexpr OptionRule kLines{"--lines", "LIST", ValueKind::kText,
                             "report 8: the lines to list, e.g. 2 or 1,3-5, or all; each\n"
                             "from 1 to the logging program's active line count"};
-constexpr OptionSpec kDtmf{"--dtmf", "", ValueKind::kNone,
+constexpr OptionRule kDtmf{"--dtmf", "", ValueKind::kNone,
                            "show the touch-tone digits (also when the setting \"DTMF\" is on)"};
-constexpr OptionSpec kHistory{"--history", "NUMBER", ValueKind::kText,
+constexpr OptionRule kHistory{"--history", "NUMBER", ValueKind::kText,
                               "the in-and-out history of one number over the whole log, as\n"
                               "the logging program asks for it (takes no other request option)"};
-constexpr OptionSpec kSpool{"--spool", "FILE", ValueKind::kText,
+constexpr OptionRule kSpool{"--spool", "FILE", ValueKind::kText,
                             "keep the report's spool file (422-byte records); see\n"
                             "cwreport dump and cwreport export"};
-constexpr OptionSpec kPrint{"--print", "PRINTER", ValueKind::kOptional,
+constexpr OptionRule kPrint{"--print", "PRINTER", ValueKind::kOptional,
                             "print on PRINTER (default: the system's default printer),\n"
                             "no dialog; a printer that is not there or fails is an\n"
                             "error (exit status 1)"};
-constexpr OptionSpec kCopies{"--copies", "N", ValueKind::kWhole,
+constexpr OptionRule kCopies{"--copies", "N", ValueKind::kWhole,
                              "with --print: N copies ({range}), each the whole page\n"
                              "range in turn",
                              1, 32767};
-constexpr OptionSpec kFromPage{"--from-page", "N", ValueKind::kWhole,
+constexpr OptionRule kFromPage{"--from-page", "N", ValueKind::kWhole,
                                "with --print: the first page to print, {range} (default 1)", 1, 32767};
-constexpr OptionSpec kToPage{"--to-page", "N", ValueKind::kWhole,
+constexpr OptionRule kToPage{"--to-page", "N", ValueKind::kWhole,
                              "with --print: the last page, {range} (default the last);\n"
                              "pages the document does not have are not printed",
                              1, 32767};
-constexpr OptionSpec kReportToday{"--today", "DATE", ValueKind::kText,
+constexpr OptionRule kReportToday{"--today", "DATE", ValueKind::kText,
                                   "the date to take for today (default: the system clock)"};
-constexpr OptionSpec kReportPaper{"--paper", "P", ValueKind::kText,
+constexpr OptionRule kReportPaper{"--paper", "P", ValueKind::kText,
                                   "letter or a4: the page the report is laid out on (default:\n"
                                   "the paper of the --print printer, else letter)"};
 
-constexpr std::array<const OptionSpec*, 21> kRequestOptions = {
+constexpr std::array<const OptionRule*, 21> kRequestOptions = {
     &option::kEdition, &option::kSettings, &option::kLog,   &option::kPath, &kReport,  &kFrom,
     &kTo,              &kPeriod,           &kDirection,     &kVariant,      &kSearch,  &kPartial,
     &kChart,           &kNotLasting,       &kRings,         &kUnanswered,   &kLines,   &kDtmf,
     &kHistory,         &kReportToday,      &kReportPaper,
 };
 
-constexpr std::array<const OptionSpec*, 10> kOutputOptions = {
+constexpr std::array<const OptionRule*, 10> kOutputOptions = {
     &option::kText, &option::kEncoding, &option::kPdf, &option::kPng,      &option::kDpi,
     &kSpool,        &kPrint,            &kCopies,      &kFromPage,         &kToPage,
 };
 
 // Every option of a report request, for the parser.
-std::vector<const OptionSpec*> AllOptions() {
-  std::vector<const OptionSpec*> all(kRequestOptions.begin(), kRequestOptions.end());
+std::vector<const OptionRule*> AllOptions() {
+  std::vector<const OptionRule*> all(kRequestOptions.begin(), kRequestOptions.end());
   all.insert(all.end(), kOutputOptions.begin(), kOutputOptions.end());
   return all;
 }
 
 // The form checks that a threshold is digits; a number of digits too large
 // for the comparison is refused here, before it overflows there.
-std::string Threshold(const OptionSpec& spec, const std::string& text) {
+std::string Threshold(const OptionRule& rule, const std::string& text) {
   const std::string_view digits = Trim(text);
   if (!digits.empty() && IsAllDigits(digits)) {
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (error != std::errc() || end != digits.data() + digits.size() || value > kMaxThreshold) {
-      throw UsageError{std::string(spec.name) + " needs a whole number from 0 to " + std::to_string(kMaxThreshold) +
+      throw UsageError{std::string(rule.name) + " needs a whole number from 0 to " + std::to_string(kMaxThreshold) +
                        ", not \"" + text + "\""};
     }
   }
@@ -180,9 +180,9 @@ std::string DirectionOf(const std::string& typed) {
 }
 
 // A date option as the form's caption; blanks go on as typed.
-std::string CaptionOf(const OptionSpec& spec, const std::string& text) {
+std::string CaptionOf(const OptionRule& rule, const std::string& text) {
   if (Trim(text).empty()) return text;
-  return FormatDate(DateOf(spec.name, text), "mm/dd/yyyy");
+  return FormatDate(DateOf(rule.name, text), "mm/dd/yyyy");
 }
 
 }  // namespace
@@ -271,7 +271,7 @@ std::optional<std::pair<CivilDate, CivilDate>> ClosedPeriod(PeriodChoice period,
 }
 
 ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
-  const std::vector<const OptionSpec*> table = AllOptions();
+  const std::vector<const OptionRule*> table = AllOptions();
   const ParsedArguments parsed = ParseArguments(table, arguments, 0);
   ReportOptions options;
   if (parsed.help) {
@@ -281,12 +281,12 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
   ReportOutputs& outputs = options.outputs;
   bool requestShaped = false;  // an option that --history does not combine with
   for (const GivenOption& given : parsed.options) {
-    const OptionSpec* spec = given.spec;
+    const OptionRule* rule = given.rule;
     const std::string& value = given.value;
-    const auto is = [spec](const OptionSpec& other) { return spec == &other; };
-    if (spec != &option::kEdition && spec != &option::kSettings && spec != &option::kLog &&
-        spec != &option::kPath && spec != &kHistory && spec != &kReportToday && spec != &kReportPaper &&
-        std::find(kOutputOptions.begin(), kOutputOptions.end(), spec) == kOutputOptions.end()) {
+    const auto is = [rule](const OptionRule& other) { return rule == &other; };
+    if (rule != &option::kEdition && rule != &option::kSettings && rule != &option::kLog &&
+        rule != &option::kPath && rule != &kHistory && rule != &kReportToday && rule != &kReportPaper &&
+        std::find(kOutputOptions.begin(), kOutputOptions.end(), rule) == kOutputOptions.end()) {
       requestShaped = true;
     }
     if (is(option::kEdition)) {
