@@ -1,6 +1,8 @@
 #include "data/line_filter.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <vector>
 
 #include "support/whole_numbers.h"
 
@@ -19,45 +21,94 @@ std::string LineFilterPrompt() {
 
 namespace {
 
-// Every ",," becomes ",", in one pass from the left (",,," becomes ",,").
-std::string CollapseDoubleCommas(const std::string& text) {
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    result += text[i];
-    if (text[i] == ',' && i + 1 < text.size() && text[i + 1] == ',') ++i;
+// The box has always written out one range at a time, from the left, and
+// after each one turned every ",," of the whole text into "," in one pass
+// from the left. That pass halves a run of commas, rounding up (",,," becomes
+// ",,"), and leaves every other character alone. So instead of rewriting the
+// text once per range, each run of commas is kept as a count together with
+// the number of ranges written when the count was last right, and is halved
+// for every range written after that only once the whole text is known.
+struct CommaRun {
+  std::uint64_t commas = 0;
+  int rangesBefore = 0;
+
+  // The run's length once `ranges` ranges have been written out.
+  std::uint64_t After(int ranges) const {
+    if (commas == 0) return 0;
+    const int halvings = ranges - rangesBefore;
+    return halvings >= 64 ? 1 : ((commas - 1) >> halvings) + 1;
   }
-  return result;
+};
+
+// The text as written out so far: words (which never change again) and the
+// runs of commas between them.
+struct Piece {
+  std::string word;  // empty for a run of commas
+  CommaRun run;
+};
+
+std::string WrittenOut(std::int16_t low, std::int16_t high) {
+  std::string numbers;
+  for (int line = low; line <= high; ++line) {
+    if (!numbers.empty()) numbers += ',';
+    numbers += std::to_string(line);
+  }
+  return numbers;
 }
 
 }  // namespace
 
 std::string ExpandLineFilter(std::string_view answer) {
-  std::string text(answer);
-  if (text.empty()) return text;
-
-  // Each round writes out the first range. The numbers written are never
-  // negative (the low end holds no "-"), so every round removes a dash and the
-  // loop ends.
-  std::size_t dash;
-  while ((dash = text.find('-')) != std::string::npos) {
-    const std::size_t before = text.rfind(',', dash);  // npos: the range starts the text
-    const std::size_t lowStart = before == std::string::npos ? 0 : before + 1;
-    std::size_t after = text.find(',', dash);
-    if (after == std::string::npos) after = text.size();
-
-    const std::int16_t low = TextToInt16(std::string_view(text).substr(lowStart, dash - lowStart));
-    const std::int16_t high = TextToInt16(std::string_view(text).substr(dash + 1, after - dash - 1));
-
-    // The comma in front of the range stays, and so does the one after it,
-    // which leaves a ",," behind the written-out numbers.
-    std::string expanded = text.substr(0, lowStart);
-    for (int line = low; line <= high; ++line) {
-      expanded += std::to_string(line);
-      expanded += ',';
+  std::vector<Piece> pieces;
+  int ranges = 0;
+  std::size_t at = 0;
+  while (at < answer.size()) {
+    std::size_t end = answer.find(',', at);
+    if (end == at) {  // a run of commas
+      end = answer.find_first_not_of(',', at);
+      if (end == std::string_view::npos) end = answer.size();
+      pieces.push_back({{}, {end - at, 0}});  // halved by every range so far, too
+      at = end;
+      continue;
     }
-    expanded += text.substr(after);
-    text = CollapseDoubleCommas(expanded);
+    if (end == std::string_view::npos) end = answer.size();
+    const std::string_view word = answer.substr(at, end - at);
+    at = end;
+    const std::size_t dash = word.find('-');
+    if (dash == std::string_view::npos) {
+      pieces.push_back({std::string(word), {}});
+      continue;
+    }
+
+    const std::int16_t low = TextToInt16(word.substr(0, dash));
+    const std::int16_t high = TextToInt16(word.substr(dash + 1));
+    const std::string numbers = WrittenOut(low, high);
+
+    // The comma written after the last number joins the run that followed
+    // the range; with no numbers, the runs before and after the range join.
+    std::uint64_t following = numbers.empty() ? 0 : 1;
+    if (at < answer.size()) {
+      const std::size_t runEnd = std::min(answer.find_first_not_of(',', at), answer.size());
+      following += CommaRun{runEnd - at, 0}.After(ranges);
+      at = runEnd;
+    }
+    if (!numbers.empty()) {
+      pieces.push_back({numbers, {}});
+    } else if (!pieces.empty() && pieces.back().word.empty()) {
+      following += pieces.back().run.After(ranges);
+      pieces.pop_back();
+    }
+    if (following > 0) pieces.push_back({{}, {following, ranges}});
+    ++ranges;
+  }
+
+  std::string text;
+  for (const Piece& piece : pieces) {
+    if (piece.word.empty()) {
+      text.append(piece.run.After(ranges), ',');
+    } else {
+      text += piece.word;
+    }
   }
   if (!text.empty() && text.back() == ',') text.pop_back();
   return text;

@@ -97,7 +97,6 @@ AtomicFile::AtomicFile(std::string target, Publishing publishing)
     streamed_ = true;
     fd_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_NOCTTY | O_CLOEXEC);
     if (fd_ < 0) Fail(errno);
-    pending_.reserve(kBlockBytes);
     return;
   }
   if (NameOf(path_).empty()) Fail(EISDIR);
@@ -129,7 +128,6 @@ AtomicFile::AtomicFile(std::string target, Publishing publishing)
     Fail(error);
   }
   if (replacing_) KeepOwnerAndMode();
-  pending_.reserve(kBlockBytes);
 }
 
 AtomicFile::~AtomicFile() { Discard(); }

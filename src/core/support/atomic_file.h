@@ -94,6 +94,9 @@ class AtomicFile {
   uid_t owner_ = 0;
   gid_t group_ = 0;
   int fd_ = -1;
+  // Grows with what is written, up to one block: most files written are a
+  // settings file of a few hundred bytes, which a block set aside up front
+  // would cost a megabyte of fresh pages each time.
   std::vector<char> pending_;
 };
 

@@ -2,7 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <random>
+#include <string>
+
 #include "core/support/error_number.h"
+#include "support/runtime_error.h"
+#include "support/whole_numbers.h"
 
 namespace cw {
 namespace {
@@ -37,6 +43,55 @@ TEST(ExpandLineFilter, RangeEndsAre16BitNumbers) {
   EXPECT_EQ(test::ErrorNumberOf([] { ExpandLineFilter("1-40000"); }), err::kOverflow);
   // A negative high end is a number; the range is empty.
   EXPECT_EQ(test::ErrorNumberOf([] { ExpandLineFilter("3--5"); }), 0);
+}
+
+// The rule as the box has always applied it, one range at a time over the
+// whole text: the expansion counts runs of commas instead, which must come to
+// the same text, or the same error, for any answer.
+std::string ExpandOneRangeAtATime(std::string text) {
+  const auto collapse = [](const std::string& from) {
+    std::string to;
+    for (std::size_t i = 0; i < from.size(); ++i) {
+      to += from[i];
+      if (from[i] == ',' && i + 1 < from.size() && from[i + 1] == ',') ++i;
+    }
+    return to;
+  };
+  std::size_t dash;
+  while ((dash = text.find('-')) != std::string::npos) {
+    const std::size_t before = text.rfind(',', dash);
+    const std::size_t lowStart = before == std::string::npos ? 0 : before + 1;
+    std::size_t after = text.find(',', dash);
+    if (after == std::string::npos) after = text.size();
+    const int low = TextToInt16(std::string_view(text).substr(lowStart, dash - lowStart));
+    const int high = TextToInt16(std::string_view(text).substr(dash + 1, after - dash - 1));
+    std::string expanded = text.substr(0, lowStart);
+    for (int line = low; line <= high; ++line) expanded += std::to_string(line) + ',';
+    text = collapse(expanded + text.substr(after));
+  }
+  if (!text.empty() && text.back() == ',') text.pop_back();
+  return text;
+}
+
+TEST(ExpandLineFilter, RunsOfCommasComeOutAsWhenEachRangeIsWrittenInTurn) {
+  std::mt19937 random(20261125);
+  const std::string letters = ",,,,--0123456789 x";
+  for (int round = 0; round < 20000; ++round) {
+    std::string answer(random() % 24, ' ');
+    for (char& c : answer) c = letters[random() % letters.size()];
+    std::string expected;
+    int expectedError = 0;
+    try {
+      expected = ExpandOneRangeAtATime(answer);
+    } catch (const RuntimeError& error) {
+      expectedError = error.Number();
+    }
+    if (expectedError != 0) {
+      EXPECT_EQ(test::ErrorNumberOf([&] { ExpandLineFilter(answer); }), expectedError) << answer;
+    } else {
+      EXPECT_EQ(ExpandLineFilter(answer), expected) << answer;
+    }
+  }
 }
 
 }  // namespace
