@@ -3,14 +3,10 @@
 #include <charconv>
 #include <vector>
 
-#include "platform/png_page_device.h"
 #include "settings/edition.h"
 #include "support/text.h"
 
 namespace cw::cli {
-
-// The help and the refusal of --dpi show the range the page images accept.
-static_assert(option::kDpi.minimum == PngPageDevice::kMinDpi && option::kDpi.maximum == PngPageDevice::kMaxDpi);
 
 namespace {
 

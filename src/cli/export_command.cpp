@@ -29,6 +29,10 @@
 #include "support/runtime_error.h"
 
 namespace cw::cli {
+
+// The help and the refusal of --dpi show the range the page images accept.
+static_assert(option::kDpi.minimum == PngPageDevice::kMinDpi && option::kDpi.maximum == PngPageDevice::kMaxDpi);
+
 namespace {
 
 constexpr std::array<const OptionRule*, 6> kOptions = {&option::kText, &option::kEncoding, &option::kPdf,

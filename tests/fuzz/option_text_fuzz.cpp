@@ -2,9 +2,6 @@
 // line: the line filter, dates, times, whole numbers, durations, the number
 // search list and the desktop program's command line. Each either takes the
 // text or refuses it with the runtime's error; nothing else may happen.
-//
-// The cwreport option parser joins this target (one more call below) once it
-// is a function of the core or cli library that takes the arguments as text.
 
 #include <cstdint>
 #include <string>
