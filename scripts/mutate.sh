@@ -32,41 +32,55 @@ if [ "$(cat "$work/head" 2>/dev/null)" != "$head" ]; then
   echo "$head" >"$work/head"
 fi
 
-# Every mutation site, one per line: FILE<TAB>LINE<TAB>COLUMN<TAB>FROM<TAB>TO
-# (COLUMN counted from 0; FROM empty and TO "{}" to drop the line's statement).
+# Every mutation site, one per line: KIND FILE LINE COLUMN FROM TO, split by
+# the unit separator (a tab would fold the empty FROM away); COLUMN counted
+# from 0, FROM empty and TO "{}" to drop the line's statement.
+sep=$'\x1f'
 sites() {
   (cd "$src" && find src/core -name '*.cpp' | LC_ALL=C sort) | while read -r file; do
     perl -ne '
       BEGIN { %flip = ("<=" => "<", "<" => "<=", ">=" => ">", ">" => ">=", "==" => "!=",
-                       "!=" => "==", "&&" => "||", "||" => "&&"); $file = shift @ARGV }
+                       "!=" => "==", "&&" => "||", "||" => "&&"); $file = shift @ARGV;
+              $, = "\x1f"; $\ = "\n" }
       chomp; my $line = $_;
       next if $line =~ m{^\s*(//|#|\*)} || $line =~ /["\x27]/;
       $line =~ s{\s*//.*$}{};
       while ($line =~ / (<=|<|>=|>|==|!=|&&|\|\|) /g) {
-        print join("\t", $file, $., $-[1], $1, $flip{$1}), "\n";
+        my ($op, $column) = ($1, $-[1]);
+        print $op eq "&&" || $op eq "||" ? "and-or" : "compare", $file, $., $column, $op, $flip{$op};
       }
-      while ($line =~ / ([+-] 1)\b/g) { print join("\t", $file, $., $-[0], " $1", ""), "\n" }
+      while ($line =~ / ([+-] 1)\b/g) { print "bound", $file, $., $-[0], " $1", "" }
       if ($line =~ /\breturn (true|false);/) {
-        print join("\t", $file, $., $-[1], $1, $1 eq "true" ? "false" : "true"), "\n";
+        print "truth", $file, $., $-[1], $1, $1 eq "true" ? "false" : "true";
       }
       # An assignment to a name already declared, a call, an increment.
       if ($line =~ /^\s+([\w.\[\]]+|[\w]+->\w+) (=|\+=|-=|\|=) .*;$/ ||
           $line =~ /^\s+[\w:.>\-]+\(.*\);$/ && $line !~ /^\s+(return|throw|delete)\b/ ||
           $line =~ /^\s+(\+\+|--)\w+;$/) {
-        print join("\t", $file, $., 0, "", "{}"), "\n";
+        print "drop", $file, $., 0, "", "{}";
       }
     ' "$file" "$src/$file"
   done
 }
 
+# The same share of the sample for each kind of mutation, spread evenly over
+# that kind's sites; a kind with too few sites gives its share to the others.
 mapfile -t all < <(sites)
 total=${#all[@]}
-if [ "$total" -lt "$count" ]; then count=$total; fi
+kinds=(compare bound and-or truth drop)
 sample=()
-for ((i = 0; i < count; ++i)); do sample+=("${all[i * total / count]}"); done
+left=$count
+for ((k = 0; k < ${#kinds[@]}; ++k)); do
+  mapfile -t these < <(printf '%s\n' "${all[@]}" | grep "^${kinds[k]}$sep" || true)
+  share=$((left / (${#kinds[@]} - k)))
+  [ "${#these[@]}" -lt "$share" ] && share=${#these[@]}
+  for ((i = 0; i < share; ++i)); do sample+=("${these[i * ${#these[@]} / share]}"); done
+  left=$((left - share))
+done
+count=${#sample[@]}
 
 describe() {  # SITE
-  IFS=$'\t' read -r file line column from to <<<"$1"
+  IFS=$sep read -r kind file line column from to <<<"$1"
   if [ -z "$from" ]; then
     echo "$file:$line: drop \"$(sed -n "${line}p" "$src/$file" | sed 's/^ *//')\""
   else
@@ -109,7 +123,7 @@ trap restore EXIT
 killed=0 judged=0 unbuilt=0
 survivors=()
 for site in "${sample[@]}"; do
-  IFS=$'\t' read -r file line column from to <<<"$site"
+  IFS=$sep read -r kind file line column from to <<<"$site"
   cp "$src/$file" "$work/original"
   current=$file
   LINE=$line COLUMN=$column FROM=$from TO=$to perl -i -pe '
