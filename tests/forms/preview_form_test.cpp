@@ -548,7 +548,7 @@ class PreviewFormTest : public QObject {
     });
     const std::string chosen = AskSaveReportFileName(nullptr);
     QCOMPARE(title, QString("Save Report"));
-    QCOMPARE(filters, QStringList({"Text Files (*.txt)", "All Files (*.*)"}));
+    QCOMPARE(filters, QStringList({"Text Files (*.txt)", "CSV Files (*.csv)", "All Files (*.*)"}));
     QCOMPARE(suffix, QString("txt"));
     QCOMPARE(QString::fromStdString(chosen), folder + "/March calls.txt");
 
