@@ -43,7 +43,7 @@ constexpr OptionRule kSearch{"--search", "TEXT", ValueKind::kText,
                              "and \"-\" in a number are ignored, as in the log"};
 constexpr OptionRule kPartial{"--partial", "", ValueKind::kNone, "match a part of the name or number"};
 constexpr OptionRule kChart{"--chart", "", ValueKind::kNone,
-                            "add the bar chart (reports 1, 2, 3 Summary); on report 7\n"
+                            "add the bar chart (reports 1, 2, 3 Summary, 9); on report 7\n"
                             "the condensed summary, one row per caller"};
 constexpr OptionRule kNotLasting{"--not-lasting", "SECONDS", ValueKind::kText,
                                  "abandoned calls: shorter than SECONDS (0 to 2147483647)"};
