@@ -65,7 +65,7 @@ Options ParseOptions(int argc, char** argv) {
 // The previewed document is kept as its text export (a few hundred records).
 class TextHost : public ScreenlessHost {
  public:
-  void ShowPreview(cw::OrlPrinter& document) override {
+  void ShowPreview(cw::OrlPrinter& document, const cw::ReportData&) override {
     const std::string textFile = cw::GetTempFile("VPT");
     document.SetPrintTextFile(textFile);
     document.PrintToFile();

@@ -276,7 +276,7 @@ class ScreenlessHost : public ReportHost {
   void SetBusy(bool) override {}
   void DoEvents() override { ++events; }
   void Progress(std::int64_t, std::int64_t) override {}
-  void ShowPreview(OrlPrinter&) override {}
+  void ShowPreview(OrlPrinter&, const ReportData&) override {}
   void DrawBarChart(const BarChartSpec&, const std::string&) override { Fail("no chart was asked for"); }
   ScreenTwips Screen() override { return {19200, 10800}; }
   CivilDate Today() override { return today; }

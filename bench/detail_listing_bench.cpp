@@ -65,7 +65,7 @@ std::string FirstDate(const std::string& log) {
 class BenchHost : public ScreenlessHost {
  public:
   BenchHost() { today = cw::CivilDate::FromYmd(2030, 1, 1); }
-  void ShowPreview(cw::OrlPrinter& document) override {
+  void ShowPreview(cw::OrlPrinter& document, const cw::ReportData&) override {
     document.SetPrintTextFile(textFile);
     document.PrintToFile();
     exported = watch.Read();

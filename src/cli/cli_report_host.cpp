@@ -19,6 +19,7 @@
 #include "printer/output_file.h"
 #include "printer/spool_reader.h"
 #include "printer/text_export.h"
+#include "reports/csv_export.h"
 #include "support/ansi_text.h"
 #include "support/runtime_error.h"
 
@@ -81,7 +82,7 @@ std::string CliReportHost::OutputName(const std::string& name, bool folder) cons
   return (path.parent_path() / (path.stem().string() + suffix + path.extension().string())).string();
 }
 
-void CliReportHost::ShowPreview(OrlPrinter& document) {
+void CliReportHost::ShowPreview(OrlPrinter& document, const ReportData& data) {
   progress_.Clear();
   ++documents_;
   // The document is finished (EndDoc): its spool is complete until the
@@ -91,9 +92,10 @@ void CliReportHost::ShowPreview(OrlPrinter& document) {
   if (outputs_.text && *outputs_.text != "-") WriteText(spool, OutputName(*outputs_.text, false));
   if (outputs_.pdf && *outputs_.pdf != "-") WritePdf(spool, OutputName(*outputs_.pdf, false), document.Title());
   if (outputs_.png) WritePng(spool, OutputName(*outputs_.png, true));
+  if (outputs_.csv && *outputs_.csv != "-") WriteCsvOutput(data, staged_.Add(OutputName(*outputs_.csv, false)));
   // What went to standard output cannot be called back: it goes once every
   // file of the document is complete.
-  WriteStandardOutput(spool, document.Title());
+  WriteStandardOutput(spool, document.Title(), data);
   // Last: a job that has gone to the printer cannot be called back either,
   // so the files take their names first.
   if (outputs_.print && !printerFailed_) {
@@ -171,7 +173,14 @@ void CliReportHost::WritePng(const std::string& spool, const std::string& folder
   ReportProblems(spool, problems.Lines());
 }
 
-void CliReportHost::WriteStandardOutput(const std::string& spool, const std::string& title) {
+void CliReportHost::WriteCsvOutput(const ReportData& data, OutputFile& output) {
+  // The report was asked to keep its rows (ReportEnvironment::keepData).
+  if (!data.Keeping()) throw RuntimeError(err::kInvalidCall, "The report kept no data for the CSV");
+  WriteCsv(data, output, outputs_.csvSeparator);
+  output.Commit();
+}
+
+void CliReportHost::WriteStandardOutput(const std::string& spool, const std::string& title, const ReportData& data) {
   if (outputs_.text == "-") {
     StreamOutputFile output(out_);
     ExportText(spool, output);
@@ -181,6 +190,10 @@ void CliReportHost::WriteStandardOutput(const std::string& spool, const std::str
     PdfPageDevice device(output, Win1252ToUtf8(title));
     const SpoolProblems problems = ReplayWholeDocument(spool, device, paper_);
     ReportProblems(spool, problems.Lines());
+  }
+  if (outputs_.csv == "-") {
+    StreamOutputFile output(out_);
+    WriteCsvOutput(data, output);
   }
 }
 

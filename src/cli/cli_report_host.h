@@ -41,7 +41,7 @@ class CliReportHost final : public ReportHost {
   // it last, once the files have taken their names. Throws RuntimeError when
   // a file cannot be written (the report's error box); a printer that fails
   // is told on err and kept in PrinterFailed().
-  void ShowPreview(OrlPrinter& document) override;
+  void ShowPreview(OrlPrinter& document, const ReportData& data) override;
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override;
   // No screen: the preview's size is of no use here.
   ScreenTwips Screen() override;
@@ -69,7 +69,8 @@ class CliReportHost final : public ReportHost {
   void WriteText(const std::string& spool, const std::string& target);
   void WritePdf(const std::string& spool, const std::string& target, const std::string& title);
   void WritePng(const std::string& spool, const std::string& folder);
-  void WriteStandardOutput(const std::string& spool, const std::string& title);
+  void WriteStandardOutput(const std::string& spool, const std::string& title, const ReportData& data);
+  void WriteCsvOutput(const ReportData& data, OutputFile& output);
   void Print(OrlPrinter& document);
   void ReportProblems(const std::string& spool, const std::vector<std::string>& lines);
   void ExportText(const std::string& spool, OutputFile& output);

@@ -47,6 +47,7 @@ std::vector<NamedOutput> NamedOutputs(const ReportOutputs& outputs) {
   if (outputs.text) named.push_back({"--text", *outputs.text, false});
   if (outputs.pdf) named.push_back({"--pdf", *outputs.pdf, false});
   if (outputs.png) named.push_back({"--png", *outputs.png, true});
+  if (outputs.csv) named.push_back({"--csv", *outputs.csv, false});
   return named;
 }
 
@@ -69,7 +70,9 @@ void CheckOutputs(const std::vector<NamedOutput>& outputs, const std::vector<Nam
   int toStandardOutput = 0;
   for (const NamedOutput& output : outputs) {
     if (output.path == "-") {
-      if (output.option != "--text" && output.option != "--pdf") Refuse(output, "cannot go to standard output");
+      if (output.option != "--text" && output.option != "--pdf" && output.option != "--csv") {
+        Refuse(output, "cannot go to standard output");
+      }
       if (++toStandardOutput > 1) Refuse(output, "only one output can go to standard output");
       continue;
     }

@@ -41,7 +41,7 @@ namespace {
 bool MayDrawChart(const ReportOptions& options) {
   if (!options.chart || !options.kind) return false;
   return *options.kind == kind::kDailyCallStatistics || *options.kind == kind::kLineUsageStatistics ||
-         *options.kind == kind::kAllLinesBusy;
+         *options.kind == kind::kAllLinesBusy || *options.kind == kind::kCallBacks;
 }
 
 std::string TemporaryFolder() {
@@ -147,6 +147,7 @@ void FillRequest(ReportRequest& request, const ReportOptions& options, const Rep
   request.abandoned.rings = options.rings.value_or("");
   request.abandoned.unanswered = options.unanswered;
   request.lines = options.lines.value_or(LineChoice{});
+  if (options.windowDays) request.callBackWindowDays = *options.windowDays;
   // The form offers the lines 1 to the active count only.
   for (const std::int16_t line : request.lines.lines) {
     if (line > environment.activeLines) {
@@ -223,6 +224,7 @@ int Run(const ReportOptions& options, std::ostream& out, std::ostream& err) {
   environment.hardwareType = static_cast<std::int16_t>(data.hardwareType);
   environment.tempFolder = TemporaryFolder();
   environment.measurePrinter = [paper] { return paper; };
+  environment.keepData = options.outputs.csv.has_value();
 
   QtTextMetrics metrics;
   ReportSettings settings(store, err, settingsProblem.has_value());

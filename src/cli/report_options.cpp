@@ -23,7 +23,7 @@ constexpr std::int64_t kMaxThreshold = 2147483647;
 
 constexpr OptionRule kReport{"--report", "KIND", ValueKind::kText,
                              "1 daily, 2 line-usage, 3 busy, 4 abandoned, 5 name,\n"
-                             "6 number, 7 history, 8 line"};
+                             "6 number, 7 history, 8 line, 9 callbacks"};
 constexpr OptionRule kFrom{"--from", "DATE", ValueKind::kText,
                            "first day of the period, m/d/yyyy or yyyy-mm-dd (default:\n"
                            "the setting \"FromDate\")"};
@@ -43,7 +43,7 @@ constexpr OptionRule kSearch{"--search", "TEXT", ValueKind::kText,
                              "and \"-\" in a number are ignored, as in the log"};
 constexpr OptionRule kPartial{"--partial", "", ValueKind::kNone, "match a part of the name or number"};
 constexpr OptionRule kChart{"--chart", "", ValueKind::kNone,
-                            "add the bar chart (reports 1, 2, 3 Summary); on report 7\n"
+                            "add the bar chart (reports 1, 2, 3 Summary, 9); on report 7\n"
                             "the condensed summary, one row per caller"};
 constexpr OptionRule kNotLasting{"--not-lasting", "SECONDS", ValueKind::kText,
                                  "abandoned calls: shorter than SECONDS (0 to 2147483647)"};
@@ -52,6 +52,10 @@ constexpr OptionRule kRings{"--rings", "N", ValueKind::kText,
                             "0 to 2147483647)"};
 constexpr OptionRule kUnanswered{"--unanswered", "", ValueKind::kNone,
                                  "abandoned calls: unanswered ones only (In only)"};
+constexpr OptionRule kWindow{"--window", "DAYS", ValueKind::kWhole,
+                             "report 9: a missed call counts as returned when called\n"
+                             "back within DAYS days, {range} (default 7)",
+                             1, 365};
 constexpr OptionRule kLines{"--lines", "LIST", ValueKind::kText,
                             "report 8: the lines to list, e.g. 2 or 1,3-5, or all; each\n"
                             "from 1 to the logging program's active line count"};
@@ -63,6 +67,14 @@ constexpr OptionRule kHistory{"--history", "NUMBER", ValueKind::kText,
 constexpr OptionRule kSpool{"--spool", "FILE", ValueKind::kText,
                             "keep the report's spool file (422-byte records); see\n"
                             "cwreport dump and cwreport export"};
+constexpr OptionRule kCsv{"--csv", "FILE|-", ValueKind::kText,
+                          "the report's data as CSV (UTF-8, CR LF, quoted as RFC 4180):\n"
+                          "a header row, then a row per call of a listing or per row of\n"
+                          "an analysis's tables, their totals rows marked \"total\"; - is\n"
+                          "standard output"};
+constexpr OptionRule kCsvSeparator{"--csv-separator", "C", ValueKind::kText,
+                                   "with --csv: the field separator, one character (default\n"
+                                   "\",\"; \";\" where the comma is the decimal mark; \"tab\")"};
 constexpr OptionRule kPrint{"--print", "PRINTER", ValueKind::kOptional,
                             "print on PRINTER (default: the system's default printer),\n"
                             "no dialog; a printer that is not there or fails is an\n"
@@ -83,16 +95,16 @@ constexpr OptionRule kReportPaper{"--paper", "P", ValueKind::kText,
                                   "letter or a4: the page the report is laid out on (default:\n"
                                   "the paper of the --print printer, else letter)"};
 
-constexpr std::array<const OptionRule*, 21> kRequestOptions = {
+constexpr std::array<const OptionRule*, 22> kRequestOptions = {
     &option::kEdition, &option::kSettings, &option::kLog,   &option::kPath, &kReport,  &kFrom,
     &kTo,              &kPeriod,           &kDirection,     &kVariant,      &kSearch,  &kPartial,
-    &kChart,           &kNotLasting,       &kRings,         &kUnanswered,   &kLines,   &kDtmf,
-    &kHistory,         &kReportToday,      &kReportPaper,
+    &kChart,           &kNotLasting,       &kRings,         &kUnanswered,   &kLines,   &kWindow,
+    &kDtmf,            &kHistory,          &kReportToday,   &kReportPaper,
 };
 
-constexpr std::array<const OptionRule*, 10> kOutputOptions = {
-    &option::kText, &option::kEncoding, &option::kPdf, &option::kPng,      &option::kDpi,
-    &kSpool,        &kPrint,            &kCopies,      &kFromPage,         &kToPage,
+constexpr std::array<const OptionRule*, 12> kOutputOptions = {
+    &option::kText, &option::kEncoding, &option::kPdf, &option::kPng,  &option::kDpi,  &kCsv,
+    &kCsvSeparator, &kSpool,            &kPrint,       &kCopies,       &kFromPage,     &kToPage,
 };
 
 // Every option of a report request, for the parser.
@@ -154,6 +166,17 @@ LineChoice ParseLines(const std::string& list) {
   }
   if (choice.lines.empty()) throw bad(": it names no line");
   return choice;
+}
+
+// One character that can stand between CSV fields: not a quote or a line
+// end, which the quoting rules give their own meaning.
+char SeparatorOf(const std::string& typed) {
+  if (LowerCase(typed) == "tab" || typed == "\\t") return '\t';
+  if (typed.size() != 1 || typed[0] == '"' || typed[0] == '\r' || typed[0] == '\n') {
+    throw UsageError{"--csv-separator needs one character other than a quote, such as ; or tab, not \"" + typed +
+                     "\""};
+  }
+  return typed[0];
 }
 
 PeriodChoice PeriodOf(const std::string& typed) {
@@ -226,8 +249,9 @@ std::optional<std::int16_t> ReportKindOf(std::string_view text) {
       {"busy", kind::kAllLinesBusy},         {"abandoned", kind::kAbandonedCalls},
       {"name", kind::kByName},               {"number", kind::kByTelNumber},
       {"history", kind::kCallHistory},       {"line", kind::kByLineNumber},
+      {"callbacks", kind::kCallBacks},
   };
-  if (text.size() == 1 && text[0] >= '1' && text[0] <= '8') return static_cast<std::int16_t>(text[0] - '0');
+  if (text.size() == 1 && text[0] >= '1' && text[0] <= '9') return static_cast<std::int16_t>(text[0] - '0');
   const std::string lower = LowerCase(text);
   for (const auto& [name, value] : kNames) {
     if (lower == name) return value;
@@ -300,8 +324,8 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
     } else if (is(kReport)) {
       const std::optional<std::int16_t> kind = ReportKindOf(value);
       if (!kind) {
-        throw UsageError{"--report must be 1 to 8 or daily, line-usage, busy, abandoned, name, number, history, "
-                         "line; not \"" + value + "\""};
+        throw UsageError{"--report must be 1 to 9 or daily, line-usage, busy, abandoned, name, number, history, "
+                         "line, callbacks; not \"" + value + "\""};
       }
       options.kind = *kind;
     } else if (is(kFrom)) {
@@ -332,6 +356,8 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
       options.unanswered = true;
     } else if (is(kLines)) {
       options.lines = ParseLines(ArgumentToWin1252(kLines.name, value));
+    } else if (is(kWindow)) {
+      options.windowDays = static_cast<std::int32_t>(given.number);
     } else if (is(kDtmf)) {
       options.dtmf = true;  // the history takes the stored setting
     } else if (is(kHistory)) {
@@ -351,6 +377,10 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
       outputs.png = value;
     } else if (is(option::kDpi)) {
       outputs.dpi = static_cast<int>(given.number);
+    } else if (is(kCsv)) {
+      outputs.csv = value;
+    } else if (is(kCsvSeparator)) {
+      outputs.csvSeparator = SeparatorOf(value);
     } else if (is(kSpool)) {
       outputs.spool = value;
     } else if (is(kPrint)) {
@@ -380,7 +410,8 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
       throw UsageError{"--from " + *options.from + " comes after --to " + *options.to};
     }
   }
-  for (const auto* path : {&outputs.text, &outputs.pdf, &outputs.png, &outputs.spool}) {
+  if (parsed.Find(kCsvSeparator) != nullptr && !outputs.csv) throw UsageError{"--csv-separator applies to --csv only"};
+  for (const auto* path : {&outputs.text, &outputs.pdf, &outputs.png, &outputs.spool, &outputs.csv}) {
     if (*path && (*path)->empty()) throw UsageError{"an output needs a file name"};
   }
   if (outputs.dpi && !outputs.png) throw UsageError{"--dpi applies to --png only"};
@@ -391,7 +422,9 @@ ReportOptions ParseReportOptions(const std::vector<std::string>& arguments) {
     throw UsageError{"--from-page " + std::to_string(*outputs.fromPage) + " comes after --to-page " +
                      std::to_string(*outputs.toPage)};
   }
-  if (!outputs.text && !outputs.pdf && !outputs.png && !outputs.spool && !outputs.print) outputs.text = "-";
+  if (!outputs.text && !outputs.pdf && !outputs.png && !outputs.spool && !outputs.csv && !outputs.print) {
+    outputs.text = "-";
+  }
   return options;
 }
 

@@ -36,6 +36,8 @@ struct ReportOutputs {
   std::optional<std::string> pdf;
   std::optional<std::string> png;    // a folder: page-0001.png, ...
   std::optional<std::string> spool;  // the 422-byte records, kept
+  std::optional<std::string> csv;    // the report's data; "-" is standard output
+  char csvSeparator = ',';
   std::optional<int> dpi;            // of the page images
   // Of the text: "utf-8" (LF) or "windows-1252" (CR LF). Unset: UTF-8 on a
   // terminal, else Windows-1252.
@@ -72,6 +74,7 @@ struct ReportOptions {
   std::optional<std::string> rings;
   bool unanswered = false;
   std::optional<LineChoice> lines;
+  std::optional<std::int32_t> windowDays;  // report 9
   bool dtmf = false;
   std::optional<std::string> history;  // the history of this number (Windows-1252)
   std::optional<CivilDate> today;
@@ -84,7 +87,7 @@ struct ReportOptions {
 // Throws UsageError. With no output named the text goes to standard output.
 ReportOptions ParseReportOptions(const std::vector<std::string>& args);
 
-// The report kind of --report: 1 to 8 or its name; nullopt for anything else.
+// The report kind of --report: 1 to 9 or its name; nullopt for anything else.
 std::optional<std::int16_t> ReportKindOf(std::string_view text);
 
 // The date of a "mm/dd/yyyy" caption when it is a real calendar day; nullopt

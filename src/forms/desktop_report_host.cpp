@@ -105,11 +105,11 @@ void DesktopReportHost::DoEvents() { QCoreApplication::processEvents(QEventLoop:
 
 void DesktopReportHost::Progress(std::int64_t done, std::int64_t total) { emit ProgressChanged(done, total); }
 
-void DesktopReportHost::ShowPreview(OrlPrinter& document) {
+void DesktopReportHost::ShowPreview(OrlPrinter& document, const ReportData& data) {
   emit ProgressChanged(-1, 0);
   // The preview is the user's to work in: no hourglass over it.
   const CursorScope arrow(Qt::ArrowCursor);
-  PreviewForm preview(document, *this, paper_, owner_);
+  PreviewForm preview(document, *this, paper_, owner_, &data);
   preview.exec();
   // A save or print from the preview showed its progress: it has ended.
   emit ProgressChanged(-1, 0);

@@ -50,7 +50,7 @@ class DesktopReportHost : public QObject, public ReportHost {
   void Progress(std::int64_t done, std::int64_t total) override;
   // The preview window, modal: the report routine deletes the spool when it
   // closes.
-  void ShowPreview(OrlPrinter& document) override;
+  void ShowPreview(OrlPrinter& document, const ReportData& data) override;
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override;
   // The whole primary screen.
   ScreenTwips Screen() override;

@@ -21,6 +21,7 @@
 #include "printer/orl_printer.h"
 #include "printer/spool_format.h"
 #include "printer/spool_replay.h"
+#include "reports/csv_export.h"
 #include "reports/report_host.h"
 #include "support/ansi_text.h"
 #include "support/file_helpers.h"
@@ -44,8 +45,9 @@ QString FromAnsi(std::string_view bytes) { return QString::fromStdString(Win1252
 
 }  // namespace
 
-PreviewForm::PreviewForm(OrlPrinter& document, ReportHost& host, PageSetup paper, QWidget* parent)
-    : QDialog(parent), document_(document), host_(host) {
+PreviewForm::PreviewForm(OrlPrinter& document, ReportHost& host, PageSetup paper, QWidget* parent,
+                         const ReportData* data)
+    : QDialog(parent), document_(document), data_(data), host_(host) {
   setObjectName("PreviewForm");
   const std::string title = document_.Title();
   setWindowTitle(title.empty() ? QStringLiteral("Preview") : FromAnsi(title));
@@ -391,7 +393,15 @@ void PreviewForm::PrintBtn_Click() {
 
 void PreviewForm::SaveBtn_Click() {
   Trap("SaveBtn_Click", [this] {
-    if (SpoolStillThere()) document_.SaveReport();
+    if (!SpoolStillThere()) return;
+    const std::string name = document_.AskSaveFileName();
+    if (name.empty()) return;
+    // The name says the form: the dialog gives a CSV name ".csv".
+    if (data_ != nullptr && data_->Keeping() && IsCsvFileName(name)) {
+      if (!document_.PrinterFailed()) WriteCsvFile(*data_, name);
+    } else {
+      document_.SaveReport(name);
+    }
   });
   FocusPage();
 }

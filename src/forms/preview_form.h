@@ -46,6 +46,7 @@ namespace cw {
 class OrlPrinter;
 class PreviewPageDevice;
 class PreviewPageImage;
+class ReportData;
 class ReportHost;
 
 class PreviewForm : public QDialog {
@@ -64,7 +65,10 @@ class PreviewForm : public QDialog {
   // engine's printer measured at BeginDoc), turned to the spool's
   // orientation. A spool that cannot be opened is reported through the host;
   // IsLoaded() is then false and exec() returns at once.
-  PreviewForm(OrlPrinter& document, ReportHost& host, PageSetup paper, QWidget* parent = nullptr);
+  // data: the report's rows, which Save offers as CSV beside the text when
+  // the report kept them.
+  PreviewForm(OrlPrinter& document, ReportHost& host, PageSetup paper, QWidget* parent = nullptr,
+              const ReportData* data = nullptr);
   ~PreviewForm() override;
 
   bool IsLoaded() const { return reader_ != nullptr; }
@@ -137,6 +141,7 @@ class PreviewForm : public QDialog {
   void FocusPage();
 
   OrlPrinter& document_;
+  const ReportData* data_ = nullptr;
   ReportHost& host_;
 
   std::unique_ptr<SpoolReader> reader_;

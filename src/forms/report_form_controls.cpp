@@ -1,5 +1,5 @@
 // The controls of fReport and where they sit. One set of controls serves all
-// eight tabs: each tab shows or hides them (report_tab_layout.h), and every
+// nine tabs: each tab shows or hides them (report_tab_layout.h), and every
 // control keeps its place when hidden so that nothing moves as tabs change.
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QStyleOptionTabWidgetFrame>
 #include <QStylePainter>
 #include <QTabBar>
@@ -118,7 +119,7 @@ void fReport::BuildControls() {
   TabStrip->setDrawBase(false);
   TabStrip->setExpanding(false);
   TabStrip->setUsesScrollButtons(true);
-  for (std::int16_t kind = 1; kind <= 8; ++kind) {
+  for (std::int16_t kind = 1; kind <= kind::kCallBacks; ++kind) {
     TabStrip->addTab(QString::fromStdString(Win1252ToUtf8(TabCaption(kind, {}))));
   }
   picBackground = Named(new TabPane(nullptr), "picBackground");
@@ -247,6 +248,20 @@ void fReport::BuildControls() {
   abandonedLayout->addWidget(chkUnanswered, 2, 0, 1, 3);
   abandonedLayout->setRowStretch(3, 1);
 
+  // The call-back window.
+  fraCallBacks = Named(new QGroupBox(tr("Call Backs")), "fraCallBacks");
+  txtWindow = Named(new QSpinBox, "txtWindow");
+  txtWindow->setRange(1, 365);
+  txtWindow->setValue(7);
+  txtWindow->setSuffix(tr(" days"));
+  auto* windowLabel = new QLabel(tr("Returned within"));
+  windowLabel->setBuddy(txtWindow);
+  auto* callBacksLayout = new QGridLayout(fraCallBacks);
+  callBacksLayout->addWidget(windowLabel, 0, 0);
+  callBacksLayout->addWidget(txtWindow, 0, 1, Qt::AlignLeft);
+  callBacksLayout->setRowStretch(1, 1);
+  callBacksLayout->setColumnStretch(1, 1);
+
   auto* pageLayout = new QGridLayout(picBackground);
   pageLayout->setContentsMargins(12, 12, 12, 12);
   pageLayout->setHorizontalSpacing(10);
@@ -257,16 +272,18 @@ void fReport::BuildControls() {
   pageLayout->addWidget(fraSearch, 0, 3);
   pageLayout->addWidget(fraLines, 0, 3);
   pageLayout->addWidget(fraAbandoned, 0, 3);
+  pageLayout->addWidget(fraCallBacks, 0, 3);
   pageLayout->setColumnStretch(3, 1);
   for (QWidget* box : {static_cast<QWidget*>(fraOptions), static_cast<QWidget*>(oInOut),
                        static_cast<QWidget*>(fraSearch), static_cast<QWidget*>(fraLines),
-                       static_cast<QWidget*>(fraAbandoned)}) {
+                       static_cast<QWidget*>(fraAbandoned), static_cast<QWidget*>(fraCallBacks)}) {
     KeepPlaceWhenHidden(box);
   }
   oInOut->hide();
   fraSearch->hide();
   fraLines->hide();
   fraAbandoned->hide();
+  fraCallBacks->hide();
 
   // Buttons.
   cHelp = Named(new QPushButton(tr("Help")), "cHelp");

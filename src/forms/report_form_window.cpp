@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QUrl>
 #include <QWindow>
@@ -48,7 +49,7 @@ namespace cw {
 
 namespace {
 
-constexpr std::int16_t kTabCount = 8;
+constexpr std::int16_t kTabCount = kind::kCallBacks;
 // The help topic of the report form.
 constexpr const char* kHelpTopic = "topic290";
 
@@ -160,6 +161,8 @@ void fReport::Form_Load() {
     };
     environment.printReport = MakeQtPrintReport(std::move(printing));
     environment.askSaveFileName = [this] { return AskSaveReportFileName(this); };
+    // Save in the preview offers the report's data as CSV.
+    environment.keepData = true;
     reports_ = std::make_unique<ReportForm>(std::move(environment), host_, metrics_, settings_);
 
     const std::string title = startup_.edition + " Reports";
@@ -407,6 +410,7 @@ void fReport::ShowTabOptions() {
   fraLines->setVisible(layout.lines);
   fraAbandoned->setVisible(layout.abandoned);
   oInOut->setVisible(layout.abandoned);
+  fraCallBacks->setVisible(layout.callBackWindow);
 }
 
 // ---------------------------------------------------------------------------
@@ -550,6 +554,7 @@ void fReport::FillRequest() {
   }
   request.dtmf = dtmf_;
   request.columns = columns_;
+  request.callBackWindowDays = txtWindow->value();
 }
 
 void fReport::cmdPrintQuery_Click() {

@@ -29,6 +29,7 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QRadioButton;
+class QSpinBox;
 class QTabBar;
 class QToolButton;
 class QWindow;
@@ -177,6 +178,8 @@ class fReport : public QWidget {
   QLineEdit* txtRings = nullptr;
   QCheckBox* chkUnanswered = nullptr;
   QGroupBox* oInOut = nullptr;  // the abandoned-call box's in/out choice
+  QGroupBox* fraCallBacks = nullptr;
+  QSpinBox* txtWindow = nullptr;  // days within which a call back counts
   QButtonGroup* inOutButtons = nullptr;
   QProgressBar* progressBar = nullptr;
   QPushButton* cHelp = nullptr;

@@ -56,6 +56,15 @@ ReportTabLayout LayoutOfTab(std::int16_t reportKind) {
     case kind::kByLineNumber:
       layout.lines = true;
       break;
+    case kind::kCallBacks:
+      // Missed calls are inbound ones and their call backs go either way:
+      // there is no direction to choose.
+      layout.option1 = layout.option2 = layout.option3 = {};
+      layout.directionOptions = false;
+      layout.chart = true;
+      layout.chartCaption = kIncludeGraph;
+      layout.callBackWindow = true;
+      break;
     default:  // daily call statistics, line usage
       layout.chart = true;
       layout.chartCaption = kIncludeGraph;

@@ -1,7 +1,7 @@
 #pragma once
 // Which controls of the report form each tab shows, and what the three
 // options and the chart box are called there. The form keeps one set of
-// controls for all eight tabs and shows or hides them as the tab changes.
+// controls for all nine tabs and shows or hides them as the tab changes.
 
 #include <cstdint>
 #include <string_view>
@@ -25,9 +25,10 @@ struct ReportTabLayout {
   std::string_view searchLabel;
   bool lines = false;      // the line list and the line filter
   bool abandoned = false;  // the abandoned-call box (whose in/out options then choose the direction)
+  bool callBackWindow = false;  // the call-back window in days
 };
 
-// The layout of a report kind (1..8); kinds outside the tabs get the layout
+// The layout of a report kind (1..9); kinds outside the tabs get the layout
 // of the first tab.
 ReportTabLayout LayoutOfTab(std::int16_t reportKind);
 

@@ -1,7 +1,8 @@
 #pragma once
 // The "Save Report" dialog that the engine's SaveReport shows when it is given
-// no file name: text files first, all files second, ".txt" added to a name
-// typed without one. The desktop wires it into the document's environment
+// no file name: text files first, then CSV files (the report's data), then
+// all files; ".txt" added to a name typed without one, ".csv" when CSV files
+// are chosen. The desktop wires it into the document's environment
 // (OrlPrinterEnvironment::askSaveFileName).
 
 #include <string>

@@ -145,6 +145,36 @@ TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
   EXPECT_EQ(info.st_mode & 0777, 0640u);
 }
 
+TEST_F(OutputSafety, TheCsvIsOneMoreStagedOutput) {
+  // Beside a failing output, the CSV is not left behind.
+  const std::vector<std::string> before = Names();
+  const ProgramRun failed = Report("--report history " + std::string(kJanuary) + " --csv " + Quote(Path("calls.csv")) +
+                                   " --pdf " + Quote(Path("missing/report.pdf")));
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_EQ(Names(), before);
+
+  // Alone, it is the only output: nothing goes to standard output; the
+  // separator is chosen, names are UTF-8.
+  const ProgramRun done = Report("--report history " + std::string(kJanuary) + " --csv " + Quote(Path("calls.csv")) +
+                                 " --csv-separator ';'");
+  ASSERT_EQ(done.status, 0) << done.err;
+  EXPECT_EQ(done.out, "");
+  const std::string csv = ReadFile(Path("calls.csv"));
+  EXPECT_TRUE(csv.starts_with("Date;Time;Number;Name;Line;Direction;Duration;Seconds;Answered;Rings\r\n")) << csv;
+  EXPECT_NE(csv.find("2026-01-06;09:05;(555) 123-4567;M\xC3\x9CLLER ANNA;1;In;0:02:03;123;No;4\r\n"),
+            std::string::npos)
+      << csv;
+
+  // On standard output, and refused beside another output there.
+  const ProgramRun out = Report("--report daily " + std::string(kJanuary) + " --csv -");
+  ASSERT_EQ(out.status, 0) << out.err;
+  EXPECT_TRUE(out.out.starts_with("Table,Kind,Row,Inbound,Outbound,Total,Sun,")) << out.out;
+  EXPECT_NE(out.out.find("Day Of Week Summary,total,Totals,2,1,3,,,,,,,\r\n"), std::string::npos) << out.out;
+  EXPECT_EQ(Report("--report daily " + std::string(kJanuary) + " --csv - --text -").status, 2);
+  EXPECT_EQ(Report("--report daily " + std::string(kJanuary) + " --csv-separator ';'").status, 2);
+  EXPECT_EQ(Report("--report daily " + std::string(kJanuary) + " --csv - --csv-separator '\"'").status, 2);
+}
+
 TEST_F(OutputSafety, ExportOfASpoolWithoutAReportWritesNothing) {
   const std::string spool = Write("empty.spl", "");
   const ProgramRun run = Cwreport("export " + Quote(spool) + " --text " + Quote(Path("e.txt")) + " --pdf " +

@@ -232,7 +232,7 @@ TEST_F(ReportCommand, HistoryOfANumberAndPeriodsFromTheClockGiven) {
 }
 
 TEST_F(ReportCommand, UsageErrorsAndHelp) {
-  for (const char* arguments : {"--report 9 --from 01/01/2026", "--report daily --bogus", "--from 01/01/2026",
+  for (const char* arguments : {"--report 10 --from 01/01/2026", "--report daily --bogus", "--from 01/01/2026",
                                 "--report daily --today 02/30/2026", "--report line --lines 1,x",
                                 "--history 555 --report daily", "--report daily --period all --from 01/01/2026",
                                 "--report busy --variant Weekly", "--report daily --dpi 150"}) {
@@ -247,7 +247,8 @@ TEST_F(ReportCommand, UsageErrorsAndHelp) {
   EXPECT_EQ(help.err, "");
   for (const char* option : {"--edition", "--settings", "--log", "--path", "--report", "--from", "--to", "--period",
                              "--direction", "--variant", "--search", "--partial", "--chart", "--not-lasting",
-                             "--rings", "--unanswered", "--lines", "--dtmf", "--history", "--today", "--paper",
+                             "--rings", "--unanswered", "--lines", "--window", "--dtmf", "--history", "--today",
+                             "--paper", "--csv", "--csv-separator",
                              "--text", "--pdf", "--png", "--spool", "--print", "--copies", "--from-page", "--to-page",
                              "log-summary", "dump", "export", "Exit status"}) {
     EXPECT_NE(help.out.find(option), std::string::npos) << option;

@@ -25,6 +25,7 @@
 #include "forms/save_report_dialog.h"
 #include "forms/preview_zoom.h"
 #include "printer/orl_printer.h"
+#include "reports/report_data.h"
 #include "testing/recording_host.h"
 
 namespace cw {
@@ -87,8 +88,9 @@ class PreviewFormTest : public QObject {
   testing::RecordingHost host_;
 
   // The form on screen, activated, at the given size.
-  std::unique_ptr<PreviewForm> Open(OrlPrinter& document, QSize size = QSize(900, 700)) {
-    auto form = std::make_unique<PreviewForm>(document, host_, PageSetup{});
+  std::unique_ptr<PreviewForm> Open(OrlPrinter& document, QSize size = QSize(900, 700),
+                                    const ReportData* data = nullptr) {
+    auto form = std::make_unique<PreviewForm>(document, host_, PageSetup{}, nullptr, data);
     form->show();
     if (!QTest::qWaitForWindowExposed(form.get())) return form;
     Resize(*form, size);
@@ -531,6 +533,33 @@ class PreviewFormTest : public QObject {
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
   }
 
+  void saveOffersTheReportsDataAsCsv() {
+    Report report;
+    report.Make(1);
+    ReportData data(true);
+    data.Begin({"Name", "Calls"});
+    const std::string row[] = {"M\xDCLLER, ANNA", "2"};
+    data.AddRow(row);
+    auto form = Open(*report.document, QSize(900, 700), &data);
+    // A name ending in .csv is the data; any other name the text.
+    const std::string csv = folder_.filePath("calls.CSV").toStdString();
+    report.saveName = csv;
+    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
+    QCOMPARE(testing::ReadBytes(csv), std::string("Name,Calls\r\n\"M\xC3\x9CLLER, ANNA\",2\r\n"));
+    const std::string text = folder_.filePath("calls.txt").toStdString();
+    report.saveName = text;
+    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
+    QVERIFY(testing::ReadBytes(text).find("Body of page 1") != std::string::npos);
+    QVERIFY(host_.messages.empty());
+
+    // Without data kept, a .csv name gets the text.
+    auto plain = Open(*report.document);
+    const std::string textAsCsv = folder_.filePath("plain.csv").toStdString();
+    report.saveName = textAsCsv;
+    QTest::mouseClick(Child<QPushButton>(*plain, "SaveBtn"), Qt::LeftButton);
+    QVERIFY(testing::ReadBytes(textAsCsv).find("Body of page 1") != std::string::npos);
+  }
+
   void saveReportDialog() {
     const QString folder = folder_.path();
     QString title;
@@ -548,7 +577,7 @@ class PreviewFormTest : public QObject {
     });
     const std::string chosen = AskSaveReportFileName(nullptr);
     QCOMPARE(title, QString("Save Report"));
-    QCOMPARE(filters, QStringList({"Text Files (*.txt)", "All Files (*.*)"}));
+    QCOMPARE(filters, QStringList({"Text Files (*.txt)", "CSV Files (*.csv)", "All Files (*.*)"}));
     QCOMPARE(suffix, QString("txt"));
     QCOMPARE(QString::fromStdString(chosen), folder + "/March calls.txt");
 

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTextBrowser>
 #include <QTemporaryDir>
@@ -57,7 +58,7 @@ class TestHost final : public cw::DesktopReportHost {
     messages.push_back({std::string(title), std::string(text), icon, buttons});
     return buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kCancel;
   }
-  void ShowPreview(cw::OrlPrinter& document) override {
+  void ShowPreview(cw::OrlPrinter& document, const cw::ReportData& data) override {
     previews.push_back({document.Title(), document.TotalPages()});
     if (!realPreview) return;
     // The real preview window, closed as soon as it is up.
@@ -73,7 +74,7 @@ class TestHost final : public cw::DesktopReportHost {
         preview->close();
       }
     });
-    DesktopReportHost::ShowPreview(document);
+    DesktopReportHost::ShowPreview(document, data);
   }
   CivilDate Today() override { return today; }
   cw::TimeOfDay Now() override { return 9 * 3600; }
@@ -231,7 +232,8 @@ void ReportFormTest::tabCaptionsFollowTheEdition() {
   QStringList captions;
   for (int k = 0; k < tabs->count(); ++k) captions << tabs->tabText(k);
   QCOMPARE(captions, (QStringList{"Daily Call Statistics", "Line Usage Statistics", "All Lines Busy",
-                                  "Unanswered Calls", "By Name", "By Tel Number", "Call History", "By Line Number"}));
+                                  "Unanswered Calls", "By Name", "By Tel Number", "Call History", "By Line Number",
+                                  "Call Backs"}));
   QCOMPARE(bench.form->windowTitle(), QStringLiteral("Vorn Ringtally Reports"));
 
   Bench callwarden("h=Callwarden", kCallwarden);
@@ -350,7 +352,7 @@ void ReportFormTest::userChoicesAreSavedAtUnloadAndRestoredAtLoad() {
 }
 
 void ReportFormTest::lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
-  for (const auto& [stored, tab] : {std::pair{"0", 1}, std::pair{"-3", 1}, std::pair{"99", 8}, std::pair{"x", 1}}) {
+  for (const auto& [stored, tab] : {std::pair{"0", 1}, std::pair{"-3", 1}, std::pair{"99", 9}, std::pair{"x", 1}}) {
     Bench bench;
     bench.Set("LastTab", stored);
     bench.Load();
@@ -454,7 +456,21 @@ void ReportFormTest::optionsOfEachTab() {
   QCOMPARE(bench.Caption("Label1"), QStringLiteral("Number"));
 
   bench.Tab(8);
-  QVERIFY(shown("fraLines") && shown("cmdLineFilter") && !shown("fraSearch"));
+  QVERIFY(shown("fraLines") && shown("cmdLineFilter") && !shown("fraSearch") && !shown("fraCallBacks"));
+
+  // The call backs: no direction to choose, the graph, and the window.
+  bench.Tab(9);
+  QCOMPARE(options(), QStringList{});
+  QVERIFY(shown("fraCallBacks") && shown("chkChart") && shown("oTimePeriod") && shown("fraDates"));
+  QVERIFY(!shown("fraLines") && !shown("fraSearch") && !shown("fraAbandoned") && !shown("oInOut"));
+  QCOMPARE(bench.Get<QAbstractButton>("chkChart")->text(), QStringLiteral("Include Graph"));
+  bench.Get<QSpinBox>("txtWindow")->setValue(3);
+  bench.Get<QAbstractButton>("chkChart")->setChecked(true);
+  QCOMPARE(bench.Run(), std::string("CALL BACK REPORT"));
+  QCOMPARE(bench.form->Request().callBackWindowDays, 3);
+  QVERIFY(bench.form->Request().chart);
+  bench.Tab(1);
+  QVERIFY(!shown("fraCallBacks"));
 }
 
 void ReportFormTest::periodButtonsSetTheDates() {

@@ -35,7 +35,7 @@ class MemoryText : public OutputFile {
 
 class TextHost : public testing::RecordingHost {
  public:
-  void ShowPreview(OrlPrinter& document) override {
+  void ShowPreview(OrlPrinter& document, const ReportData&) override {
     SpoolReader reader(document.PrintFile());
     MemoryText output;
     ExportSpoolText(reader, output);

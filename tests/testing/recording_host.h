@@ -12,10 +12,19 @@
 #include <vector>
 
 #include "printer/orl_printer.h"
+#include "printer/output_file.h"
+#include "reports/csv_export.h"
 #include "reports/report_host.h"
 #include "support/file_helpers.h"
 
 namespace cw::testing {
+
+// An output that keeps what is written to it.
+struct MemoryOutput final : OutputFile {
+  void Write(std::string_view more) override { bytes.append(more); }
+  void Commit() override {}
+  std::string bytes;
+};
 
 class RecordingHost : public ReportHost {
  public:
@@ -43,7 +52,7 @@ class RecordingHost : public ReportHost {
     lastProgress = done;
     progressTotal = total;
   }
-  void ShowPreview(OrlPrinter& document) override {
+  void ShowPreview(OrlPrinter& document, const ReportData& data) override {
     Preview preview;
     preview.title = document.Title();
     preview.totalPages = document.TotalPages();
@@ -54,6 +63,11 @@ class RecordingHost : public ReportHost {
     preview.text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
     in.close();
     std::remove(textFile.c_str());
+    if (data.Keeping()) {
+      MemoryOutput csv;
+      WriteCsv(data, csv);
+      preview.csv = std::move(csv.bytes);
+    }
     previews.push_back(std::move(preview));
   }
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override {
@@ -79,6 +93,7 @@ class RecordingHost : public ReportHost {
     std::string title;
     std::int16_t totalPages = 0;
     std::string text;  // the document's text export
+    std::string csv;   // the CSV of its data, when the form keeps it
   };
 
   std::vector<Message> messages;

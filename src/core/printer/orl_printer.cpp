@@ -532,11 +532,17 @@ void OrlPrinter::PrintReport() {
   if (state_->env.printReport) state_->env.printReport(*this);
 }
 
+std::string OrlPrinter::AskSaveFileName() {
+  if (!state_->env.askSaveFileName) return {};
+  std::string name = state_->env.askSaveFileName();
+  return Trim(name).empty() ? std::string() : name;
+}
+
 void OrlPrinter::SaveReport(std::string_view fileName) {
   std::string name(Trim(fileName));
   if (name.empty()) {
-    if (state_->env.askSaveFileName) name = state_->env.askSaveFileName();
-    if (Trim(name).empty()) return;
+    name = AskSaveFileName();
+    if (name.empty()) return;
   }
   state_->printTextFile = name;
   PrintToFile();

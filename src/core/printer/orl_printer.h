@@ -170,6 +170,10 @@ class OrlPrinter {
   void PreviewReport();
   void PrintReport();
   void SaveReport(std::string_view fileName = {});
+  // The question SaveReport asks when given no name ("Save Report"): the
+  // name chosen, empty when cancelled or when nobody can be asked. For a
+  // caller that may save the report in another form than text.
+  std::string AskSaveFileName();
   // Writes the text export of the spool to the file named by PrintTextFile.
   void PrintToFile();
 

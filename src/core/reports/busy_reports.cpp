@@ -13,6 +13,7 @@
 #include "reports/busy_columns.h"
 #include "reports/busy_log.h"
 #include "reports/chart_handover.h"
+#include "reports/detail_rules.h"
 #include "reports/progress_interval.h"
 #include "reports/report_form.h"
 #include "reports/seconds_to_text.h"
@@ -65,18 +66,25 @@ void ReportForm::Print_BusyReport() {
     std::int32_t totalSeconds = 0;
 
     SetBodyFont();
+    ReportData& data = *data_;
+    data.Begin({"Date", "Start Time", "End Time", "Duration", "Seconds", "Lines"});
     selection.ForEach(
-        [&](const CallRecord& record, CivilDate) {
+        [&](const CallRecord& record, CivilDate date) {
           const std::string_view text = record.Text();
           BusyLine line;
           std::string start;
           std::string end;
           std::string duration;
+          TimeOfDay startClock = 0;
+          TimeOfDay endClock = 0;
+          std::int32_t seconds = 0;
           try {
             line = SplitBusyLine(text);
-            start = FormatTime(ParseTimeText(line.start), "h:mmampm");
-            end = FormatTime(ParseTimeText(line.end), "h:mmampm");
-            const std::int32_t seconds = BusySeconds(line.seconds);
+            startClock = ParseTimeText(line.start);
+            endClock = ParseTimeText(line.end);
+            start = FormatTime(startClock, "h:mmampm");
+            end = FormatTime(endClock, "h:mmampm");
+            seconds = BusySeconds(line.seconds);
             duration = SecondsToText(seconds, true);
             occurrences = AddInt32(occurrences, 1);
             totalSeconds = AddInt32(totalSeconds, seconds);
@@ -89,6 +97,11 @@ void ReportForm::Print_BusyReport() {
           document.TextOut(RightAlignedX(busy::kDurationX, duration), duration);
           document.TextOut(RightAlignedX(busy::kLinesX, line.lines), line.lines);
           document.NewLine();
+          if (data.Keeping()) {
+            const std::string cells[] = {DataDate(date),           DataTime(startClock),   DataTime(endClock),
+                                         TotalDurationText(seconds), std::to_string(seconds), std::string(line.lines)};
+            data.AddRow(cells);
+          }
         },
         kProgressEvery, SelectionProgress(host_, selection));
 
@@ -174,6 +187,8 @@ void ReportForm::Print_BusySummary() {
   try {
     const Matrices& m = matrices_;
     summary::TableWriter table(*this, document);
+    constexpr std::string_view kDayFigures[] = {"Occurred", "Duration"};
+    data_->Begin(summary::TableDataColumns(kDayFigures, summary::kHourTableFigures));
     table.WeekdayTable("All Lines Busy Day Of Week Summary", m.busyDay, kDayColumns);
     table.Gap();
     // Time of day: occurrences by the hour at which all lines became busy,

@@ -109,6 +109,8 @@ void ReportForm::Print_DailySummary() {
   try {
     const Matrices& m = matrices_;
     summary::TableWriter table(*this, document);
+    constexpr std::string_view kDayFigures[] = {"Inbound", "Outbound", "Total"};
+    data_->Begin(summary::TableDataColumns(kDayFigures, summary::kHourTableFigures));
     table.WeekdayTable("Day Of Week Summary", m.day, kDayColumns);
     table.Gap();
     table.HourTable("Time Of Day Summary", m.hour, false);

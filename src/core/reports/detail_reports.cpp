@@ -63,6 +63,14 @@ void BeginTotalsBlock(OrlPrinter& document, int lines, bool pageBegun) {
   }
 }
 
+// The data of a call listing: one row per call.
+void BeginListingData(ReportData& data, bool dtmf) {
+  std::vector<std::string> columns{"Date",     "Time",    "Number",   "Name",  "Line",
+                                   "Direction", "Duration", "Seconds", "Answered", "Rings"};
+  if (dtmf) columns.emplace_back("DTMF");
+  data.Begin(std::move(columns));
+}
+
 // The rows of one call listing and its totals.
 class DetailListing {
  public:
@@ -71,13 +79,20 @@ class DetailListing {
   // has drawn on its current page already.
   DetailListing(ReportForm& form, OrlPrinter& document, const DetailColumns& x, bool dtmf,
                 bool splitByDirection, bool pageBegun)
-      : form_(form), document_(document), x_(x), dtmf_(dtmf), split_(splitByDirection), pageBegun_(pageBegun) {}
+      : form_(form),
+        document_(document),
+        data_(form.Data()),
+        x_(x),
+        dtmf_(dtmf),
+        split_(splitByDirection),
+        pageBegun_(pageBegun) {}
 
-  void WriteRow(const CallRecord& record) {
+  void WriteRow(const CallRecord& record, CivilDate date) {
     // What a bad record can fail on is read before the row begins, so that an
     // error leaves no half-written row behind.
     const std::int32_t seconds = DurationToSeconds(record.Duration());
-    const std::string time = FormatTime(ParseTimeText(record.Time()), "h:mmampm");
+    const TimeOfDay clock = ParseTimeText(record.Time());
+    const std::string time = FormatTime(clock, "h:mmampm");
 
     rows_ = AddInt32(rows_, 1);
     seconds_ = AddInt32(seconds_, seconds);
@@ -106,6 +121,7 @@ class DetailListing {
     if (dtmf_ && record.Text().size() >= column::kDtmfStart) document_.TextOut(x_[9], record.Dtmf(true));
     document_.NewLine();
     pageBegun_ = true;
+    if (data_.Keeping()) WriteData(record, date, clock, seconds);
   }
 
   // "Total Calls" and "Duration" under the Time and Minutes columns. With
@@ -135,6 +151,21 @@ class DetailListing {
   }
 
  private:
+  void WriteData(const CallRecord& record, CivilDate date, TimeOfDay clock, std::int32_t seconds) {
+    std::vector<std::string> cells{DataDate(date),
+                                   DataTime(clock),
+                                   std::string(record.Number()),
+                                   std::string(record.Name()),
+                                   std::string(record.Line()),
+                                   std::string(record.Direction()),
+                                   TotalDurationText(seconds),
+                                   std::to_string(seconds),
+                                   std::string(record.Answered()),
+                                   std::string(record.Rings())};
+    if (dtmf_) cells.emplace_back(record.Dtmf(true));
+    data_.AddRow(cells);
+  }
+
   void WriteDirectionTotal(std::int32_t rows, std::string_view direction, std::int32_t seconds) {
     document_.NewLine();
     TextOutRight(form_, document_, x_[4], std::to_string(rows));
@@ -144,6 +175,7 @@ class DetailListing {
 
   ReportForm& form_;
   OrlPrinter& document_;
+  ReportData& data_;
   const DetailColumns& x_;
   bool dtmf_;
   bool split_;
@@ -178,18 +210,19 @@ void ReportForm::Print_Detail(std::int16_t mode) {
     std::optional<AbandonedCallTest> abandoned;
     if (mode == 1) abandoned.emplace(request_.abandoned, request_.direction);
 
+    BeginListingData(*data_, request_.dtmf);
     DetailListing listing(*this, document, request_.columns, request_.dtmf, request_.direction == "InOut", false);
     RecordSelection selection(log.Text(), std::move(criteria));
     // Abandoned calls are counted against every call that passed the period
     // and direction tests.
     std::int32_t considered = 0;
     selection.ForEach(
-        [&](const CallRecord& record, CivilDate) {
+        [&](const CallRecord& record, CivilDate date) {
           if (abandoned) {
             considered = AddInt32(considered, 1);
             if (!abandoned->IsAbandoned(record)) return;
           }
-          listing.WriteRow(record);
+          listing.WriteRow(record, date);
         },
         kProgressEvery, SelectionProgress(host_, selection));
 
@@ -218,6 +251,7 @@ void ReportForm::Print_Lines() {
     const LogBuffer log = LogBuffer::Load(environment_.logPath);
     RecordSelection selection(log.Text(), PeriodCriteria(request_.direction, environment_.logPath));
     SelectionProgress progress(host_, selection, static_cast<std::int64_t>(lines.size()));
+    BeginListingData(*data_, request_.dtmf);
     // One listing per line, each from the top of a page that names its line
     // in the title; the finished document is titled with the whole choice.
     for (std::size_t k = 0; k < lines.size(); ++k) {
@@ -229,8 +263,8 @@ void ReportForm::Print_Lines() {
       DetailListing listing(*this, document, request_.columns, request_.dtmf, request_.direction == "InOut",
                             k > 0);
       selection.ForEach(
-          [&](const CallRecord& record, CivilDate) {
-            if (TextToInt16(record.Line()) == lines[k]) listing.WriteRow(record);
+          [&](const CallRecord& record, CivilDate date) {
+            if (TextToInt16(record.Line()) == lines[k]) listing.WriteRow(record, date);
           },
           kProgressEvery, progress);
       listing.WriteCallTotals();
@@ -264,6 +298,15 @@ void ReportForm::Print_Detail_Condensed() {
     std::int32_t calls = 0;
     std::int32_t seconds = 0;
     std::int64_t written = 0;
+    ReportData& data = *data_;
+    data.Begin({std::string(kKindColumn), "Name", "Number", "Calls", "Duration", "Seconds"});
+    auto dataRow = [&data](std::string_view kind, std::string_view name, std::string_view number,
+                           std::int32_t rowCalls, std::int32_t rowSeconds) {
+      const std::string cells[] = {std::string(kind),         std::string(name),
+                                   std::string(number),       std::to_string(rowCalls),
+                                   TotalDurationText(rowSeconds), std::to_string(rowSeconds)};
+      data.AddRow(cells);
+    };
     const std::string_view text(sorted);
     for (std::size_t start = 0; start < text.size();) {
       std::size_t end = text.find("\r\n", start);
@@ -279,6 +322,7 @@ void ReportForm::Print_Detail_Condensed() {
       TextOutRight(*this, document, condensed::kCallsX, std::to_string(caller.calls));
       TextOutRight(*this, document, condensed::kDurationX, TotalDurationText(caller.seconds));
       document.NewLine();
+      dataRow(kDataRow, caller.name, caller.number, caller.calls, caller.seconds);
       if (++written % kProgressEvery == 0) host_.DoEvents();
     }
 
@@ -292,6 +336,7 @@ void ReportForm::Print_Detail_Condensed() {
     document.NewLine();
     TextOutRight(*this, document, condensed::kCallsX, std::to_string(calls));
     TextOutRight(*this, document, condensed::kDurationX, TotalDurationText(seconds));
+    dataRow(kTotalsRow, "", "", calls, seconds);
     FinishDocument(document);
   } catch (const RuntimeError& error) {
     ShowError(error, "Print_Detail_Condensed");

@@ -18,7 +18,7 @@ constexpr std::string_view kLineListingTitle = "LINE DETAILS REPORT";
 
 }  // namespace
 
-std::string TotalDurationText(std::int32_t seconds) {
+std::string TotalDurationText(std::int64_t seconds) {
   // A duration field such as "0:-5:00" converts to negative seconds; the sum
   // then keeps its sign in front rather than in every part.
   std::int64_t rest = seconds;

@@ -15,7 +15,7 @@ namespace cw {
 
 // A total duration as h:mm:ss. The hours have no upper bound: a month of
 // calls easily runs past a hundred hours ("123:04:05"); 0 gives "0:00:00".
-std::string TotalDurationText(std::int32_t seconds);
+std::string TotalDurationText(std::int64_t seconds);
 
 // Abandoned calls as a share of the calls considered, in whole percent,
 // halves to even (1 of 8 is 12.5 % and prints 12); 0 when either count is

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "data/log_conversions.h"
 #include "data/record_selection.h"
 #include "reports/chart_handover.h"
+#include "reports/detail_rules.h"
 #include "reports/matrix_cells.h"
 #include "reports/progress_interval.h"
 #include "reports/report_form.h"
@@ -214,12 +216,28 @@ void ReportForm::Print_LineUsage() {
       document.TextOut(kRowLabelX, label);
       SetBodyFont();
     };
+    constexpr std::string_view kTotalsTitle = "Line Usage Totals";
+    constexpr std::string_view kWeekTitle = "Day of the Week Line Usage Summary";
+    constexpr std::string_view kTotalsFigures[] = {"Inbound", "Outbound", "Total Calls", "Total Time"};
+    const std::span<const std::string_view> weekdays(summary::kHourTableFigures.data(), 7);
+    ReportData& data = *data_;
+    data.Begin(summary::TableDataColumns(kTotalsFigures, weekdays));
+    // A row of the data: the table, the kind of row, its label, then its
+    // figures under the given headings.
+    auto dataRow = [&](std::string_view title, std::string_view kind, const std::string& label,
+                       std::span<const std::string_view> headings, std::span<const std::string> figures) {
+      if (!data.Keeping()) return;
+      DataRow row(data);
+      row.Set(kTableColumn, std::string(title)).Set(kKindColumn, std::string(kind)).Set(kRowColumn, label);
+      for (std::size_t i = 0; i < headings.size(); ++i) row.Set(headings[i], figures[i]);
+      data.AddRow(row.Cells());
+    };
 
     // Totals per line.
     if (lines < kLinesForExtraLine) document.NewLine();
     // The column headings go on their own line under the title, as in the
     // other tables; on the title's line they would run into it.
-    table.Title("Line Usage Totals");
+    table.Title(kTotalsTitle);
     table.Right(kInboundX, "Inbound");
     table.Right(kOutboundX, "Outbound");
     table.Right(kTotalCallsX, "Total Calls");
@@ -239,6 +257,9 @@ void ReportForm::Print_LineUsage() {
       table.Right(kOutboundX, std::to_string(totals[kOutbound]));
       table.Right(kTotalCallsX, std::to_string(totals[kAllCalls]));
       table.Right(kTotalTimeX, SecondsToText(totals[kSeconds], kShortMinutes));
+      const std::string figures[] = {std::to_string(totals[kInbound]), std::to_string(totals[kOutbound]),
+                                     std::to_string(totals[kAllCalls]), TotalDurationText(totals[kSeconds])};
+      dataRow(kTotalsTitle, kDataRow, "Line " + std::to_string(line), kTotalsFigures, figures);
       inbound = AddInt32(inbound, totals[kInbound]);
       outbound = AddInt32(outbound, totals[kOutbound]);
       allCalls = AddInt32(allCalls, totals[kAllCalls]);
@@ -250,11 +271,22 @@ void ReportForm::Print_LineUsage() {
     table.Right(kOutboundX, std::to_string(outbound));
     table.Right(kTotalCallsX, std::to_string(allCalls));
     table.Right(kTotalTimeX, SecondsToText(allSeconds, kShortMinutes));
+    {
+      const std::string figures[] = {std::to_string(inbound), std::to_string(outbound), std::to_string(allCalls),
+                                     TotalDurationText(allSeconds)};
+      dataRow(kTotalsTitle, kTotalsRow, "Total Calls", kTotalsFigures, figures);
+    }
 
     table.Gap();
 
     // Calls per line and weekday; the last row is the time of all lines.
-    table.Title("Day of the Week Line Usage Summary");
+    table.Title(kWeekTitle);
+    // A row of the weekday table's data: the seven figures of a row.
+    auto weekRow = [&](std::string_view kind, const std::string& label, auto figureOf) {
+      std::array<std::string, 7> figures;
+      for (std::size_t day = 1; day <= 7; ++day) figures[day - 1] = figureOf(day);
+      dataRow(kWeekTitle, kind, label, weekdays, figures);
+    };
     table.WeekdayHeadings(WeekdayColumnX);
     std::array<std::int32_t, 8> daySums{};
     for (int line = 1; line <= lines; ++line) {
@@ -265,18 +297,21 @@ void ReportForm::Print_LineUsage() {
         table.Right(WeekdayColumnX(static_cast<int>(day)), std::to_string(week[day]));
         daySums[day] = AddInt32(daySums[day], week[day]);
       }
+      weekRow(kDataRow, "Line " + std::to_string(line), [&](std::size_t day) { return std::to_string(week[day]); });
     }
     document.NewLine();
     rowLabel("Total Calls");
     for (std::size_t day = 1; day <= 7; ++day) {
       table.Right(WeekdayColumnX(static_cast<int>(day)), std::to_string(daySums[day]));
     }
+    weekRow(kTotalsRow, "Total Calls", [&](std::size_t day) { return std::to_string(daySums[day]); });
     document.NewLine();
     rowLabel("Total Time");
     const auto& secondsRow = m.lineWeek.back();
     for (std::size_t day = 1; day <= 7; ++day) {
       table.Right(WeekdayColumnX(static_cast<int>(day)), SecondsToText(secondsRow[day], kShortMinutes));
     }
+    weekRow(kTotalsRow, "Total Time", [&](std::size_t day) { return TotalDurationText(secondsRow[day]); });
 
     if (request_.chart) {
       if (lines >= kLinesForChartPage) {

@@ -8,6 +8,7 @@
 #include "data/record_selection.h"
 #include "printer/scale_mode.h"
 #include "reports/busy_columns.h"
+#include "reports/callback_columns.h"
 #include "reports/condensed_columns.h"
 #include "reports/form_error_box.h"
 #include "reports/summary_tables.h"
@@ -219,6 +220,24 @@ RequestOutcome ReportForm::RunRequest() {
           Print_Detail(0);
         }
         break;
+      case kind::kCallBacks: {
+        // The abandoned-call filter, when it is used, says which answered
+        // calls count as missed; its thresholds are checked as on its own tab.
+        const AbandonedFilter& filter = request_.abandoned;
+        if (filter.notLasting && !IsThreshold(filter.seconds)) {
+          return refuse("Missing Filter (Time In Seconds)", "Please Enter a Valid Numberic Time In Seconds",
+                        MessageIcon::kCritical);
+        }
+        if (filter.ringCount && !IsThreshold(filter.rings)) {
+          return refuse("Missing Filter (Rings)", "Please Enter a Valid Numberic Ring Count",
+                        MessageIcon::kCritical);
+        }
+        host_.SetBusy(true);
+        document.SetTitle("CALL BACK REPORT");
+        reportRan = true;
+        Print_CallBacks();
+        break;
+      }
       case kind::kByLineNumber:
         document.SetTitle("LINE DETAILS REPORT");
         reportRan = true;
@@ -259,7 +278,7 @@ void ReportForm::ConfigureDocument() {
   // Only a preview that came through counts: the headless host throws when
   // an output cannot be written.
   env.showPreview = [this](OrlPrinter& document) {
-    host_.ShowPreview(document);
+    host_.ShowPreview(document, *data_);
     previewShown_ = true;
   };
   env.progress = [this](std::int64_t done, std::int64_t total) { host_.Progress(done, total); };
@@ -268,6 +287,7 @@ void ReportForm::ConfigureDocument() {
   env.screenHeightTwips = screen.height;
 
   document_ = std::make_unique<OrlPrinter>(std::move(env));
+  data_ = std::make_unique<ReportData>(environment_.keepData);
   OrlPrinter& document = *document_;
   document.OnNewPage = [this](std::int16_t page) { OnNewPage(page); };
   document.OnPrinterError = [this](bool& retry) { OnPrinterError(retry); };
@@ -384,6 +404,18 @@ void ReportForm::OnNewPage(std::int16_t page) {
       right(busy::kEndTimeX, "End Time");
       right(busy::kDurationX, "Duration");
       right(busy::kLinesX, "Lines");
+      endHeadings();
+      return;
+    case kind::kCallBacks:
+      SetHeadingFont();
+      left(callback::kLineX, "Line");
+      left(callback::kNameX, "Name");
+      right(callback::kNumberX, "Number");
+      left(callback::kDateX, "Date");
+      right(callback::kTimeX, "Time");
+      left(callback::kReturnedX, "Returned");
+      left(callback::kByLineX, "By");
+      right(callback::kAfterX, "After");
       endHeadings();
       return;
     case kind::kCallHistory:

@@ -16,6 +16,7 @@
 #include "support/civil_date.h"
 #include "printer/orl_printer.h"
 #include "printer/text_metrics.h"
+#include "reports/report_data.h"
 #include "reports/report_host.h"
 #include "reports/report_request.h"
 #include "reports/walk_tallies.h"
@@ -42,6 +43,8 @@ struct ReportEnvironment {
   // document cannot be printed, and saved only under a name given to it.
   std::function<void(OrlPrinter& document)> printReport;
   std::function<std::string()> askSaveFileName;
+  // Keep each report's rows beside its pages, for the CSV.
+  bool keepData = false;
 };
 
 // How a request ended, for callers that need an exit status.
@@ -65,6 +68,8 @@ class ReportForm {
 
   // The current report document (the last request's), null before the first.
   OrlPrinter* Document() { return document_.get(); }
+  // The current report's rows, beside its document (kept with keepData).
+  ReportData& Data() { return *data_; }
 
   // --- used by the report routines -------------------------------------
   void SetBodyFont();
@@ -99,6 +104,7 @@ class ReportForm {
   void Process_BusySummary();
   void Build_BusyMatrix(std::string_view date, std::string_view start, std::int32_t seconds);
   void Print_BusySummary();
+  void Print_CallBacks();
 
   // The working matrices, erased after every report.
   struct Matrices {
@@ -153,6 +159,7 @@ class ReportForm {
   SettingsStore& settings_;
   ReportRequest request_;
   std::unique_ptr<OrlPrinter> document_;
+  std::unique_ptr<ReportData> data_ = std::make_unique<ReportData>();
   Matrices matrices_;
   bool partialMatch_ = false;  // set only during a tab 5 or 6 report
   std::string periodText_;     // "Jan 05, 2024 to Feb 10, 2024"

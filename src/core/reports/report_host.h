@@ -13,6 +13,7 @@
 namespace cw {
 
 class OrlPrinter;
+class ReportData;
 
 enum class MessageIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class MessageButtons { kOk, kRetryCancel };
@@ -54,8 +55,10 @@ class ReportHost {
   // (done of total units; total 0 when unknown).
   virtual void DoEvents() = 0;
   virtual void Progress(std::int64_t done, std::int64_t total) = 0;
-  // The finished document: preview it (desktop) or write the outputs (headless).
-  virtual void ShowPreview(OrlPrinter& document) = 0;
+  // The finished document: preview it (desktop) or write the outputs
+  // (headless). data holds the report's rows when it keeps them (the CSV);
+  // both live until this returns.
+  virtual void ShowPreview(OrlPrinter& document, const ReportData& data) = 0;
   // Draws the chart and writes it as a bitmap file; throws RuntimeError when
   // the file cannot be written.
   virtual void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) = 0;

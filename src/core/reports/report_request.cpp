@@ -15,6 +15,7 @@ std::string_view TabCaption(std::int16_t reportKind, std::string_view edition) {
     case kind::kByTelNumber: return "By Tel Number";
     case kind::kCallHistory: return "Call History";
     case kind::kByLineNumber: return "By Line Number";
+    case kind::kCallBacks: return "Call Backs";
     default: return {};
   }
 }

@@ -24,10 +24,11 @@ inline constexpr std::int16_t kByName = 5;
 inline constexpr std::int16_t kByTelNumber = 6;
 inline constexpr std::int16_t kCallHistory = 7;
 inline constexpr std::int16_t kByLineNumber = 8;
+inline constexpr std::int16_t kCallBacks = 9;
 }  // namespace kind
 
 // Tab caption of a kind in an edition ("Unanswered Calls" for kind 4 in
-// "Vorn Ringtally"); empty outside 1..8.
+// "Vorn Ringtally"); empty outside 1..9.
 std::string_view TabCaption(std::int16_t reportKind, std::string_view edition);
 
 // Abandoned-call filter of tab 4, as the form's boxes hold it.
@@ -66,6 +67,7 @@ struct ReportRequest {
   AbandonedFilter abandoned;
   LineChoice lines;
   bool dtmf = false;                  // setting "DTMF"
+  std::int32_t callBackWindowDays = 7;  // how long after a missed call a call back counts
   DetailColumns columns = DetailColumnPositions(false);
 };
 

@@ -9,7 +9,9 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include "printer/orl_printer.h"
 #include "reports/report_form.h"
@@ -35,6 +37,16 @@ using HourRows = decltype(ReportForm::Matrices::hour);
 static_assert(std::is_same_v<WeekdayRows, decltype(ReportForm::Matrices::busyDay)>);
 static_assert(std::is_same_v<HourRows, decltype(ReportForm::Matrices::busyHour)>);
 inline constexpr int kHourTotalCell = 7;
+inline constexpr std::string_view kHourTotalHeading = "Total";
+
+// The header of the data of a report made of two tables: the table, the kind
+// of row and its label, then the figure columns of both tables (a heading
+// the two share is one column).
+std::vector<std::string> TableDataColumns(std::span<const std::string_view> first,
+                                          std::span<const std::string_view> second);
+// The weekday abbreviations and "Total": an hour table's figure columns.
+inline constexpr std::array<std::string_view, 8> kHourTableFigures{"Sun", "Mon", "Tue", "Wed",
+                                                                  "Thu", "Fri", "Sat", kHourTotalHeading};
 
 // The hour totals (cell 7 of every hour row), as the hourly chart takes them.
 std::array<std::int32_t, 24> HourTotals(const HourRows& hours);
@@ -64,11 +76,13 @@ class TableWriter {
 
   // Title and column headings, a row per weekday under its full name, and a
   // "Totals" row in the heading font with each column's sum (error 6 when a
-  // sum outgrows 32 bits).
+  // sum outgrows 32 bits). The rows go to the report's data as well, under
+  // the columns' headings.
   void WeekdayTable(std::string_view title, const WeekdayRows& days, std::span<const WeekdayColumn> columns);
   // Title and weekday headings with "Total", a row per hour 0..23, and with
   // totalsRow a "Totals" row in the heading font with the sum of every column
-  // (error 6 when a sum outgrows 32 bits).
+  // (error 6 when a sum outgrows 32 bits). The rows go to the report's data
+  // as well, under kHourTableFigures.
   void HourTable(std::string_view title, const HourRows& hours, bool totalsRow);
 
  private:

@@ -63,10 +63,10 @@ inline std::string LogOf(const std::vector<std::string>& lines) {
 // component draws nothing, as one whose bitmap never reaches the disk.
 class SpoolCapturingHost : public RecordingHost {
  public:
-  void ShowPreview(OrlPrinter& document) override {
+  void ShowPreview(OrlPrinter& document, const ReportData& data) override {
     SpoolReader reader(document.PrintFile());
     for (SpoolCommand command; reader.Next(command);) commands.push_back(command);
-    RecordingHost::ShowPreview(document);
+    RecordingHost::ShowPreview(document, data);
   }
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override {
     if (writeCharts) return RecordingHost::DrawBarChart(chart, bitmapFile);

@@ -167,7 +167,7 @@ TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
   ExpectTotalsAddUp(in, 7);
 
   // A kind without a tab of its own lists every call, as mode 0 does.
-  rig.Request().kind = 9;
+  rig.Request().kind = 10;
   EXPECT_EQ(ReadListing(rig.Run()).totalCalls, "7");
   EXPECT_EQ(rig.host.previews.back().title, "CALLER DETAIL REPORT");
 }

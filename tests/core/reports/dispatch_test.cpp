@@ -36,14 +36,14 @@ class SpoolHost : public RecordingHost {
     std::vector<SpoolCommand> records;
   };
 
-  void ShowPreview(OrlPrinter& document) override {
+  void ShowPreview(OrlPrinter& document, const ReportData& data) override {
     SpoolReader reader(document.PrintFile());
     Document kept{reader.Header(), {}};
     SpoolCommand command;
     while (reader.Next(command)) kept.records.push_back(command);
     documents.push_back(std::move(kept));
     if (form != nullptr) partialDuringReport.push_back(form->PartialMatch());
-    RecordingHost::ShowPreview(document);
+    RecordingHost::ShowPreview(document, data);
   }
 
   std::vector<Document> documents;
@@ -260,7 +260,8 @@ TEST(Dispatch, TitlesHourglassAndOutcomePerTab) {
       {kind::kCallHistory, false, "LOGGED CALLS DETAIL REPORT", {true, false}},
       {kind::kCallHistory, true, "LOGGED CALLS SUMMARY REPORT", {true, false}},
       {kind::kByLineNumber, false, "LINE DETAILS REPORT", {false}},
-      {9, false, "CALLER DETAIL REPORT", {false}},
+      {kind::kCallBacks, false, "CALL BACK REPORT", {true, false}},
+      {10, false, "CALLER DETAIL REPORT", {false}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.title + " " + std::to_string(c.tab));

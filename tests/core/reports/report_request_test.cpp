@@ -10,7 +10,8 @@ TEST(ReportRequestTest, TabCaptionsFollowTheEdition) {
   EXPECT_EQ(TabCaption(4, kEditionCallwarden), "Abandoned Calls");
   EXPECT_EQ(TabCaption(6, kEditionRingtally), "By Tel Number");
   EXPECT_EQ(TabCaption(0, kEditionRingtally), "");
-  EXPECT_EQ(TabCaption(9, kEditionRingtally), "");
+  EXPECT_EQ(TabCaption(9, kEditionRingtally), "Call Backs");
+  EXPECT_EQ(TabCaption(10, kEditionRingtally), "");
 }
 
 TEST(ReportRequestTest, LineChoiceListsEveryActiveLineUpToTheLargest) {
