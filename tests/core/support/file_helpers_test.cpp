@@ -139,11 +139,8 @@ TEST_F(FileHelpersTest, ReadWholeFileGivesEveryByte) {
   EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(PathOf("missing.log")); }), 53);
   EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(PathOf("missing/calls.log")); }), 53);
   EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(folder_.string()); }), 75);
-  try {
-    ReadWholeFile(PathOf("missing.log"));
-  } catch (const RuntimeError& error) {
-    EXPECT_NE(error.Description().find(PathOf("missing.log")), std::string::npos) << error.Description();
-  }
+  const std::string description = test::ErrorOf([&] { ReadWholeFile(PathOf("missing.log")); }).description;
+  EXPECT_NE(description.find(PathOf("missing.log")), std::string::npos) << description;
 }
 
 TEST_F(FileHelpersTest, WriteFileAtomicallyReplacesAndKeepsPermissions) {
@@ -180,11 +177,8 @@ TEST_F(FileHelpersTest, WriteFileAtomicallyFailsCleanly) {
     fs::permissions(PathOf("locked"), fs::perms::owner_all);
     EXPECT_TRUE(fs::is_empty(PathOf("locked")));
   }
-  try {
-    WriteFileAtomically(PathOf("missing/Reports.ini"), "x");
-  } catch (const RuntimeError& error) {
-    EXPECT_NE(error.Description().find("No such file or directory"), std::string::npos) << error.Description();
-  }
+  const std::string description = test::ErrorOf([&] { WriteFileAtomically(PathOf("missing/Reports.ini"), "x"); }).description;
+  EXPECT_NE(description.find("No such file or directory"), std::string::npos) << description;
 }
 
 }  // namespace
