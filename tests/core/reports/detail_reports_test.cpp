@@ -287,8 +287,7 @@ TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
   std::vector<std::string> rows;
   for (const std::string& line : testing::Lines(text)) {
     const std::vector<std::string> words = testing::Words(line);
-    if (words.size() >= 3 && words[words.size() - 3] == "5550001111") rows.push_back(words[0] + " " + words.end()[-2]);
-    if (words.size() >= 4 && words[words.size() - 3] == "5550002222") rows.push_back(words[0] + " " + words.end()[-2]);
+    if (words.size() >= 3 && words.end()[-3].starts_with("555000")) rows.push_back(words[0] + " " + words.end()[-2]);
   }
   EXPECT_EQ(rows, (std::vector<std::string>{"Jose 2", "Jos\xE9 2", "\x8A" "ARKA 2"})) << text;
 }
