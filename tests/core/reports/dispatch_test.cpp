@@ -222,6 +222,9 @@ TEST(Dispatch, TitlesHourglassAndOutcomePerTab) {
     EXPECT_TRUE(rig.host.messages.empty());
     ASSERT_NE(rig.form->Document(), nullptr);
     EXPECT_TRUE(rig.form->Document()->Title().starts_with(c.title)) << rig.form->Document()->Title();
+    if (!c.variant.empty()) {
+      EXPECT_EQ(rig.form->Document()->Title(), c.title);
+    }
     EXPECT_EQ(rig.host.previews.size(), c.variant.empty() ? 1u : 0u);
     for (const auto& preview : rig.host.previews) EXPECT_EQ(preview.title, rig.form->Document()->Title());
     EXPECT_EQ(rig.host.busyChanges, c.busy);
