@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "core/support/error_number.h"
 #include "data/oldest_log_date.h"
 #include "log_lines.h"
 #include "support/runtime_error.h"
@@ -60,33 +61,18 @@ TEST(LogBuffer, RotatingTheLogAfterLoadingChangesNothingRead) {
 
 TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {
   const std::string missing = (std::filesystem::temp_directory_path() / "cw_no_such_log.log").string();
-  try {
-    LogBuffer::Load(missing);
-    FAIL() << "a missing log was loaded";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kFileNotFound);
-    EXPECT_NE(error.Description().find(missing), std::string::npos) << error.Description();
-  }
-
   const std::string folder = std::filesystem::temp_directory_path().string();
-  try {
-    LogBuffer::Load(folder);
-    FAIL() << "a folder was loaded as a log";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-    EXPECT_NE(error.Description().find(folder), std::string::npos) << error.Description();
+  for (const auto& [file, number] : {std::pair{missing, err::kFileNotFound}, {folder, err::kPathFileAccess}}) {
+    const test::RaisedError error = test::ErrorOf([&] { LogBuffer::Load(file); });
+    EXPECT_EQ(error.number, number) << file;
+    EXPECT_NE(error.description.find(file), std::string::npos) << error.description;
   }
 
   // A named pipe in place of the log is refused at once rather than waited on.
   const std::string pipe = (std::filesystem::temp_directory_path() / "cw_data_test_pipe").string();
   std::filesystem::remove(pipe);
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  try {
-    LogBuffer::Load(pipe);
-    ADD_FAILURE() << "a pipe was loaded as a log";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { LogBuffer::Load(pipe); }), err::kPathFileAccess);
   std::filesystem::remove(pipe);
 }
 

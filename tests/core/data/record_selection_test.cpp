@@ -86,57 +86,52 @@ TEST(RecordSelection, FromDateIsTestedOnlyUntilThePeriodBegins) {
   EXPECT_EQ(Selected(log, Period(Day(1, 10), Day(1, 31))), (Names{"B", "C", "D"}));
 }
 
-TEST(RecordSelection, DirectionTest) {
-  const std::string log = Log({Call().Name("A").Direction("In"),
-                               Call().Name("B").Direction("Out"),
-                               Call().Name("C").Direction(""),
-                               Call().Name("D").Direction("In")});
-  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
-  criteria.direction = "In";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "D"}));
-  criteria.direction = "Out";
-  EXPECT_EQ(Selected(log, criteria), Names{"B"});
-  criteria.direction = "InOut";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
-  criteria.direction = "";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
-  criteria.direction = "in";  // the comparison is exact
-  EXPECT_EQ(Selected(log, criteria), Names{});
+// Searches of one kind over one log: the search text or direction, whether
+// partial, and the names found.
+struct SearchCase {
+  std::string text;
+  bool partial;
+  Names names;
+};
 
+void ExpectSearches(std::string_view log, SearchBy by, const std::vector<SearchCase>& cases) {
+  for (const SearchCase& c : cases) {
+    SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
+    if (by == SearchBy::kNone) {
+      criteria.direction = c.text;
+    } else {
+      criteria.search = by;
+      criteria.searchText = c.text;
+      criteria.partial = c.partial;
+    }
+    EXPECT_EQ(Selected(log, criteria), c.names) << '"' << c.text << '"' << (c.partial ? " partial" : "");
+  }
+}
+
+TEST(RecordSelection, DirectionTest) {
+  const std::string log = Log({Call().Name("A").Direction("In"), Call().Name("B").Direction("Out"),
+                               Call().Name("C").Direction(""), Call().Name("D").Direction("In")});
+  ExpectSearches(log, SearchBy::kNone,
+                 {{"In", false, {"A", "D"}}, {"Out", false, {"B"}}, {"InOut", false, {"A", "B", "C", "D"}},
+                  {"", false, {"A", "B", "C", "D"}}, {"in", false, {}}});  // the comparison is exact
   // The field is trimmed wherever the blanks stand; a choice with blanks of
   // its own matches nothing.
   const std::string padded = Log({Call().Name("A").Direction(" In"), Call().Name("B").Direction("In"),
                                   Call().Name("C").Direction(" I")});
-  criteria.direction = "In";
-  EXPECT_EQ(Selected(padded, criteria), (Names{"A", "B"}));
-  criteria.direction = "I";
-  EXPECT_EQ(Selected(padded, criteria), Names{"C"});
-  criteria.direction = " In";
-  EXPECT_EQ(Selected(padded, criteria), Names{});
+  ExpectSearches(padded, SearchBy::kNone, {{"In", false, {"A", "B"}}, {"I", false, {"C"}}, {" In", false, {}}});
   // A line that ends inside the direction columns.
   const std::string cut = Call().Name("D").Text().substr(0, 85) + "\r\n";
-  criteria.direction = "In";
-  EXPECT_EQ(Selected(cut, criteria), Names{"D"});
-  criteria.direction = "I";
-  EXPECT_EQ(Selected(cut, criteria), Names{});
+  ExpectSearches(cut, SearchBy::kNone, {{"In", false, {"D"}}, {"I", false, {}}});
 }
 
 TEST(RecordSelection, NameSearch) {
-  const std::string log = Log({Call().Name("Smith John"),
-                               Call().Name("SMITH JOHN"),
-                               Call().Name("Smithers Ann"),
+  const std::string log = Log({Call().Name("Smith John"), Call().Name("SMITH JOHN"), Call().Name("Smithers Ann"),
                                Call().Name("Jones Smith")});
-  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
-  criteria.search = SearchBy::kName;
-  criteria.searchText = "  smith john ";
-  EXPECT_EQ(Selected(log, criteria), (Names{"Smith John", "SMITH JOHN"}));
-  criteria.searchText = "SMITH";
-  EXPECT_EQ(Selected(log, criteria), Names{});
-  criteria.partial = true;
-  EXPECT_EQ(Selected(log, criteria), (Names{"Smith John", "SMITH JOHN", "Smithers Ann", "Jones Smith"}));
-  // A partial search keeps its blanks.
-  criteria.searchText = " smith";
-  EXPECT_EQ(Selected(log, criteria), Names{"Jones Smith"});
+  ExpectSearches(log, SearchBy::kName,
+                 {{"  smith john ", false, {"Smith John", "SMITH JOHN"}},
+                  {"SMITH", false, {}},
+                  {"SMITH", true, {"Smith John", "SMITH JOHN", "Smithers Ann", "Jones Smith"}},
+                  {" smith", true, {"Jones Smith"}}});  // a partial search keeps its blanks
 }
 
 TEST(RecordSelection, NameSearchFoldsAccentedLetters) {
@@ -187,57 +182,33 @@ TEST(RecordSelection, RecordsDatedWithNoCalendarDateAreToldWithTheirNumber) {
 }
 
 TEST(RecordSelection, NumberSearch) {
-  const std::string log = Log({Call().Number("(555) 123-4567").Name("A"),
-                               Call().Number("555-123-4567").Name("B"),
-                               Call().Number("5559990000").Name("C"),
-                               Call().Number("1 800 555 1234").Name("D"),
+  const std::string log = Log({Call().Number("(555) 123-4567").Name("A"), Call().Number("555-123-4567").Name("B"),
+                               Call().Number("5559990000").Name("C"), Call().Number("1 800 555 1234").Name("D"),
                                Call().Number("").Name("E")});
-  SelectionCriteria criteria = Period(Day(1, 1), Day(12, 31));
-  criteria.search = SearchBy::kNumber;
-  criteria.searchText = "5551234567";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B"}));
-  criteria.searchText = " 5559990000 , 5551234567,18005551234";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
-  // The search text loses the characters the field loses: a number written
-  // as the reports print it finds the same calls as its digits.
-  for (const char* written : {"555-123-4567", "(555) 123-4567", " ( 555 )123 - 4567 ", "5551234567,1 800 555 1234"}) {
-    SCOPED_TRACE(written);
-    criteria.searchText = written;
-    const Names expected = std::string_view(written).find(',') == std::string_view::npos ? Names{"A", "B"}
-                                                                                         : Names{"A", "B", "D"};
-    EXPECT_EQ(Selected(log, criteria), expected);
-  }
-  criteria.searchText = "555123";
-  EXPECT_EQ(Selected(log, criteria), Names{});
-  // Other characters stay: a dotted number is not these calls.
-  criteria.searchText = "555.123.4567";
-  EXPECT_EQ(Selected(log, criteria), Names{});
-  criteria.partial = true;
-  criteria.searchText = "555123";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "D"}));
-  criteria.searchText = "(555) 12";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "D"}));
-  criteria.searchText = "555";
-  EXPECT_EQ(Selected(log, criteria), (Names{"A", "B", "C", "D"}));
-  // Punctuation alone is no number: it must not match every call.
-  for (const char* punctuation : {"-", "()", " - "}) {
-    criteria.searchText = punctuation;
-    EXPECT_EQ(Selected(log, criteria), Names{}) << punctuation;
-  }
-
-  // A line that ends inside the number column has a shorter number.
-  const std::string cut = "01/15/2024 9:05AM  (555) 12\r\n";
-  criteria.partial = false;
-  criteria.searchText = "55512";
-  EXPECT_EQ(Selected(cut, criteria).size(), 1u);
-  // One that ends before it has none; its empty field is cleaned without
-  // touching memory (the sanitizer build checks the copy of nothing).
+  ExpectSearches(log, SearchBy::kNumber,
+                 {{"5551234567", false, {"A", "B"}},
+                  {" 5559990000 , 5551234567,18005551234", false, {"A", "B", "C", "D"}},
+                  // The search text loses the characters the field loses: a
+                  // number written as the reports print it finds the same calls.
+                  {"555-123-4567", false, {"A", "B"}},
+                  {"(555) 123-4567", false, {"A", "B"}},
+                  {" ( 555 )123 - 4567 ", false, {"A", "B"}},
+                  {"5551234567,1 800 555 1234", false, {"A", "B", "D"}},
+                  {"555123", false, {}},
+                  {"555.123.4567", false, {}},  // other characters stay
+                  {"555123", true, {"A", "B", "D"}},
+                  {"(555) 12", true, {"A", "B", "D"}},
+                  {"555", true, {"A", "B", "C", "D"}},
+                  // Punctuation alone is no number: it must not match every call.
+                  {"-", true, {}},
+                  {"()", true, {}},
+                  {" - ", true, {}}});
+  // A line that ends inside the number column has a shorter number; one that
+  // ends before it has none, and its empty field is cleaned without touching
+  // memory (the sanitizer build checks the copy of nothing).
+  ExpectSearches("01/15/2024 9:05AM  (555) 12\r\n", SearchBy::kNumber, {{"55512", false, {""}}});
   const std::string tooShort = "01/15/2024 9:05AM\r\n01/15/2024 9:05AM  5\r\n";
-  EXPECT_EQ(Selected(tooShort, criteria).size(), 0u);
-  criteria.partial = true;
-  criteria.searchText = "5";
-  EXPECT_EQ(Selected(tooShort, criteria).size(), 1u);
-  criteria.partial = false;
+  ExpectSearches(tooShort, SearchBy::kNumber, {{"55512", false, {}}, {"5", true, {""}}});
 
   EXPECT_EQ(CleanNumber(" (555) 123-4567 "), "5551234567");
   EXPECT_EQ(NumberSearchList("1, 2 ,,(3) 4-5"), (std::vector<std::string>{"1", "2", "", "345"}));

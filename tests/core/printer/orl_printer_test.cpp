@@ -4,8 +4,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <tuple>
+#include <algorithm>
 
+#include "core/support/error_number.h"
 #include "engine_test_rig.h"
 #include "printer/spool_format.h"
 #include "spool_test_files.h"
@@ -14,6 +15,7 @@
 namespace cw {
 namespace {
 
+using test::ErrorNumberOf;
 using testing::Bytes;
 using testing::DescribeSpool;
 using testing::ReadBytes;
@@ -34,6 +36,12 @@ class OrlPrinterTest : public ::testing::Test {
   void BeginInTwips() {
     document.BeginDoc();
     document.SetScaleMode(1);
+  }
+  // The automatic heading block in 10-point Arial.
+  void Headings() {
+    document.SetAutoHeadings(true);
+    document.SetAutoHeadingsFontName("Arial");
+    document.SetAutoHeadingsFontSize(10);
   }
 
   testing::TempFolder folder;
@@ -75,11 +83,11 @@ TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppendin
 
   const std::string bytes = ReadBytes(document.PrintFile());
   const SpoolHeader h = DecodeHeader(bytes.data());
-  EXPECT_EQ((std::tuple{h.orientation, h.scaleMode, h.spacing, h.autoHeadings, h.autoHeadingsFontName,
-                        h.autoHeadingsFontSize, h.autoHeadingsFontAttr, h.autoNewPage, h.title, h.subTitle}),
-            (std::tuple<std::int16_t, std::int16_t, double, bool, std::string, std::int16_t, std::int32_t, bool,
-                        std::string, std::string>{2, 1, 1.5, true, "Arial Narrow", 11, 5, true, "Call Detail",
-                                                  "Report Period: 11/01/2026 - 11/22/2026"}));
+  EXPECT_EQ((std::vector<double>{double(h.orientation), double(h.scaleMode), h.spacing, double(h.autoHeadings),
+                                 double(h.autoHeadingsFontSize), double(h.autoHeadingsFontAttr), double(h.autoNewPage)}),
+            (std::vector<double>{2, 1, 1.5, 1, 11, 5, 1}));
+  EXPECT_EQ((std::vector<std::string>{h.autoHeadingsFontName, h.title, h.subTitle}),
+            (std::vector<std::string>{"Arial Narrow", "Call Detail", "Report Period: 11/01/2026 - 11/22/2026"}));
   EXPECT_EQ(DescribeSpool(document.PrintFile()),
             (Lines{"1 TEXTOUT 0,0 first", "1 TEXTOUT 0,0 second", "1 ENDDOC"}));
 }
@@ -161,9 +169,7 @@ TEST_F(OrlPrinterTest, PagesBreakOnlyWhenYIsStrictlyBelowTheBottomLimit) {
 
 TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNewPage) {
   BeginInTwips();
-  document.SetAutoHeadings(true);
-  document.SetAutoHeadingsFontName("Arial");
-  document.SetAutoHeadingsFontSize(10);
+  Headings();
   document.SetTitle("Call Detail");          // 11 characters: 1320 twips
   document.SetSubTitle("  Report Period ");  // 16 characters: 1920 twips
   document.SetFont("Times New Roman", 9, 7);
@@ -196,9 +202,7 @@ TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNe
 
 TEST_F(OrlPrinterTest, TopMarginHoldsTheFirstLineDownIncludingTheHeading) {
   BeginInTwips();
-  document.SetAutoHeadings(true);
-  document.SetAutoHeadingsFontName("Arial");
-  document.SetAutoHeadingsFontSize(10);
+  Headings();
   document.SetTopMargin(1000);  // more than half an inch
   EXPECT_EQ(document.Y(), 1000);
   document.SetFont("Arial", 10, 0);
@@ -343,11 +347,8 @@ TEST_F(OrlPrinterTest, AnErrorTheDocumentTrapsIsShownOnceAndEndsTheDocument) {
     } else {
       document.TextOut(0, "written");
       document.EndDoc();
-      if (c.procedure == "TextOut") {
-        EXPECT_THROW(document.TextOut(0, "late"), RuntimeError);
-      } else {
-        EXPECT_THROW(document.SetFont("Arial", 9, 0), RuntimeError);
-      }
+      EXPECT_THROW(c.procedure == "TextOut" ? document.TextOut(0, "late") : document.SetFont("Arial", 9, 0),
+                   RuntimeError);
     }
     EXPECT_TRUE(document.Failed());
     ASSERT_EQ(rig.errors.size(), 1u);
@@ -356,23 +357,15 @@ TEST_F(OrlPrinterTest, AnErrorTheDocumentTrapsIsShownOnceAndEndsTheDocument) {
 
     // Every later call meets the same error again, without a box: the report
     // routine stops at the first of them.
-    const auto number = [](auto&& call) {
-      try {
-        call();
-      } catch (const RuntimeError& error) {
-        return error.Number();
-      }
-      return 0;
-    };
     const int first = c.procedure == "CheckNewPage" ? err::kSubscript : err::kBadFile;
-    EXPECT_EQ(number([&] { document.TextOut(0, "again"); }), first);
-    EXPECT_EQ(number([&] { document.SetFont("Arial", 9, 0); }), first);
-    EXPECT_EQ(number([&] { document.NewLine(); }), first);
-    EXPECT_EQ(number([&] { document.NewPage(); }), first);
-    EXPECT_EQ(number([&] { document.LineOut(0, 0, 1, 1); }), first);
-    EXPECT_EQ(number([&] { document.MemoOut(0, 1, "memo"); }), first);
-    EXPECT_EQ(number([&] { document.EndDoc(); }), first);
-    EXPECT_EQ(number([&] { document.PreviewReport(); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.TextOut(0, "again"); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.SetFont("Arial", 9, 0); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.NewLine(); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.NewPage(); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.LineOut(0, 0, 1, 1); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.MemoOut(0, 1, "memo"); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.EndDoc(); }), first);
+    EXPECT_EQ(ErrorNumberOf([&] { document.PreviewReport(); }), first);
     EXPECT_EQ(rig.errors.size(), 1u);
     document.DestroyReport();
   }
@@ -399,33 +392,21 @@ TEST_F(OrlPrinterTest, AnErrorTheDocumentTrapsIsShownOnceAndEndsTheDocument) {
 
   // Header properties need an open spool.
   OrlPrinter unopened(rig.Environment());
-  try {
-    unopened.SetTitle("too early");
-    ADD_FAILURE() << "a header property was set without a spool";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kBadFile);
-  }
+  EXPECT_EQ(ErrorNumberOf([&] { unopened.SetTitle("too early"); }), err::kBadFile);
 }
 
 TEST_F(OrlPrinterTest, AHeadingNeverBreaksThePageAgainWhateverTheMargins) {
   BeginInTwips();
   document.SetAutoNewPage(true);
-  document.SetAutoHeadings(true);
-  document.SetAutoHeadingsFontName("Arial");
-  document.SetAutoHeadingsFontSize(10);
+  Headings();
   document.SetBottomMargin(20000);  // the bottom limit lies above the page
   document.OnNewPage = [&](std::int16_t) { document.TextOut(0, "column headings"); };
   document.TextOut(0, "one");
   document.TextOut(0, "two");
   document.EndDoc();
-  int pages = 0;
-  int bodies = 0;
-  for (const std::string& line : DescribeSpool(document.PrintFile())) {
-    if (line.find("NEWPAGE") != std::string::npos) ++pages;
-    if (line.ends_with(" one") || line.ends_with(" two")) ++bodies;
-  }
-  EXPECT_EQ(pages, 2);
-  EXPECT_EQ(bodies, 2);
+  const Lines spool = DescribeSpool(document.PrintFile());
+  EXPECT_EQ(std::ranges::count_if(spool, [](const std::string& line) { return line.ends_with(" NEWPAGE"); }), 2);
+  EXPECT_EQ(std::ranges::count_if(spool, [](const std::string& l) { return l.ends_with(" one") || l.ends_with(" two"); }), 2);
   EXPECT_EQ(document.TotalPages(), 3);
 }
 
@@ -443,9 +424,10 @@ TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptS
   EXPECT_EQ(folder.Names().size(), 1u);
   answer = folder.File("report.txt");
   own.SaveReport();
-  EXPECT_EQ(ReadBytes(answer), std::string(13, ' ') + "Total");  // column 14
   own.SaveReport(folder.File("named.txt"));
-  EXPECT_EQ(ReadBytes(folder.File("named.txt")), std::string(13, ' ') + "Total");
+  for (const char* name : {"report.txt", "named.txt"}) {
+    EXPECT_EQ(ReadBytes(folder.File(name)), std::string(13, ' ') + "Total") << name;  // column 14
+  }
 
   const std::string spool = own.PrintFile();
   const std::string kept = folder.File("kept.spl");

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/support/error_number.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
 
@@ -108,18 +109,8 @@ TEST(SpoolReader, KeepsOnlyTheFirstThousandProblemsWordForWord) {
 
 TEST(SpoolReader, MissingOrUnreadableFilesAreErrors) {
   TempFolder folder;
-  try {
-    SpoolReader reader(folder.File("absent.spl"));
-    ADD_FAILURE() << "a missing spool opened";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kFileNotFound);
-  }
-  try {
-    SpoolReader reader(folder.Path());
-    ADD_FAILURE() << "a folder opened as a spool";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { SpoolReader reader(folder.File("absent.spl")); }), err::kFileNotFound);
+  EXPECT_EQ(test::ErrorNumberOf([&] { SpoolReader reader(folder.Path()); }), err::kPathFileAccess);
 }
 
 }  // namespace

@@ -69,8 +69,7 @@ TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
 TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
   const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
   ReplayOptions options;
-  options.fromPage = 2;
-  options.toPage = 2;
+  options.fromPage = options.toPage = 2;
   ReplaySpool(spool, device, options);
   // The font of page 1 is skipped with its page; the NEWPAGE of page 2 is the
   // range's last and starts nothing.
@@ -87,8 +86,7 @@ TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
 
   // A range that holds only an empty page starts no page either.
   device.calls.clear();
-  options.fromPage = 1;
-  options.toPage = 1;
+  options.fromPage = options.toPage = 1;
   ReplaySpool(Spool(SpoolBytes(DefaultHeader(),
                                {MakeFontRecord(1, "Arial", 9, false, false, false), MakePageRecord(1, spool::kNewPage),
                                 MakeTextRecord(2, 0, 0, "two"), MakePageRecord(2, spool::kEndDoc)})),
@@ -108,15 +106,8 @@ TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
   std::vector<std::pair<std::int64_t, std::int64_t>> progress;
   options.progress = [&](std::int64_t done, std::int64_t total) { progress.emplace_back(done, total); };
   ReplayResult result = ReplaySpool(spool, device, options);
-  const Calls copy{"BeginDocument 12240x15840 portrait",
-                   "BeginPage",
-                   "Text 1080,1260 p2",
-                   "Box 1080,2700 3960,5580",
-                   "EndPage",
-                   "BeginPage",
-                   "Image chart.bmp 1080,2700 4320x5760",
-                   "Text 1080,540 p3",
-                   "EndPage",
+  const Calls copy{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1080,1260 p2", "Box 1080,2700 3960,5580",
+                   "EndPage", "BeginPage", "Image chart.bmp 1080,2700 4320x5760", "Text 1080,540 p3", "EndPage",
                    "EndDocument"};
   Calls expected{"Title for copy 1"};
   expected.insert(expected.end(), copy.begin(), copy.end());
@@ -195,8 +186,7 @@ TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
   };
   int retries = 0;
   ReplayOptions retry;
-  retry.fromPage = 2;
-  retry.toPage = 2;
+  retry.fromPage = retry.toPage = 2;
   retry.onPrinterError = [&] { return ++retries == 1; };
   ReplayResult retried = ReplaySpool(spool, device, retry);
   EXPECT_FALSE(retried.printerFailed);
@@ -218,7 +208,7 @@ TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
     if (call == "Text 1440,1440 p2") throw RuntimeError(482, "Printer error");
   };
   retries = 0;
-  retry.onPrinterError = [&] { ++retries; return true; };
+  retry.onPrinterError = [&] { return ++retries > 0; };
   ReplayResult gone = ReplaySpool(spool, device, retry);
   EXPECT_TRUE(gone.printerFailed);
   EXPECT_EQ(retries, kPrinterStepRepeats + 1);

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "core/support/error_number.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
 
@@ -54,25 +55,15 @@ TEST(SpoolWriter, AFailedWriteIsReportedWhenItHappensAndAgainByClose) {
   const std::string path = folder.File("VPR5.tmp");
   testing::FileSizeLimit fullDisk(100 * kSpoolRecordSize);
   SpoolWriter writer(path, DefaultHeader());
-  bool reported = false;
-  try {
-    for (int i = 0; i < 2000; ++i) writer.Append(MakeTextRecord(1, 0, 0, "row"));
-  } catch (const RuntimeError& error) {
-    reported = true;
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-    EXPECT_NE(error.Description().find(path), std::string::npos) << error.Description();
-  }
-  EXPECT_TRUE(reported);
+  const test::RaisedError error =
+      test::ErrorOf([&] { for (int i = 0; i < 2000; ++i) writer.Append(MakeTextRecord(1, 0, 0, "row")); });
+  EXPECT_EQ(error.number, err::kPathFileAccess);
+  EXPECT_NE(error.description.find(path), std::string::npos) << error.description;
   // Later records are dropped quietly; Close tells again.
   writer.Append(MakeTextRecord(1, 0, 0, "dropped"));
   EXPECT_THROW(writer.Close(), RuntimeError);
   // Closed now: appending is a bad file number.
-  try {
-    writer.Append(MakeTextRecord(1, 0, 0, "late"));
-    ADD_FAILURE() << "append after Close did not fail";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kBadFile);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { writer.Append(MakeTextRecord(1, 0, 0, "late")); }), err::kBadFile);
 
   // A file that cannot take even the header fails where it is opened.
   if (::access("/dev/full", W_OK) == 0) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/support/error_number.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
 
@@ -107,24 +108,16 @@ TEST(TextExport, AFailedWriteLeavesNothingUnderTheTargetName) {
   {
     // Room for the spool, not for the text beside it.
     testing::FileSizeLimit fullDisk(100000);
-    try {
-      ExportSpoolToTextFile(spool, target);
-      ADD_FAILURE() << "the export did not report the full disk";
-    } catch (const RuntimeError& error) {
-      EXPECT_EQ(error.Number(), err::kPathFileAccess);
-      EXPECT_NE(error.Description().find(target), std::string::npos) << error.Description();
-    }
+    const test::RaisedError error = test::ErrorOf([&] { ExportSpoolToTextFile(spool, target); });
+    EXPECT_EQ(error.number, err::kPathFileAccess);
+    EXPECT_NE(error.description.find(target), std::string::npos) << error.description;
   }
   EXPECT_EQ(ReadBytes(target), "the previous report");
   EXPECT_EQ(folder.Names().size(), 2u);  // no temporary file left behind
 
   // A folder that does not exist, and a "folder" that is a file.
-  try {
-    ExportSpoolToTextFile(spool, folder.File("missing/report.txt"));
-    ADD_FAILURE() << "an export into a missing folder succeeded";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathNotFound);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { ExportSpoolToTextFile(spool, folder.File("missing/report.txt")); }),
+            err::kPathNotFound);
   EXPECT_THROW(ExportSpoolToTextFile(spool, target + "/report.txt"), RuntimeError);
   EXPECT_THROW(ExportSpoolToTextFile(spool, ""), RuntimeError);
   EXPECT_EQ(folder.Names().size(), 2u);

@@ -1,8 +1,7 @@
 #pragma once
-// What the daily-analysis and line-usage tests share: one report request over
-// a call log in a scratch folder that is also the "Path" folder, a host that
-// keeps the drawing commands too, the text export compared with an expected
-// file, and the values read back out of its rows.
+// What the report tests share: a report form over a call log in a scratch
+// folder, a host that keeps the spool too, the text export compared with an
+// expected file, the values read back out of its rows, and the error box.
 
 #include <gtest/gtest.h>
 
@@ -21,6 +20,7 @@
 #include "printer/spool_reader.h"
 #include "reports/report_form.h"
 #include "support/runtime_error.h"
+#include "support/text.h"
 #include "testing/memory_settings_store.h"
 #include "testing/recording_host.h"
 
@@ -58,14 +58,20 @@ inline std::string LogOf(const std::vector<std::string>& lines) {
   return text;
 }
 
-// A recording host that also keeps the drawing commands of every previewed
-// document, to see where a chart went. With writeCharts off its chart
-// component draws nothing, as one whose bitmap never reaches the disk.
+// A recording host that also keeps the spool of every previewed document, to
+// see where a chart went. With writeCharts off its chart component draws
+// nothing, as one whose bitmap never reaches the disk.
 class SpoolCapturingHost : public RecordingHost {
  public:
+  struct Document {
+    SpoolHeader header;
+    std::vector<SpoolCommand> records;
+  };
+
   void ShowPreview(OrlPrinter& document, const ReportData& data) override {
     SpoolReader reader(document.PrintFile());
-    for (SpoolCommand command; reader.Next(command);) commands.push_back(command);
+    documents.push_back({reader.Header(), {}});
+    for (SpoolCommand command; reader.Next(command);) documents.back().records.push_back(command);
     RecordingHost::ShowPreview(document, data);
   }
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override {
@@ -74,41 +80,53 @@ class SpoolCapturingHost : public RecordingHost {
     chartFiles.push_back(bitmapFile);
   }
 
+  // The records of that keyword in every previewed document.
   std::vector<SpoolCommand> Commands(SpoolKeyword keyword) const {
     std::vector<SpoolCommand> found;
-    for (const SpoolCommand& command : commands) {
-      if (command.keyword == keyword) found.push_back(command);
+    for (const Document& document : documents) {
+      for (const SpoolCommand& command : document.records) {
+        if (command.keyword == keyword) found.push_back(command);
+      }
     }
     return found;
   }
 
-  std::vector<SpoolCommand> commands;
+  std::vector<Document> documents;
   bool writeCharts = true;
 };
 
-struct AnalysisRig {
+// A report form over a call log in a scratch folder that is also its "Path"
+// and temporary folder. A host with a `form` member is given the form.
+template <typename Host = SpoolCapturingHost, typename Settings = MemorySettingsStore>
+struct BasicRig {
   TempFolder folder;
-  SpoolCapturingHost host;
+  Host host;
   FixedPitchMetrics metrics;
-  MemorySettingsStore settings;
+  Settings settings;
   std::unique_ptr<ReportForm> form;
 
-  AnalysisRig(std::string_view logText, std::int16_t reportKind, std::int16_t activeLines = 4) {
+  BasicRig(std::string_view logText, std::int16_t reportKind, std::int16_t activeLines = 4) {
     ReportEnvironment environment;
     environment.logPath = folder.Write("CallLog.txt", logText);
-    environment.pathFolder = folder.Path().string();
+    environment.pathFolder = environment.tempFolder = folder.Path().string();
     environment.activeLines = activeLines;
-    form = std::make_unique<ReportForm>(environment, host, metrics, settings);
-    form->Request().kind = reportKind;
-    form->Request().direction = "InOut";
+    Open(environment);
+    Request().kind = reportKind;
+    Request().direction = "InOut";
   }
 
+  void Open(const ReportEnvironment& environment) {
+    form = std::make_unique<ReportForm>(environment, host, metrics, settings);
+    if constexpr (requires { host.form = form.get(); }) host.form = form.get();
+  }
+
+  ReportRequest& Request() { return form->Request(); }
+  RequestOutcome Run() { return form->cmdPrintQuery_Click(); }
   RequestOutcome Run(std::string_view from, std::string_view to, bool chart = false) {
-    ReportRequest& request = form->Request();
-    request.fromDate = from;
-    request.toDate = to;
-    request.chart = chart;
-    return form->cmdPrintQuery_Click();
+    Request().fromDate = from;
+    Request().toDate = to;
+    Request().chart = chart;
+    return Run();
   }
 
   // The text export of the one document previewed.
@@ -119,6 +137,18 @@ struct AnalysisRig {
 
   std::string ChartFile() const { return folder.File("Chart.bmp"); }
 };
+using AnalysisRig = BasicRig<>;
+
+// The one box of a request: its text starts with head (error, procedure) and,
+// when a record is given, ends with that record trimmed.
+inline void ExpectOneBox(const RecordingHost& host, std::string_view head, std::string_view record = {}) {
+  ASSERT_EQ(host.messages.size(), 1u);
+  const std::string& text = host.messages[0].text;
+  EXPECT_TRUE(text.starts_with(head)) << text;
+  if (!record.empty()) {
+    EXPECT_TRUE(text.ends_with("\r\nProcessing: " + std::string(Trim(record)))) << text;
+  }
+}
 
 // The lines of a text export, without their line ends.
 inline std::vector<std::string> Lines(const std::string& text) {

@@ -17,8 +17,6 @@
 namespace cw {
 namespace {
 
-std::string DataPath(const std::string& name) { return std::string(CW_TEST_DATA_DIR) + "/reports/" + name; }
-
 std::string LogLine(std::string_view duration, std::string_view answered, std::string_view rings,
                     std::string_view direction = "In") {
   return testing::Call().Date("11/10/2026").Direction(std::string(direction)).Duration(std::string(duration))
@@ -75,36 +73,21 @@ void ExpectTotalsAddUp(const std::string& text, int rows) {
   EXPECT_EQ(Seconds(figures.totalDuration), figures.rowSeconds) << "Duration is the sum of the rows' minutes";
 }
 
-// A report form on a fixture log, asked for the first days of November 2026
-// in and out.
-struct DetailRig {
-  explicit DetailRig(const std::string& logPath) : form(Environment(logPath), host, metrics, settings) {
-    ReportRequest& request = form.Request();
-    request.fromDate = "11/01/2026";
-    request.toDate = "11/06/2026";
-    request.direction = "InOut";
+// A report form on a call log, asked for the first days of November 2026 in
+// and out.
+struct DetailRig : testing::AnalysisRig {
+  explicit DetailRig(std::string_view logText) : BasicRig(logText, kind::kCallHistory) {
+    Request().fromDate = "11/01/2026";
+    Request().toDate = "11/06/2026";
   }
-
-  static ReportEnvironment Environment(const std::string& logPath) {
-    ReportEnvironment environment;
-    environment.logPath = logPath;
-    environment.activeLines = 4;
-    return environment;
-  }
-
-  ReportRequest& Request() { return form.Request(); }
 
   // Runs the request; the text export of its document, or "" without one.
-  std::string Run() {
+  std::string RunText() {
     const std::size_t before = host.previews.size();
-    outcome = form.cmdPrintQuery_Click();
+    outcome = Run();
     return host.previews.size() > before ? host.previews.back().text : std::string();
   }
 
-  FixedPitchMetrics metrics;
-  testing::RecordingHost host;
-  testing::MemorySettingsStore settings;
-  ReportForm form;
   RequestOutcome outcome = RequestOutcome::kFailed;
 };
 
@@ -137,9 +120,7 @@ TEST(DetailRulesTest, AbandonedRulesBeyondTheListingFixture) {
       << "only \"Yes\" means answered";
 
   // Without "Calls Not Lasting" the duration is not looked at.
-  AbandonedFilter ringsOnly;
-  ringsOnly.ringCount = true;
-  ringsOnly.rings = "2";
+  const AbandonedFilter ringsOnly{false, "", true, "2", false, 0};
   EXPECT_TRUE(AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("0:59:59", "Yes", "2"))));
   EXPECT_EQ(testing::Outcome([&] {
               return AbandonedCallTest(ringsOnly, "In").IsAbandoned(CallRecord(LogLine("0:00:01", "No", "x")));
@@ -151,9 +132,8 @@ TEST(DetailRulesTest, AbandonedRulesBeyondTheListingFixture) {
 // Listings of every call
 
 TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
-  DetailRig rig(DataPath("detail-calls.log"));
-  rig.Request().kind = kind::kCallHistory;
-  const std::string inOut = rig.Run();
+  DetailRig rig(testing::ReportFixture("detail-calls.log"));
+  const std::string inOut = rig.RunText();
   testing::ExpectMatchesFixture(inOut, "detail-calls-inout.txt");
   ExpectTotalsAddUp(inOut, 9);
   EXPECT_EQ(rig.outcome, RequestOutcome::kProduced);
@@ -162,40 +142,39 @@ TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
   rig.Request().direction = "In";
   rig.Request().dtmf = true;
   rig.Request().columns = DetailColumnPositions(true);
-  const std::string in = rig.Run();
+  const std::string in = rig.RunText();
   testing::ExpectMatchesFixture(in, "detail-calls-in-dtmf.txt");
   ExpectTotalsAddUp(in, 7);
 
   // A kind without a tab of its own lists every call, as mode 0 does.
   rig.Request().kind = 10;
-  EXPECT_EQ(ReadListing(rig.Run()).totalCalls, "7");
+  EXPECT_EQ(ReadListing(rig.RunText()).totalCalls, "7");
   EXPECT_EQ(rig.host.previews.back().title, "CALLER DETAIL REPORT");
-}
 
-TEST(DetailListingTest, AnEmptyPeriodPrintsHeadingsAndZeroTotals) {
-  DetailRig rig(DataPath("detail-calls.log"));
+  // An empty period prints the headings and zero totals.
   rig.Request().kind = kind::kCallHistory;
+  rig.Request().direction = "InOut";
+  rig.Request().dtmf = false;
+  rig.Request().columns = DetailColumnPositions(false);
   rig.Request().fromDate = "11/07/2026";
   rig.Request().toDate = "11/08/2026";
-  const std::string text = rig.Run();
-  testing::ExpectMatchesFixture(text, "detail-calls-empty.txt");
-  ExpectTotalsAddUp(text, 0);
+  const std::string empty = rig.RunText();
+  testing::ExpectMatchesFixture(empty, "detail-calls-empty.txt");
+  ExpectTotalsAddUp(empty, 0);
 }
 
 TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
   // Enough calls to fill a page and some; one of these counts leaves room
   // for the labels but not for their figures.
-  testing::TempFolder folder;
   for (int calls = 52; calls <= 64; ++calls) {
     std::string text;
     for (int k = 0; k < calls; ++k) {
       const std::string minute = (k % 60 < 10 ? "0" : "") + std::to_string(k % 60);
       text += testing::Call().Date("11/02/2026").Time((k < 60 ? "09:" : "10:") + minute + "AM").Duration("0:01:00").Text() + "\r\n";
     }
-    DetailRig rig(folder.Write("CallLog.txt", text));
-    rig.Request().kind = kind::kCallHistory;
+    DetailRig rig(text);
     rig.Request().direction = "In";
-    const std::string exported = rig.Run();
+    const std::string exported = rig.RunText();
     ASSERT_FALSE(exported.empty()) << (rig.host.messages.empty() ? "" : rig.host.messages[0].text);
     ExpectTotalsAddUp(exported, calls);
     const std::size_t label = exported.find("Total Calls");
@@ -228,15 +207,15 @@ TEST(CallerListingTest, ByNameOrNumberExactOrPartial) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.search + (c.partial ? " partial" : ""));
-    DetailRig rig(DataPath("detail-calls.log"));
+    DetailRig rig(testing::ReportFixture("detail-calls.log"));
     rig.Request().kind = c.tab;
     rig.Request().searchText = c.search;
     rig.Request().partial = c.partial;
-    const std::string text = rig.Run();
+    const std::string text = rig.RunText();
     ExpectTotalsAddUp(text, c.rows);
     if (!c.fixture.empty()) testing::ExpectMatchesFixture(text, c.fixture + ".txt");
     for (const auto& [listed, held] : c.listed) EXPECT_EQ(text.find(listed) != std::string::npos, held) << listed;
-    EXPECT_FALSE(rig.form.PartialMatch());
+    EXPECT_FALSE(rig.form->PartialMatch());
   }
 }
 
@@ -244,18 +223,13 @@ TEST(CallerListingTest, ByNameOrNumberExactOrPartial) {
 // Abandoned calls
 
 TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
-  DetailRig rig(DataPath("detail-abandoned.log"));
+  DetailRig rig(testing::ReportFixture("detail-abandoned.log"));
   ReportRequest& request = rig.Request();
   request.kind = kind::kAbandonedCalls;
-  request.fromDate = "11/10/2026";
-  request.toDate = "11/10/2026";
+  request.fromDate = request.toDate = "11/10/2026";
   request.direction = "In";
-  request.abandoned.unanswered = true;
-  request.abandoned.ringCount = true;
-  request.abandoned.rings = "3";
-  request.abandoned.notLasting = true;
-  request.abandoned.seconds = "30";
-  const std::string in = rig.Run();
+  request.abandoned = {true, "30", true, "3", true, 0};
+  const std::string in = rig.RunText();
   testing::ExpectMatchesFixture(in, "detail-abandoned-in.txt");
   EXPECT_EQ(rig.host.previews.back().title, "ABANDONED CALLS DETAIL REPORT");
   EXPECT_EQ(ReadListing(in).rows, 4);
@@ -263,12 +237,12 @@ TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
 
   // Out and InOut: the answer and the rings are not looked at.
   request.direction = "Out";
-  const std::string out = rig.Run();
+  const std::string out = rig.RunText();
   EXPECT_EQ(ReadListing(out).rows, 1);
   EXPECT_NE(out.find("OUT ANSWERED"), std::string::npos);
   EXPECT_EQ(AbandonedFigures(out), "1 of 2  (50%)");
   request.direction = "InOut";
-  const std::string both = rig.Run();
+  const std::string both = rig.RunText();
   EXPECT_EQ(ReadListing(both).rows, 8);
   EXPECT_EQ(AbandonedFigures(both), "8 of 10  (80%)");
   EXPECT_EQ(both.find("LASTED THE LIMIT"), std::string::npos);
@@ -276,7 +250,7 @@ TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
 
   // No call in the period: nothing considered, 0 %.
   request.fromDate = request.toDate = "11/11/2026";
-  const std::string none = rig.Run();
+  const std::string none = rig.RunText();
   EXPECT_EQ(ReadListing(none).rows, 0);
   EXPECT_EQ(AbandonedFigures(none), "0 of 0  (0%)");
 }
@@ -285,14 +259,13 @@ TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
 // Condensed history
 
 TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
-  DetailRig rig(DataPath("detail-calls.log"));
-  rig.Request().kind = kind::kCallHistory;
+  DetailRig rig(testing::ReportFixture("detail-calls.log"));
   rig.Request().chart = true;
   // SMITH JOHN at (555) 123-4567 and Smith John at 555-123-4567 are one
   // caller; SMITH JOHNNY at 5551234567 is another; rows by name, then number.
-  testing::ExpectMatchesFixture(rig.Run(), "detail-condensed.txt");
+  testing::ExpectMatchesFixture(rig.RunText(), "detail-condensed.txt");
   rig.Request().fromDate = rig.Request().toDate = "11/07/2026";
-  const ListingFigures empty = ReadListing(rig.Run());
+  const ListingFigures empty = ReadListing(rig.RunText());
   EXPECT_EQ(empty.totalCalls, "0");
   EXPECT_EQ(empty.totalDuration, "0:00:00");
 }
@@ -300,7 +273,6 @@ TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
 TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
   // "Jos\xE9" and "JOS\xC9" are one caller, as "Jose" and "JOSE" are; the
   // accent still tells Jose from Jos\xE9.
-  testing::TempFolder folder;
   const std::string log = testing::LogOf({
       testing::Call().Date("11/02/2026").Name("Jos\xE9").Number("5550001111"),
       testing::Call().Date("11/02/2026").Name("JOS\xC9").Number("5550001111"),
@@ -309,15 +281,13 @@ TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
       testing::Call().Date("11/04/2026").Name("\x8A" "ARKA \x8C" "E").Number("5550002222"),
       testing::Call().Date("11/04/2026").Name("\x9A" "arka \x9C" "e").Number("5550002222"),
   });
-  DetailRig rig(folder.Write("CallLog.txt", log));
-  rig.Request().kind = kind::kCallHistory;
+  DetailRig rig(log);
   rig.Request().chart = true;
-  const std::string text = rig.Run();
+  const std::string text = rig.RunText();
   std::vector<std::string> rows;
   for (const std::string& line : testing::Lines(text)) {
     const std::vector<std::string> words = testing::Words(line);
-    if (words.size() >= 3 && words[words.size() - 3] == "5550001111") rows.push_back(words[0] + " " + words.end()[-2]);
-    if (words.size() >= 4 && words[words.size() - 3] == "5550002222") rows.push_back(words[0] + " " + words.end()[-2]);
+    if (words.size() >= 3 && words.end()[-3].starts_with("555000")) rows.push_back(words[0] + " " + words.end()[-2]);
   }
   EXPECT_EQ(rows, (std::vector<std::string>{"Jose 2", "Jos\xE9 2", "\x8A" "ARKA 2"})) << text;
 }
@@ -326,16 +296,16 @@ TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
 // Line listing
 
 TEST(LineListingTest, OneLineOrAllLinesEachOnItsOwnPages) {
-  DetailRig rig(DataPath("detail-calls.log"));
+  DetailRig rig(testing::ReportFixture("detail-calls.log"));
   rig.Request().kind = kind::kByLineNumber;
   rig.Request().lines.lines = {2};
-  const std::string one = rig.Run();
+  const std::string one = rig.RunText();
   testing::ExpectMatchesFixture(one, "detail-lines-one.txt");
   ExpectTotalsAddUp(one, 3);
   EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Line 2)");
 
   rig.Request().lines.allLines = true;
-  const std::string all = rig.Run();
+  const std::string all = rig.RunText();
   testing::ExpectMatchesFixture(all, "detail-lines-all.txt");
   EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Lines 1-4)");
   EXPECT_EQ(rig.host.previews.back().totalPages, 4);
@@ -373,10 +343,10 @@ TEST(DetailErrorTest, RefusedOrFailedRequestsShowOneBoxAndNoPreview) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.log);
-    DetailRig rig(DataPath(c.log));
+    DetailRig rig(testing::ReportFixture(c.log));
     rig.Request().kind = c.tab;
     rig.Request().lines.lines = c.lines;
-    EXPECT_EQ(rig.Run(), "");
+    EXPECT_EQ(rig.RunText(), "");
     EXPECT_EQ(rig.outcome, c.outcome);
     ASSERT_EQ(rig.host.messages.size(), 1u);
     EXPECT_EQ(rig.host.messages[0].title, c.title);

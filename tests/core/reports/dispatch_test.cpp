@@ -4,19 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "analysis_rig.h"
 #include "core/data/log_lines.h"
-#include "testing/temp_folder.h"
-#include "printer/fixed_pitch_metrics.h"
-#include "printer/spool_reader.h"
 #include "reports/get_history.h"
-#include "reports/report_form.h"
-#include "testing/memory_settings_store.h"
-#include "testing/recording_host.h"
 
 namespace cw {
 namespace {
@@ -27,26 +20,13 @@ using testing::MemorySettingsStore;
 using testing::RecordingHost;
 using testing::TempFolder;
 
-// Keeps the spool of every previewed document, record by record, and what
-// the form's partial-match flag was while the report ran.
-class SpoolHost : public RecordingHost {
+// Also writes down what the form's partial-match flag was while a report ran.
+class SpoolHost : public testing::SpoolCapturingHost {
  public:
-  struct Document {
-    SpoolHeader header;
-    std::vector<SpoolCommand> records;
-  };
-
   void ShowPreview(OrlPrinter& document, const ReportData& data) override {
-    SpoolReader reader(document.PrintFile());
-    Document kept{reader.Header(), {}};
-    SpoolCommand command;
-    while (reader.Next(command)) kept.records.push_back(command);
-    documents.push_back(std::move(kept));
     if (form != nullptr) partialDuringReport.push_back(form->PartialMatch());
-    RecordingHost::ShowPreview(document, data);
+    SpoolCapturingHost::ShowPreview(document, data);
   }
-
-  std::vector<Document> documents;
   const ReportForm* form = nullptr;
   std::vector<bool> partialDuringReport;
 };
@@ -67,45 +47,25 @@ std::vector<Call> NinetyCalls() {
   std::vector<Call> calls;
   for (int i = 1; i <= 90; ++i) {
     const std::string n = std::to_string(1000 + i).substr(1);
-    calls.push_back(Call()
-                        .Date("01/15/2026")
-                        .Name("CALLER " + n)
-                        .Number("(555) 100-0" + n)
-                        .Answered("No")
-                        .Rings("2")
-                        .Duration("0:00:05"));
+    calls.push_back(Call().Date("01/15/2026").Name("CALLER " + n).Number("(555) 100-0" + n).Answered("No").Rings("2").Duration("0:00:05"));
   }
   return calls;
 }
 
-struct Rig {
-  explicit Rig(const std::vector<Call>& calls = {Call().Date("01/15/2026")}, std::int16_t activeLines = 2) {
-    ReportEnvironment environment;
-    environment.edition = std::string(kEditionRingtally);
-    environment.logPath = folder.Write("CallLog.txt", LogOf(calls));
-    environment.pathFolder = folder.Path().string();
-    environment.tempFolder = folder.Path().string();
-    environment.activeLines = activeLines;
-    form = std::make_unique<ReportForm>(environment, host, metrics, settings);
-    host.form = form.get();
-    ReportRequest& request = form->Request();
-    request.fromDate = "01/01/2026";
-    request.toDate = "01/31/2026";
-    request.direction = "InOut";
+// A request for January 2026 in and out, of the default kind unless told.
+struct Rig : testing::BasicRig<SpoolHost, OrderedSettingsStore> {
+  explicit Rig(const std::vector<Call>& calls = {Call().Date("01/15/2026")}, std::int16_t activeLines = 2)
+      : BasicRig(LogOf(calls), kind::kDailyCallStatistics, activeLines) {
+    Request().fromDate = "01/01/2026";
+    Request().toDate = "01/31/2026";
   }
-
-  ReportRequest& Request() { return form->Request(); }
-  RequestOutcome Run() { return form->cmdPrintQuery_Click(); }
-
-  TempFolder folder;
-  SpoolHost host;
-  OrderedSettingsStore settings;
-  FixedPitchMetrics metrics;
-  std::unique_ptr<ReportForm> form;
 };
 
-void ExpectMessage(const RecordingHost::Message& message, std::string_view title, std::string_view text,
-                   MessageIcon icon, MessageButtons buttons = MessageButtons::kOk) {
+// The request showed this one message.
+void ExpectMessage(const RecordingHost& host, std::string_view title, std::string_view text, MessageIcon icon,
+                   MessageButtons buttons = MessageButtons::kOk) {
+  ASSERT_EQ(host.messages.size(), 1u);
+  const RecordingHost::Message& message = host.messages[0];
   EXPECT_EQ(message.title, title);
   EXPECT_EQ(message.text, text);
   EXPECT_EQ(message.icon, icon);
@@ -119,13 +79,10 @@ TEST(Dispatch, RefusesIncompleteRequestsInOrderWithTheirMessages) {
     Rig rig;
     ReportEnvironment environment;
     environment.logPath = rig.folder.File("gone.txt");
-    rig.form = std::make_unique<ReportForm>(environment, rig.host, rig.metrics, rig.settings);
-    rig.host.form = rig.form.get();
-    rig.Request().fromDate = "";
-    rig.Request().toDate = "";
+    rig.Open(environment);
+    rig.Request().fromDate = rig.Request().toDate = "";
     EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
-    ASSERT_EQ(rig.host.messages.size(), 1u);
-    ExpectMessage(rig.host.messages[0], "Cannot Find the Call Logs File",
+    ExpectMessage(rig.host, "Cannot Find the Call Logs File",
                   "If you are using a shared log then please make sure the file exists and reset the path to the "
                   "proper log folder.",
                   MessageIcon::kCritical);
@@ -138,8 +95,7 @@ TEST(Dispatch, RefusesIncompleteRequestsInOrderWithTheirMessages) {
     rig.Request().toDate = "";
     rig.Request().kind = kind::kAbandonedCalls;
     EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
-    ASSERT_EQ(rig.host.messages.size(), 1u);
-    ExpectMessage(rig.host.messages[0], "", "Missing Start Date", MessageIcon::kCritical);
+    ExpectMessage(rig.host, "", "Missing Start Date", MessageIcon::kCritical);
     EXPECT_TRUE(rig.settings.saved.empty());
   }
   {
@@ -147,33 +103,28 @@ TEST(Dispatch, RefusesIncompleteRequestsInOrderWithTheirMessages) {
     Rig rig;
     rig.Request().toDate = "";
     EXPECT_EQ(rig.Run(), RequestOutcome::kFailed);
-    ASSERT_EQ(rig.host.messages.size(), 1u);
+    testing::ExpectOneBox(rig.host, "Error 13 Type mismatch\r\nin Form fReport procedure cmdPrintQuery_Click.\r\n"
+                                    "The error Occurred at line: ");
     EXPECT_EQ(rig.host.messages[0].title, "Error");
-    EXPECT_TRUE(rig.host.messages[0].text.starts_with(
-        "Error 13 Type mismatch\r\nin Form fReport procedure cmdPrintQuery_Click.\r\nThe error Occurred at line: "))
-        << rig.host.messages[0].text;
     EXPECT_TRUE(rig.host.previews.empty());
     EXPECT_EQ(rig.form->Document(), nullptr);
   }
-  {
-    // Missing search text on the two search tabs; the document of the
-    // previous request stays the current one.
-    Rig rig;
-    rig.Request().kind = kind::kCallHistory;
-    ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-    OrlPrinter* previous = rig.form->Document();
-    for (const auto& [tab, text] : {std::pair{kind::kByName, "Please Enter a Name"},
-                                    std::pair{kind::kByTelNumber, "Please Enter a Number"}}) {
-      rig.host.messages.clear();
-      rig.Request().kind = tab;
-      rig.Request().searchText = "  ";
-      EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
-      ASSERT_EQ(rig.host.messages.size(), 1u);
-      ExpectMessage(rig.host.messages[0], "Missing Search Criteria", text, MessageIcon::kExclamation);
-      EXPECT_EQ(rig.form->Document(), previous);
-    }
-    EXPECT_EQ(rig.host.previews.size(), 1u);
+  // Missing search text on the two search tabs; the document of the
+  // previous request stays the current one.
+  Rig rig;
+  rig.Request().kind = kind::kCallHistory;
+  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  OrlPrinter* previous = rig.form->Document();
+  for (const auto& [tab, text] : {std::pair{kind::kByName, "Please Enter a Name"},
+                                  std::pair{kind::kByTelNumber, "Please Enter a Number"}}) {
+    rig.host.messages.clear();
+    rig.Request().kind = tab;
+    rig.Request().searchText = "  ";
+    EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
+    ExpectMessage(rig.host, "Missing Search Criteria", text, MessageIcon::kExclamation);
+    EXPECT_EQ(rig.form->Document(), previous);
   }
+  EXPECT_EQ(rig.host.previews.size(), 1u);
 }
 
 TEST(Dispatch, AbandonedFilterChecksAndTheSettingsTheyStore) {
@@ -206,17 +157,11 @@ TEST(Dispatch, AbandonedFilterChecksAndTheSettingsTheyStore) {
     SCOPED_TRACE(c.seconds + "|" + c.rings);
     Rig rig;
     rig.Request().kind = kind::kAbandonedCalls;
-    AbandonedFilter& filter = rig.Request().abandoned;
-    filter.notLasting = c.notLasting;
-    filter.seconds = c.seconds;
-    filter.ringCount = c.ringCount;
-    filter.rings = c.rings;
-    filter.unanswered = c.unanswered;
+    rig.Request().abandoned = {c.notLasting, c.seconds, c.ringCount, c.rings, c.unanswered, 0};
     const RequestOutcome outcome = rig.Run();
     if (!c.title.empty()) {
       EXPECT_EQ(outcome, RequestOutcome::kRefused);
-      ASSERT_EQ(rig.host.messages.size(), 1u);
-      ExpectMessage(rig.host.messages[0], c.title, c.text, MessageIcon::kCritical);
+      ExpectMessage(rig.host, c.title, c.text, MessageIcon::kCritical);
       EXPECT_TRUE(rig.settings.saved.empty());
       EXPECT_TRUE(rig.host.previews.empty());
       continue;
@@ -250,6 +195,7 @@ TEST(Dispatch, TitlesHourglassAndOutcomePerTab) {
     bool chart;
     std::string title;
     std::vector<bool> busy;
+    std::string variant = "";
   };
   const Case cases[] = {
       {kind::kDailyCallStatistics, false, "DAILY CALL ANALYSIS REPORT", {true, false}},
@@ -262,40 +208,34 @@ TEST(Dispatch, TitlesHourglassAndOutcomePerTab) {
       {kind::kByLineNumber, false, "LINE DETAILS REPORT", {false}},
       {kind::kCallBacks, false, "CALL BACK REPORT", {true, false}},
       {10, false, "CALLER DETAIL REPORT", {false}},
+      // A busy variant that names no report sets the title and prints nothing.
+      {kind::kAllLinesBusy, false, "ALL LINES BUSY REPORT", {true, false}, "Occurrences"},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.title + " " + std::to_string(c.tab));
+    SCOPED_TRACE(c.title + " " + std::to_string(c.tab) + " " + c.variant);
     Rig rig;
     rig.Request().kind = c.tab;
     rig.Request().chart = c.chart;
+    if (!c.variant.empty()) rig.Request().variant = c.variant;
     rig.Request().searchText = c.tab == kind::kByName ? "SMITH JOHN" : "5551234567";
     rig.Request().lines = {false, {1}};
-    EXPECT_EQ(rig.Run(), RequestOutcome::kProduced);
+    EXPECT_EQ(rig.Run(), c.variant.empty() ? RequestOutcome::kProduced : RequestOutcome::kRefused);
     EXPECT_TRUE(rig.host.messages.empty());
-    ASSERT_EQ(rig.host.previews.size(), 1u);
-    EXPECT_TRUE(rig.host.previews[0].title.starts_with(c.title)) << rig.host.previews[0].title;
-    EXPECT_EQ(rig.host.busyChanges, c.busy);
-  }
-  {
-    // A busy variant that names no report sets the title and prints nothing.
-    Rig rig;
-    rig.Request().kind = kind::kAllLinesBusy;
-    rig.Request().variant = "Occurrences";
-    EXPECT_EQ(rig.Run(), RequestOutcome::kRefused);
-    EXPECT_TRUE(rig.host.messages.empty());
-    EXPECT_TRUE(rig.host.previews.empty());
     ASSERT_NE(rig.form->Document(), nullptr);
-    EXPECT_EQ(rig.form->Document()->Title(), "ALL LINES BUSY REPORT");
-    EXPECT_EQ(rig.host.busyChanges, (std::vector<bool>{true, false}));
+    EXPECT_TRUE(rig.form->Document()->Title().starts_with(c.title)) << rig.form->Document()->Title();
+    if (!c.variant.empty()) {
+      EXPECT_EQ(rig.form->Document()->Title(), c.title);
+    }
+    EXPECT_EQ(rig.host.previews.size(), c.variant.empty() ? 1u : 0u);
+    for (const auto& preview : rig.host.previews) EXPECT_EQ(preview.title, rig.form->Document()->Title());
+    EXPECT_EQ(rig.host.busyChanges, c.busy);
   }
 }
 
 TEST(Dispatch, DocumentConfiguration) {
   Rig rig;
   rig.Request().kind = kind::kCallHistory;
-  rig.Request().fromDate = "01/05/2026";
-  rig.Request().toDate = "02/10/2026";
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
+  ASSERT_EQ(rig.Run("01/05/2026", "02/10/2026"), RequestOutcome::kProduced);
   ASSERT_EQ(rig.host.documents.size(), 1u);
   const SpoolHeader& header = rig.host.documents[0].header;
   // Inches, portrait, single spacing, the 10-point bold Arial heading block.
@@ -319,8 +259,7 @@ TEST(Dispatch, DocumentConfiguration) {
   tall.host.screen = {19200, 34200};
   tall.Request().kind = kind::kCallHistory;
   EXPECT_EQ(tall.Run(), RequestOutcome::kFailed);
-  ASSERT_EQ(tall.host.messages.size(), 1u);
-  EXPECT_TRUE(tall.host.messages[0].text.starts_with("Error 6 Overflow\r\nin Form fReport procedure cmdPrintQuery_Click."));
+  testing::ExpectOneBox(tall.host, "Error 6 Overflow\r\nin Form fReport procedure cmdPrintQuery_Click.");
   EXPECT_TRUE(tall.host.previews.empty());
   EXPECT_EQ(tall.form->Document(), nullptr);
 }
@@ -362,8 +301,7 @@ TEST(Dispatch, PrinterErrorAlwaysAnswersRetry) {
     bool retry = false;
     rig.form->OnPrinterError(retry);
     EXPECT_TRUE(retry);
-    ASSERT_EQ(rig.host.messages.size(), 1u);
-    ExpectMessage(rig.host.messages[0], "Printer Error", "THE PRINTER IS NOT READY OR NO PRINTER IS INSTALLED.",
+    ExpectMessage(rig.host, "Printer Error", "THE PRINTER IS NOT READY OR NO PRINTER IS INSTALLED.",
                   MessageIcon::kCritical, MessageButtons::kRetryCancel);
   }
 }
@@ -441,8 +379,7 @@ TEST(PageHeadings, RepeatedOnEveryPageUnderTheDoubleRule) {
     request.searchText = c.search;
     request.chart = c.chart;
     request.variant = c.variant;
-    request.partial = true;
-    request.abandoned.unanswered = true;
+    request.partial = request.abandoned.unanswered = true;
     request.direction = "In";
     request.lines = {false, {1}};
     ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
@@ -478,22 +415,16 @@ TEST(GetHistory, BuildsTheInAndOutHistoryOverTheWholeLog) {
   Rig rig({Call().Date("03/02/2025").Number("555-123-4567"), Call().Date("11/20/2026").Number("(555) 123-4567"),
            Call().Date("11/21/2026").Number("555-999-0000")});
   rig.host.today = CivilDate::FromYmd(2026, 11, 22);
-  rig.Request().kind = kind::kDailyCallStatistics;
-  rig.Request().partial = true;
-  rig.Request().chart = true;
+  rig.Request().partial = rig.Request().chart = true;
   rig.settings.values[{"Vorn Ringtally", "Reports", "DTMF"}] = "1";
 
   EXPECT_EQ(GetHistory(*rig.form, rig.host, rig.settings, "5551234567"), RequestOutcome::kProduced);
-  const ReportRequest& request = rig.Request();
-  EXPECT_EQ(request.fromDate, "03/02/2025");
-  EXPECT_EQ(request.toDate, "11/22/2026");
-  EXPECT_EQ(request.kind, kind::kByTelNumber);
-  EXPECT_EQ(request.direction, "InOut");
-  EXPECT_FALSE(request.partial);
-  EXPECT_FALSE(request.chart);
-  EXPECT_TRUE(request.dtmf);
-  EXPECT_EQ(request.columns, DetailColumnPositions(true));
-  EXPECT_EQ(request.searchText, "5551234567");
+  const ReportRequest& r = rig.Request();
+  EXPECT_EQ((std::vector<std::string>{r.fromDate, r.toDate, r.direction, r.searchText}),
+            (std::vector<std::string>{"03/02/2025", "11/22/2026", "InOut", "5551234567"}));
+  EXPECT_EQ(r.kind, kind::kByTelNumber);
+  EXPECT_EQ((std::vector<bool>{r.partial, r.chart, r.dtmf}), (std::vector<bool>{false, false, true}));
+  EXPECT_EQ(r.columns, DetailColumnPositions(true));
   ASSERT_EQ(rig.host.previews.size(), 1u);
   EXPECT_EQ(rig.host.previews[0].title, "CALLER DETAIL REPORT");
   // Both spellings of the number, and not the other caller.
@@ -529,11 +460,10 @@ TEST(GetHistory, StartDateAndControlsFromTheLogAndTheHardware) {
     environment.hardwareType = hardware;
     ReportRequest request;
     const HistoryControls controls = BuildHistoryRequest(request, "1", environment, settings, today, {});
-    EXPECT_FALSE(controls.directionOptionsEnabled);
     EXPECT_EQ(request.direction, "InOut");
     EXPECT_EQ(controls.searchLabel, "Number");
-    EXPECT_TRUE(controls.partialEnabled);
-    EXPECT_FALSE(controls.chartEnabled);
+    EXPECT_EQ((std::vector<bool>{controls.directionOptionsEnabled, controls.partialEnabled, controls.chartEnabled}),
+              (std::vector<bool>{false, true, false}));
   }
 }
 

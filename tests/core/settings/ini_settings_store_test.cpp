@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "core/support/error_number.h"
 #include "settings/edition.h"
 #include "support/runtime_error.h"
 #include "testing/temp_folder.h"
@@ -89,33 +90,19 @@ TEST(IniSettingsStore, UnreadableOrOddFilesGiveDefaultsAndAreNotReplaced) {
   std::filesystem::create_directory(temp.File("folder.ini"));
   IniSettingsStore folderStore(SettingsLocation{temp.File("folder.ini"), {}});
   EXPECT_EQ(folderStore.Get("x", "Reports", "LastTab", "1"), "1");
-  try {
-    folderStore.Save("x", "Reports", "LastTab", "2");
-    FAIL() << "a folder was taken for a settings file";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { folderStore.Save("x", "Reports", "LastTab", "2"); }), err::kPathFileAccess);
   EXPECT_TRUE(std::filesystem::is_directory(temp.File("folder.ini")));
 
   // A folder that cannot be made because a file stands in its way.
   temp.Write("plain", "x");
   IniSettingsStore blocked(SettingsLocation{{}, temp.File("plain/cfg")});
-  try {
-    blocked.Save("x", "Reports", "LastTab", "2");
-    FAIL() << "made a folder under a file";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-    EXPECT_NE(error.Description().find("plain"), std::string::npos) << error.Description();
-  }
+  const test::RaisedError error = test::ErrorOf([&] { blocked.Save("x", "Reports", "LastTab", "2"); });
+  EXPECT_EQ(error.number, err::kPathFileAccess);
+  EXPECT_NE(error.description.find("plain"), std::string::npos) << error.description;
 
   IniSettingsStore nowhere(SettingsLocation{});
   EXPECT_EQ(nowhere.Get("x", "Reports", "Logs", "d"), "d");
-  try {
-    nowhere.Save("x", "Reports", "Logs", "v");
-    FAIL() << "saved without a location";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathNotFound);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { nowhere.Save("x", "Reports", "Logs", "v"); }), err::kPathNotFound);
 
   if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
   const std::string locked = temp.Write("locked.ini", "[Reports]\nLastTab=7\n");
@@ -134,25 +121,16 @@ TEST(IniSettingsStore, FailedSaveLeavesThePreviousFileWhole) {
   const std::string file = temp.Write("ro/s.ini", "[Reports]\nLastTab=7\nPath=/p\n");
   ::chmod(temp.File("ro").c_str(), 0500);
   IniSettingsStore store(SettingsLocation{file, {}});
-  try {
-    store.Save("x", "Reports", "LastTab", "2");
-    FAIL() << "saved into a read-only folder";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-    EXPECT_NE(error.Description().find("s.ini"), std::string::npos) << error.Description();
-  }
+  const test::RaisedError error = test::ErrorOf([&] { store.Save("x", "Reports", "LastTab", "2"); });
+  EXPECT_EQ(error.number, err::kPathFileAccess);
+  EXPECT_NE(error.description.find("s.ini"), std::string::npos) << error.description;
   EXPECT_EQ(store.Get("x", "Reports", "LastTab", "1"), "7");
   ::chmod(temp.File("ro").c_str(), 0700);
   EXPECT_EQ(testing::ReadBytes(file), "[Reports]\nLastTab=7\nPath=/p\n");
 
   ::chmod(temp.Path().c_str(), 0500);
   IniSettingsStore noFolder(SettingsLocation{{}, temp.File("sub/cfg")});
-  try {
-    noFolder.Save("x", "Reports", "LastTab", "2");
-    FAIL() << "made a folder inside a read-only folder";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPermissionDenied);
-  }
+  EXPECT_EQ(test::ErrorNumberOf([&] { noFolder.Save("x", "Reports", "LastTab", "2"); }), err::kPermissionDenied);
 }
 
 TEST(IniSettingsStore, LinkedFileIsWrittenThroughTheLink) {

@@ -5,6 +5,7 @@
 #include <tuple>
 #include <vector>
 
+#include "core/support/error_number.h"
 #include "settings/settings_store.h"
 #include "testing/memory_settings_store.h"
 #include "settings/settings_values.h"
@@ -58,12 +59,7 @@ TEST(SettingValues, LastTabAndFlags) {
   for (const char* yes : {"1", "-1", " True "}) EXPECT_TRUE(SettingIsTrue(yes)) << yes;
   for (const char* no : {"0", "FALSE"}) EXPECT_FALSE(SettingIsTrue(no)) << no;
   for (const char* bad : {"", "yes", "on"}) {
-    try {
-      SettingIsTrue(bad);
-      ADD_FAILURE() << "converted: " << bad;
-    } catch (const RuntimeError& error) {
-      EXPECT_EQ(error.Number(), err::kTypeMismatch);
-    }
+    EXPECT_EQ(test::ErrorNumberOf([&] { SettingIsTrue(bad); }), err::kTypeMismatch) << bad;
   }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
-// The number of the runtime error a call raises, so that tables of bad inputs
-// can state the expected error beside each input.
+// The runtime error a call raises, so that tables of bad inputs can state the
+// expected error beside each input.
+
+#include <string>
 
 #include "support/runtime_error.h"
 
@@ -15,6 +17,24 @@ int ErrorNumberOf(Call&& call) {
     return error.Number();
   }
   return 0;
+}
+
+// The number (0 when the call returns normally), the description and the
+// record being processed of the error a call raises.
+struct RaisedError {
+  int number = 0;
+  std::string description;
+  std::string processing;
+};
+
+template <typename Call>
+RaisedError ErrorOf(Call&& call) {
+  try {
+    call();
+  } catch (const RuntimeError& error) {
+    return {error.Number(), std::string(error.Description()), std::string(error.Processing())};
+  }
+  return {};
 }
 
 }  // namespace cw::test

@@ -17,6 +17,11 @@ cFastCat WithPageSize(std::int32_t bytes) {
   return builder;
 }
 
+// The value, the current page and the position in it.
+std::string State(const cFastCat& builder) {
+  return builder.Value() + "|" + std::to_string(builder.CurrentPage()) + "|" + std::to_string(builder.PagePos());
+}
+
 TEST(FastCatTest, AppendsWithinAPageJoinExactly) {
   cFastCat builder = WithPageSize(100);
   builder.Append("abc");
@@ -25,25 +30,19 @@ TEST(FastCatTest, AppendsWithinAPageJoinExactly) {
   EXPECT_EQ(builder.LengthB(), 12);
   builder.Append("defgh");
   builder.Append("");
-  EXPECT_EQ(builder.Value(), "abcdefgh");
-  EXPECT_EQ(builder.CurrentPage(), 0);
-  EXPECT_EQ(builder.PagePos(), 16);
+  EXPECT_EQ(State(builder), "abcdefgh|0|16");
   EXPECT_EQ(builder.Capacity(), 100);
 
   cFastCat exact = WithPageSize(8);
   exact.Append("abcd");
-  EXPECT_EQ(exact.Value(), "abcd");
-  EXPECT_EQ(exact.CurrentPage(), 0);
-  EXPECT_EQ(exact.PagePos(), 8);
+  EXPECT_EQ(State(exact), "abcd|0|8");
 }
 
 TEST(FastCatTest, SpillRepeatsPartOfTheTextAndLosesAsMuch) {
   cFastCat builder = WithPageSize(8);
   builder.Append("abc");
   builder.Append("defgh");
-  EXPECT_EQ(builder.Value(), "abcddefg");
-  EXPECT_EQ(builder.CurrentPage(), 1);
-  EXPECT_EQ(builder.PagePos(), 8);
+  EXPECT_EQ(State(builder), "abcddefg|1|8");
   EXPECT_EQ(builder.Length(), 12);  // 8 / 2 characters of page 0, plus 8 bytes
   EXPECT_EQ(builder.LengthB(), 24);
   EXPECT_EQ(builder.Capacity(), 16);
@@ -52,16 +51,13 @@ TEST(FastCatTest, SpillRepeatsPartOfTheTextAndLosesAsMuch) {
   // start of the text: K and L are lost, I and J repeated.
   cFastCat long_tail = WithPageSize(20);
   long_tail.Append("ABCDEFGHIJKL");
-  EXPECT_EQ(long_tail.Value(), "ABCDEFGHIJIJ");
-  EXPECT_EQ(long_tail.PagePos(), 4);
+  EXPECT_EQ(State(long_tail), "ABCDEFGHIJIJ|1|4");
 
   // A page filled to the last byte spills nothing twice.
   cFastCat full = WithPageSize(8);
   full.Append("abcd");
   full.Append("ef");
-  EXPECT_EQ(full.Value(), "abcdef");
-  EXPECT_EQ(full.CurrentPage(), 1);
-  EXPECT_EQ(full.PagePos(), 4);
+  EXPECT_EQ(State(full), "abcdef|1|4");
 }
 
 TEST(FastCatTest, ASpillCrossesOneBoundaryAndCutsTheRest) {
@@ -69,9 +65,7 @@ TEST(FastCatTest, ASpillCrossesOneBoundaryAndCutsTheRest) {
   builder.Append("abcdefgh");
   // Page 1 takes what fits of the tail; the position still moves by the
   // whole remainder, so the value ends in blanks.
-  EXPECT_EQ(builder.CurrentPage(), 1);
-  EXPECT_EQ(builder.PagePos(), 12);
-  EXPECT_EQ(builder.Value(), "abab    ");
+  EXPECT_EQ(State(builder), "abab    |1|12");
   EXPECT_EQ(builder.Length(), 14);
 }
 
@@ -118,8 +112,7 @@ TEST(FastCatTest, RunningOutOfPageSlotsIsSubscriptOutOfRange) {
   builder.Append("cd");
   EXPECT_EQ(builder.Value(), "abcd");
   EXPECT_EQ(ErrorNumberOf([&] { builder.Append("e"); }), 9);
-  EXPECT_EQ(builder.Value(), "abcd");
-  EXPECT_EQ(builder.CurrentPage(), 1);
+  EXPECT_EQ(State(builder), "abcd|1|4");
 
   builder.SetPageCount(3);
   builder.Append("ef");
