@@ -33,12 +33,13 @@ std::string CommandLine(const QStringList& arguments) {
   return cw::Utf8ToWin1252(arguments.mid(1).join(QLatin1Char(' ')).toStdString());
 }
 
-// The help beside the program (the build tree), or where it is installed.
+// The help beside the program (the build tree), or in the data folder of the
+// prefix the program is installed under.
 std::string HelpFile() {
   const QString programFolder = QCoreApplication::applicationDirPath();
   const QStringList candidates = {
       programFolder + QStringLiteral("/help/index.html"),
-      programFolder + QStringLiteral("/../share/callwarden-reports/help/index.html"),
+      programFolder + QStringLiteral("/" CW_DATA_FROM_PROGRAM "/help/index.html"),
   };
   for (const QString& candidate : candidates) {
     if (QFileInfo::exists(candidate)) return QDir::cleanPath(candidate).toStdString();
