@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <string>
 
+#include "cw_build_version.h"
 #include "forms/desktop_command_line.h"
 #include "forms/desktop_report_host.h"
 #include "forms/report_form_window.h"
@@ -65,7 +66,7 @@ int main(int argc, char* argv[]) {
     return std::fflush(stdout) == 0 && !std::ferror(stdout) ? 0 : 1;
   }
   if (command.action == cw::DesktopAction::kVersion) {
-    std::fputs("callwarden-reports " CW_VERSION "\n", stdout);
+    std::fputs("callwarden-reports " CW_BUILD_VERSION "\n", stdout);
     return std::fflush(stdout) == 0 && !std::ferror(stdout) ? 0 : 1;
   }
   if (command.action == cw::DesktopAction::kRefuse) {
@@ -75,7 +76,7 @@ int main(int argc, char* argv[]) {
 
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("callwarden-reports"));
-  QApplication::setApplicationVersion(QStringLiteral(CW_VERSION));
+  QApplication::setApplicationVersion(QStringLiteral(CW_BUILD_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("callwarden-reports"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/callwarden-reports.png")));
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "cli/dump_command.h"
+#include "cw_build_version.h"
 #include "cli/export_command.h"
 #include "cli/log_summary_command.h"
 #include "cli/report_command.h"
@@ -69,6 +70,10 @@ void HoldClosedStandardStreams() {
 }
 
 int RunCommand(int argc, char** argv) {
+  if (argc == 2 && std::string_view(argv[1]) == "--version") {
+    std::cout << "cwreport " CW_BUILD_VERSION "\n";
+    return 0;
+  }
   if (argc >= 2) {
     const std::vector<std::string> args(argv + 2, argv + argc);
     if (std::string_view(argv[1]) == "help") return RunHelp(args, std::cout, std::cerr);
