@@ -29,21 +29,26 @@ complete -p cwreport >/dev/null || { echo "the completion is not registered for 
 failures=0
 # expect "REPLIES" WORD... : completes the last WORD after the others.
 expect() {
-  local expected=$1
+  local expected=${1//$'\n'/ }
   shift
   COMP_WORDS=(cwreport "$@")
   COMP_CWORD=$#
   COMPREPLY=()
   _cwreport
-  local got
-  got=$(printf '%s\n' "${COMPREPLY[@]}" | sort | paste -sd ' ')
-  # "\ " is a blank within one reply.
-  expected=$(printf '%s' "$expected" | sed 's/\\ /\x01/g' | tr -s ' ' '\n' | sed 's/\x01/\\ /g' | sed '/^$/d' |
-    sort | paste -sd ' ')
-  if [[ $got != "$expected" ]]; then
+  # The replies as a set; "\ " is a blank within one expected reply.
+  local -a wanted
+  read -r -a wanted <<<"${expected//\\ /$'\x01'}"
+  local -A got=()
+  local reply same=1
+  for reply in "${COMPREPLY[@]}"; do got[$reply]=1; done
+  [[ ${#got[@]} -eq ${#COMPREPLY[@]} && ${#got[@]} -eq ${#wanted[@]} ]] || same=""
+  for reply in "${wanted[@]}"; do
+    [[ -n ${got[${reply//$'\x01'/\\ }]+set} ]] || same=""
+  done
+  if [[ -z $same ]]; then
     echo "FAIL: cwreport $*<TAB>"
     echo "  expected: $expected"
-    echo "  got:      $got"
+    echo "  got:      ${COMPREPLY[*]}"
     failures=$((failures + 1))
   fi
 }
