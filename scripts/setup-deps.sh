@@ -24,8 +24,8 @@ packages=(
   # printing tests: a CUPS scheduler with a PDF queue (scripts/start-cups-pdf.sh)
   cups cups-client printer-driver-cups-pdf
   # packaging (./cw package and its tests): the .deb's library dependencies
-  # (dpkg-shlibdeps), its checks, and the AppStream validator
-  dpkg-dev fakeroot lintian appstream
+  # (dpkg-shlibdeps) and build flags, its checks, and the AppStream validator
+  dpkg-dev lintian appstream
 )
 
 missing=()

@@ -54,6 +54,9 @@ for file in usr/bin/cwreport usr/bin/callwarden-reports \
   usr/share/doc/callwarden-reports/copyright usr/share/doc/callwarden-reports/changelog.gz; do
   [ -f "$root/$file" ] || fail "the package has no /$file"
 done
+# A new project version needs its entry in data/debian/changelog.
+zcat "$root/usr/share/doc/callwarden-reports/changelog.gz" | head -1 | grep -q "^callwarden-reports ($version)" ||
+  fail "data/debian/changelog does not start with an entry for $version"
 outside=$(cd "$root" && find . -mindepth 1 -maxdepth 1 ! -name usr)
 [ -z "$outside" ] || fail "the package puts files outside /usr: $outside"
 # The installed program finds its help by the path from its folder.
