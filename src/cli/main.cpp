@@ -13,11 +13,11 @@
 #include <vector>
 
 #include "cli/dump_command.h"
-#include "cw_build_version.h"
 #include "cli/export_command.h"
 #include "cli/log_summary_command.h"
 #include "cli/report_command.h"
 #include "cli/report_options.h"
+#include "cw_build_version.h"
 #include "support/temporary_files.h"
 
 namespace {
