@@ -4,6 +4,8 @@
 #   ./cw test   install what is missing, build, run every test (and again under
 #               AddressSanitizer + UndefinedBehaviorSanitizer)
 #   ./cw build  build only;  ./cw bench  build and run the benchmarks
+#   ./cw package  build the Debian package build-package/callwarden-reports_<version>_<arch>.deb
+#               (with Debian's hardening flags) and check it with lintian
 #   ./cw fuzz [SECONDS]  build the fuzz targets with clang and run each for
 #               SECONDS (default 60) under ASan + UBSan; crash inputs are kept
 #               under tests/fuzz/crashes/<target>/
@@ -52,13 +54,17 @@ case "${1:-run}" in
     scripts/setup-deps.sh
     build build
     ;;
+  package)
+    scripts/setup-deps.sh
+    scripts/build-package.sh
+    ;;
   bench)
     scripts/setup-deps.sh
     build build -DCMAKE_BUILD_TYPE=Release
     scripts/run-bench.sh "$root/build" "${@:2}"
     ;;
   *)
-    echo "usage: ./cw run|test|build|bench|fuzz [SECONDS]" >&2
+    echo "usage: ./cw run|test|build|package|bench|fuzz [SECONDS]" >&2
     exit 2
     ;;
 esac

@@ -23,6 +23,9 @@ packages=(
   poppler-utils mawk xvfb xauth
   # printing tests: a CUPS scheduler with a PDF queue (scripts/start-cups-pdf.sh)
   cups cups-client printer-driver-cups-pdf
+  # packaging (./cw package and its tests): the .deb's library dependencies
+  # (dpkg-shlibdeps) and build flags, its checks, and the AppStream validator
+  dpkg-dev lintian appstream
 )
 
 missing=()

@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <string>
 
+#include "cw_build_version.h"
 #include "forms/desktop_command_line.h"
 #include "forms/desktop_report_host.h"
 #include "forms/report_form_window.h"
@@ -33,12 +34,13 @@ std::string CommandLine(const QStringList& arguments) {
   return cw::Utf8ToWin1252(arguments.mid(1).join(QLatin1Char(' ')).toStdString());
 }
 
-// The help beside the program (the build tree), or where it is installed.
+// The help beside the program (the build tree), or in the data folder of the
+// prefix the program is installed under.
 std::string HelpFile() {
   const QString programFolder = QCoreApplication::applicationDirPath();
   const QStringList candidates = {
       programFolder + QStringLiteral("/help/index.html"),
-      programFolder + QStringLiteral("/../share/callwarden-reports/help/index.html"),
+      programFolder + QStringLiteral("/" CW_DATA_FROM_PROGRAM "/help/index.html"),
   };
   for (const QString& candidate : candidates) {
     if (QFileInfo::exists(candidate)) return QDir::cleanPath(candidate).toStdString();
@@ -64,7 +66,7 @@ int main(int argc, char* argv[]) {
     return std::fflush(stdout) == 0 && !std::ferror(stdout) ? 0 : 1;
   }
   if (command.action == cw::DesktopAction::kVersion) {
-    std::fputs("callwarden-reports " CW_VERSION "\n", stdout);
+    std::fputs("callwarden-reports " CW_BUILD_VERSION "\n", stdout);
     return std::fflush(stdout) == 0 && !std::ferror(stdout) ? 0 : 1;
   }
   if (command.action == cw::DesktopAction::kRefuse) {
@@ -74,7 +76,7 @@ int main(int argc, char* argv[]) {
 
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("callwarden-reports"));
-  QApplication::setApplicationVersion(QStringLiteral(CW_VERSION));
+  QApplication::setApplicationVersion(QStringLiteral(CW_BUILD_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("callwarden-reports"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/callwarden-reports.png")));
 

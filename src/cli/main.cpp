@@ -17,6 +17,7 @@
 #include "cli/log_summary_command.h"
 #include "cli/report_command.h"
 #include "cli/report_options.h"
+#include "cw_build_version.h"
 #include "support/temporary_files.h"
 
 namespace {
@@ -69,6 +70,10 @@ void HoldClosedStandardStreams() {
 }
 
 int RunCommand(int argc, char** argv) {
+  if (argc == 2 && std::string_view(argv[1]) == "--version") {
+    std::cout << "cwreport " CW_BUILD_VERSION "\n";
+    return 0;
+  }
   if (argc >= 2) {
     const std::vector<std::string> args(argv + 2, argv + argc);
     if (std::string_view(argv[1]) == "help") return RunHelp(args, std::cout, std::cerr);

@@ -216,6 +216,7 @@ std::string ReportHelp() {
          "       cwreport dump SPOOL                      print a spool file's records, one per line\n"
          "       cwreport export SPOOL [OUTPUTS]          replay a kept spool\n"
          "       cwreport help [SUBCOMMAND]               this text, or a subcommand's\n"
+         "       cwreport --version                       the program's version\n"
          "\n"
          "Request options:\n" +
          OptionHelp(kRequestOptions) +

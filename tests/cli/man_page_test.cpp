@@ -1,0 +1,173 @@
+// The manual pages against the programs' own help: every option the help
+// lists is in the page, under the same subcommand, and the page lists none
+// that the help does not. Each difference is named, so that the page can be
+// brought up to date from the failure alone.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "run_cwreport.h"
+
+namespace cw::testing {
+namespace {
+
+using Options = std::set<std::string>;
+// Options by scope: "" for the program's own (cwreport: the report request),
+// else the subcommand's name.
+using ScopedOptions = std::map<std::string, Options>;
+
+const std::regex kOption("--[a-z0-9][a-z0-9-]*");
+
+std::string FirstOption(const std::string& text) {
+  std::smatch match;
+  return std::regex_search(text, match, kOption) ? match.str() : "";
+}
+
+// The options a page defines: the tag of every .TP paragraph that starts
+// with one, under OPTIONS for the program itself and under the .SS
+// "cwreport NAME ..." heading of a subcommand in SUBCOMMANDS. Every
+// subcommand heading gets its scope, with options or without.
+ScopedOptions PageOptions(const std::string& page) {
+  ScopedOptions scoped;
+  std::istringstream lines(std::regex_replace(page, std::regex(R"(\\-)"), "-"));
+  std::string section;
+  std::string scope;
+  bool tagFollows = false;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind(".SH", 0) == 0) {
+      section = line.substr(3);
+      section.erase(std::remove(section.begin(), section.end(), '"'), section.end());
+      section.erase(0, section.find_first_not_of(' '));
+      scope.clear();
+      if (section == "OPTIONS") scoped[scope];
+    } else if (line.rfind(".SS", 0) == 0 && section == "SUBCOMMANDS") {
+      std::smatch match;
+      scope = std::regex_search(line, match, std::regex(R"(cwreport ([a-z][a-z0-9-]*))")) ? match[1].str() : line;
+      scoped[scope];
+    } else if (line.rfind(".TP", 0) == 0) {
+      tagFollows = true;
+      continue;
+    } else if (tagFollows && (section == "OPTIONS" || section == "SUBCOMMANDS")) {
+      if (const std::string option = FirstOption(line); !option.empty()) scoped[scope].insert(option);
+    }
+    tagFollows = false;
+  }
+  return scoped;
+}
+
+// The options of a help text: the lines "  --name ..." of its option lists.
+Options HelpOptionLines(const std::string& help) {
+  Options options;
+  std::istringstream lines(help);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind("  --", 0) == 0) options.insert(FirstOption(line));
+  }
+  return options;
+}
+
+std::string HelpOf(const std::string& command) {
+  int status = -1;
+  const std::string out = RunShell(command + " 2>&1", &status);
+  EXPECT_EQ(status, 0) << command << ":\n" << out;
+  return out;
+}
+
+// cwreport's options by scope, as its help tells them: the report request's
+// from "cwreport --help" (with the options of its usage lines, and --help,
+// which every subcommand takes and the page tells once), each subcommand's
+// from "cwreport help NAME"; the subcommands are those of the usage lines.
+ScopedOptions CwreportHelpOptions(const std::string& program) {
+  const std::string help = HelpOf(Quote(program) + " --help");
+  ScopedOptions scoped;
+  Options& request = scoped[""];
+  request = HelpOptionLines(help);
+  request.insert("--help");
+  const std::string usage = help.substr(0, help.find("\n\n"));
+  std::istringstream lines(usage);
+  for (std::string line; std::getline(lines, line);) {
+    for (std::sregex_iterator it(line.begin(), line.end(), kOption), end; it != end; ++it) request.insert(it->str());
+    std::smatch match;
+    if (!std::regex_search(line, match, std::regex(R"(cwreport ([a-z][a-z0-9-]*))"))) continue;
+    const std::string subcommand = match[1];
+    scoped[subcommand] =
+        subcommand == "help" ? Options{} : HelpOptionLines(HelpOf(Quote(program) + " help " + subcommand));
+  }
+  return scoped;
+}
+
+std::string ScopeName(const std::string& program, const std::string& scope) {
+  return scope.empty() ? program : program + " " + scope;
+}
+
+void ExpectSameOptions(const std::string& program, const std::string& pageName, const ScopedOptions& help,
+                       const ScopedOptions& page) {
+  for (const auto& [scope, options] : help) {
+    const auto inPage = page.find(scope);
+    if (inPage == page.end()) {
+      ADD_FAILURE() << pageName << " has no .SS \"" << ScopeName(program, scope)
+                    << " ...\" under SUBCOMMANDS, a subcommand that " << program << " --help names";
+      continue;
+    }
+    for (const std::string& option : options) {
+      if (!inPage->second.count(option)) {
+        ADD_FAILURE() << pageName << " lacks " << option << " of " << ScopeName(program, scope)
+                      << ", which the help lists";
+      }
+    }
+    for (const std::string& option : inPage->second) {
+      if (!options.count(option)) {
+        ADD_FAILURE() << pageName << " lists " << option << " under " << ScopeName(program, scope)
+                      << ", which the help does not";
+      }
+    }
+  }
+  for (const auto& [scope, options] : page) {
+    if (!help.count(scope)) {
+      ADD_FAILURE() << pageName << " tells of the subcommand " << ScopeName(program, scope) << ", which "
+                    << program << " --help does not name";
+    }
+  }
+}
+
+TEST(ManPage, CwreportListsTheOptionsOfItsHelp) {
+  const ScopedOptions help = CwreportHelpOptions(CW_BINARY_DIR "/src/cli/cwreport");
+  // A parser that found nothing would agree with any page.
+  ASSERT_GE(help.at("").size(), 30u);
+  ASSERT_TRUE(help.count("log-summary") && help.count("export"));
+  ExpectSameOptions("cwreport", "data/man/cwreport.1", help, PageOptions(ReadFile(CW_SOURCE_DIR "/data/man/cwreport.1")));
+}
+
+TEST(ManPage, DesktopProgramListsTheOptionsOfItsHelp) {
+  if (!std::filesystem::exists(CW_BINARY_DIR "/src/app/callwarden-reports")) {
+    GTEST_SKIP() << "the desktop program is not part of this build";
+  }
+  const Options help = HelpOptionLines(HelpOf(Quote(CW_BINARY_DIR "/src/app/callwarden-reports") + " --help"));
+  ASSERT_EQ(help, (Options{"--help", "--version"}));
+  ExpectSameOptions("callwarden-reports", "data/man/callwarden-reports.1", {{"", help}},
+                    PageOptions(ReadFile(CW_SOURCE_DIR "/data/man/callwarden-reports.1")));
+}
+
+// The page parser itself, on the shapes the pages use: a switch, an option
+// with a value, an option after a subcommand heading, a tag that is no
+// option, and options outside the compared sections.
+TEST(ManPage, PageParserReadsTagsBySection) {
+  const std::string page =
+      ".SH SYNOPSIS\n.B cwreport \\-\\-version\n"
+      ".SH OPTIONS\n.SS \"Request options\"\n.TP\n.B \\-\\-chart\nAdds \\-\\-nothing.\n"
+      ".TP\n.BI \\-\\-log \" FILE\"\n.TP\n.BR \\-\\-help \", \" \\-h\n"
+      ".SH SUBCOMMANDS\n.SS \"cwreport dump SPOOL\"\nText.\n"
+      ".SS \"cwreport log\\-summary [OPTIONS]\"\n.TP\n.BI \\-\\-today \" DATE\"\n"
+      ".SH \"EXIT STATUS\"\n.TP\n.B 0\n.SH ENVIRONMENT\n.TP\n.B \\-\\-other\n";
+  const ScopedOptions expected = {
+      {"", {"--chart", "--log", "--help"}}, {"dump", {}}, {"log-summary", {"--today"}}};
+  EXPECT_EQ(PageOptions(page), expected);
+}
+
+}  // namespace
+}  // namespace cw::testing
