@@ -36,13 +36,11 @@ TEST_F(LogSummary, FindsTheLogThroughTheSettingsOrRefuses) {
   const ProgramRun viaSettings =
       Cwreport("log-summary --settings " + Quote(settings) + " --edition 'Callwarden MultiLine'");
   EXPECT_EQ(viaSettings.status, 0) << viaSettings.err;
-  EXPECT_NE(viaSettings.out.find("Oldest date: 12/31/2025\n"), std::string::npos) << viaSettings.out;
+  EXPECT_THAT(viaSettings.out, HasSubstr("Oldest date: 12/31/2025\n"));
 
   const ProgramRun missing = Cwreport("log-summary --log " + Quote(Path("none.txt")));
   EXPECT_EQ(missing.status, 2);
-  EXPECT_NE(missing.err.find("Cannot Find the Call Logs File: " + Path("none.txt") + " (from --log)"),
-            std::string::npos)
-      << missing.err;
+  EXPECT_THAT(missing.err, HasSubstr("Cannot Find the Call Logs File: " + Path("none.txt") + " (from --log)"));
 
   EXPECT_EQ(Cwreport("log-summary --log").status, 2);
   EXPECT_EQ(Cwreport("log-summary --today 13/45/x --log " + Quote(log)).status, 2);

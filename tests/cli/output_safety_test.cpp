@@ -25,33 +25,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kJanuary = "--from 01/01/2026 --to 01/31/2026";
+const std::string kMuller = "--report name --search 'M\xDCLLER ANNA'" + kJanuary;
 
-std::string Program() {
-  const char* fromEnvironment = std::getenv("CWREPORT");
-  return fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
-}
-
-std::string JanuaryLog() {
-  return LogOf({Call().Date("01/05/2026").Name("SMITH JOHN"),
-                Call().Date("01/06/2026").Name("M\xDCLLER ANNA").Answered("No").Rings("4"),
-                Call().Date("01/07/2026").Name("Smith John").Direction("Out")});
-}
-
-class OutputSafety : public CliTest {
+class OutputSafety : public ReportTest {
  protected:
   void SetUp() override {
-    CliTest::SetUp();
-    log_ = Write("CallLog.txt", JanuaryLog());
+    ReportTest::SetUp();
+    UseLog(LogOf({Call().Date("01/05/2026").Name("SMITH JOHN"),
+                  Call().Date("01/06/2026").Name("M\xDCLLER ANNA").Answered("No").Rings("4"),
+                  Call().Date("01/07/2026").Name("Smith John").Direction("Out")}));
     busy_ = Write("BusyLines.log", "01/05/2026,9:00AM,60\r\n");
-    settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
   }
-
-  std::string DataOptions() const {
-    return "--settings " + Quote(settings_) + " --path " + Quote(folder_.string()) + " --log " + Quote(log_) + " ";
-  }
-  ProgramRun Report(const std::string& arguments) { return Cwreport(DataOptions() + arguments); }
-
   // Names in the folder, hidden ones too, but not the stderr capture.
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
@@ -59,64 +43,56 @@ class OutputSafety : public CliTest {
     std::sort(names.begin(), names.end());
     return names;
   }
+  // The command run by the shell with its standard error in err.txt.
+  std::string Shell(const std::string& arguments) const {
+    return Quote(CwreportProgram()) + " " + arguments + " 2>" + Quote(Path("err.txt"));
+  }
 
-  std::string log_;
   std::string busy_;
-  std::string settings_;
 };
 
-TEST_F(OutputSafety, AnOutputThatIsAnInputIsRefusedHoweverItIsSpelt) {
+TEST_F(OutputSafety, AnOutputThatIsAnInputOrNoFileIsRefusedHoweverItIsSpelt) {
   fs::create_hard_link(log_, Path("hard-link-to-log"));
   fs::create_symlink(settings_, Path("link-to-settings"));
+  fs::create_directory(Path("folder"));
   struct Case {
     std::string output;
     std::string said;
   };
   const Case cases[] = {
-      {"--text " + Quote(folder_.string() + "/./CallLog.txt"), "--text " + folder_.string() + "/./CallLog.txt: this is the call log"},
+      {"--text " + Quote(folder_.string() + "/./CallLog.txt"),
+       "--text " + folder_.string() + "/./CallLog.txt: this is the call log"},
       {"--spool " + Quote(Path("hard-link-to-log")), "this is the call log"},
       {"--pdf " + Quote(Path("link-to-settings")), "--pdf " + Path("link-to-settings") + ": this is the settings file"},
       {"--text " + Quote(Path("BusyLines.log")), "this is the busy log"},
+      {"--text " + Quote(Path("folder")), "this is a folder"},
+      {"--png " + Quote(log_), "not a folder"},
   };
   const std::string before = ReadFile(log_);
   for (const Case& c : cases) {
     SCOPED_TRACE(c.output);
-    const ProgramRun run = Report("--report daily " + std::string(kJanuary) + " " + c.output);
-    EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.err.find(c.said), std::string::npos) << run.err;
+    ExpectRun(Report("--report daily" + kJanuary + c.output), 2, c.said);
   }
   EXPECT_EQ(ReadFile(log_), before);
   EXPECT_EQ(ReadFile(busy_), "01/05/2026,9:00AM,60\r\n");
   EXPECT_EQ(ReadFile(settings_), "[Reports]\r\nCallType=InOut\r\n");
   EXPECT_TRUE(fs::is_symlink(Path("link-to-settings")));
+  EXPECT_TRUE(fs::is_directory(Path("folder")));
 
   // cwreport export: the spool it reads.
-  ASSERT_EQ(Report("--report daily " + std::string(kJanuary) + " --spool " + Quote(Path("kept.spl"))).status, 0);
+  ASSERT_EQ(Report("--report daily" + kJanuary + "--spool " + Quote(Path("kept.spl"))).status, 0);
   const std::string spool = ReadFile(Path("kept.spl"));
-  const ProgramRun overSpool = Cwreport("export " + Quote(Path("kept.spl")) + " --text " + Quote(Path("kept.spl")));
-  EXPECT_EQ(overSpool.status, 2);
-  EXPECT_NE(overSpool.err.find("the spool being exported"), std::string::npos) << overSpool.err;
+  ExpectRun(Cwreport("export " + Quote(Path("kept.spl")) + " --text " + Quote(Path("kept.spl"))), 2,
+            "the spool being exported");
   EXPECT_EQ(ReadFile(Path("kept.spl")), spool);
 }
 
-TEST_F(OutputSafety, OnlyFilesAreReplacedAndDevicesAreWrittenInto) {
-  fs::create_directory(Path("folder"));
-  const ProgramRun folder = Report("--report daily " + std::string(kJanuary) + " --text " + Quote(Path("folder")));
-  EXPECT_EQ(folder.status, 2);
-  EXPECT_NE(folder.err.find("this is a folder"), std::string::npos) << folder.err;
-  EXPECT_TRUE(fs::is_directory(Path("folder")));
-
-  const ProgramRun pages = Report("--report daily " + std::string(kJanuary) + " --png " + Quote(log_));
-  EXPECT_EQ(pages.status, 2);
-  EXPECT_NE(pages.err.find("not a folder"), std::string::npos) << pages.err;
-
+TEST_F(OutputSafety, DevicesAreWrittenInto) {
   // A null device of the test's own, so that a fault cannot break the
   // machine's /dev/null.
   const std::string device = Path("null");
   if (::mknod(device.c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0) GTEST_SKIP() << "cannot make a device node here";
-  const ProgramRun null =
-      Report("--report daily " + std::string(kJanuary) + " --text " + Quote(device) + " --spool " + Quote(device));
-  EXPECT_EQ(null.status, 0) << null.err;
+  ExpectRun(Report("--report daily" + kJanuary + "--text " + Quote(device) + " --spool " + Quote(device)), 0);
   EXPECT_TRUE(fs::is_character_file(device));
 }
 
@@ -128,17 +104,14 @@ TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
   ::chmod(kept.c_str(), 0640);
   fs::create_symlink("kept.txt", Path("report.txt"));
   const std::vector<std::string> before = Names();
+  const std::string request = "--report history" + kJanuary + "--text " + Quote(Path("report.txt"));
 
-  const ProgramRun failed = Report("--report history " + std::string(kJanuary) + " --text " +
-                                   Quote(Path("report.txt")) + " --pdf " + Quote(Path("missing/report.pdf")));
-  EXPECT_EQ(failed.status, 1);
-  EXPECT_NE(failed.err.find("missing/report.pdf"), std::string::npos) << failed.err;
+  ExpectRun(Report(request + " --pdf " + Quote(Path("missing/report.pdf"))), 1, "missing/report.pdf");
   EXPECT_EQ(ReadFile(kept), "an earlier report\r\n");
   EXPECT_EQ(Names(), before);  // and no temporary file is left
 
-  const ProgramRun done = Report("--report history " + std::string(kJanuary) + " --text " + Quote(Path("report.txt")));
-  ASSERT_EQ(done.status, 0) << done.err;
-  EXPECT_NE(ReadFile(kept).find("SMITH JOHN"), std::string::npos);
+  ExpectRun(Report(request), 0);
+  EXPECT_THAT(ReadFile(kept), HasSubstr("SMITH JOHN"));
   EXPECT_TRUE(fs::is_symlink(Path("report.txt")));
   struct stat info {};
   ASSERT_EQ(::stat(kept.c_str(), &info), 0);
@@ -177,55 +150,50 @@ TEST_F(OutputSafety, TheCsvIsOneMoreStagedOutput) {
 
 TEST_F(OutputSafety, ExportOfASpoolWithoutAReportWritesNothing) {
   const std::string spool = Write("empty.spl", "");
-  const ProgramRun run = Cwreport("export " + Quote(spool) + " --text " + Quote(Path("e.txt")) + " --pdf " +
-                                  Quote(Path("e.pdf")) + " --png " + Quote(Path("pages")));
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("nothing was exported"), std::string::npos) << run.err;
+  ExpectRun(Cwreport("export " + Quote(spool) + " --text " + Quote(Path("e.txt")) + " --pdf " + Quote(Path("e.pdf")) +
+                     " --png " + Quote(Path("pages"))),
+            1, "nothing was exported");
   for (const char* name : {"e.txt", "e.pdf", "pages"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
 }
 
+// A folder where the settings file should be, or a settings file "in" a
+// file: it reads as empty, and the abandoned-calls request cannot store its
+// filter. One line says so, before the report.
 TEST_F(OutputSafety, SettingsThatCannotBeSavedAreOneWarning) {
-  // A folder where the settings file should be: it reads as empty, and the
-  // abandoned-calls request cannot store its filter.
   fs::create_directory(Path("settings-folder"));
-  const ProgramRun run = Cwreport("--settings " + Quote(Path("settings-folder")) + " --log " + Quote(log_) +
-                                  " --report abandoned --unanswered " + kJanuary);
-  EXPECT_EQ(run.status, 0) << run.err;
-  // One line: the file that cannot be kept is named once, before the report.
-  EXPECT_NE(run.err.find("settings-folder\" is a folder"), std::string::npos) << run.err;
-  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-  EXPECT_NE(run.out.find("M\xDCLLER ANNA"), std::string::npos);
-
-  // A settings file "in" a file reads as empty; the save that fails is the
-  // one warning.
-  const ProgramRun missing = Cwreport("--settings " + Quote(log_ + "/s.ini") + " --log " + Quote(log_) +
-                                      " --report abandoned --unanswered " + kJanuary);
-  EXPECT_EQ(missing.status, 0) << missing.err;
-  EXPECT_TRUE(missing.err.starts_with("cwreport: warning: the settings were not saved")) << missing.err;
-  EXPECT_EQ(std::count(missing.err.begin(), missing.err.end(), '\n'), 1) << missing.err;
+  for (const auto& [settings, said] :
+       {std::pair{Path("settings-folder"), std::string("settings-folder\" is a folder")},
+        std::pair{log_ + "/s.ini", std::string("warning: the settings were not saved")}}) {
+    SCOPED_TRACE(settings);
+    const ProgramRun run = Cwreport("--settings " + Quote(settings) + " --log " + Quote(log_) +
+                                    " --report abandoned --unanswered" + kJanuary);
+    ExpectRun(run, 0, said);
+    EXPECT_TRUE(run.err.starts_with("cwreport: ")) << run.err;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    EXPECT_THAT(run.out, HasSubstr("M\xDCLLER ANNA"));
+  }
 }
 
 TEST_F(OutputSafety, SettingsWithBlanksAroundValuesAndAByteOrderMarkAreRead) {
-  const std::string settings = Write("bom.ini", "\xEF\xBB\xBF[Reports]\r\nPath = " + folder_.string() +
-                                                     "\r\nLogs =\t" + log_ + " \r\n");
-  const ProgramRun run = Cwreport("--settings " + Quote(settings) + " --report name --search 'smith john' " + kJanuary);
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_NE(run.out.find("SMITH JOHN"), std::string::npos) << run.out;
+  const std::string settings =
+      Write("bom.ini", "\xEF\xBB\xBF[Reports]\r\nPath = " + folder_.string() + "\r\nLogs =\t" + log_ + " \r\n");
+  const ProgramRun run = Cwreport("--settings " + Quote(settings) + " --report name --search 'smith john'" + kJanuary);
+  ExpectRun(run, 0);
+  EXPECT_THAT(run.out, HasSubstr("SMITH JOHN"));
 }
 
 TEST_F(OutputSafety, OutputToAFullOrClosedStandardOutputIsAnError) {
   for (const char* command : {"--help >/dev/full", "--help >&-", "log-summary --help >/dev/full",
-                                     "export --help >/dev/full"}) {
+                              "export --help >/dev/full"}) {
     SCOPED_TRACE(command);
     int status = -1;
-    RunShell(Quote(Program()) + " " + std::string(command) + " 2>" + Quote(Path("err.txt")), &status);
+    RunShell(Shell(command), &status);
     EXPECT_EQ(status, 1);
-    EXPECT_NE(ReadFile(Path("err.txt")).find("cannot write to standard output"), std::string::npos);
+    EXPECT_THAT(ReadFile(Path("err.txt")), HasSubstr("cannot write to standard output"));
   }
 }
 
 TEST_F(OutputSafety, TextEncodingAndThePdfOnStandardOutput) {
-  const std::string request = "--report name --search 'M\xDCLLER ANNA' " + std::string(kJanuary);
   struct Case {
     std::string encoding;
     std::string name;  // as it comes out
@@ -234,29 +202,27 @@ TEST_F(OutputSafety, TextEncodingAndThePdfOnStandardOutput) {
   for (const Case& c : {Case{"", "M\xDCLLER ANNA", true}, Case{" --encoding windows-1252", "M\xDCLLER ANNA", true},
                         Case{" --encoding utf-8", "M\xC3\x9CLLER ANNA", false}}) {
     SCOPED_TRACE(c.encoding);
-    const ProgramRun run = Report(request + c.encoding);
-    EXPECT_EQ(run.status, 0) << run.err;
-    EXPECT_NE(run.out.find(c.name), std::string::npos) << run.out;
+    const ProgramRun run = Report(kMuller + c.encoding);
+    ExpectRun(run, 0);
+    EXPECT_THAT(run.out, HasSubstr(c.name));
     EXPECT_EQ(run.out.find("\r\n") != std::string::npos, c.crlf);
     EXPECT_EQ(run.out.find('\r') != std::string::npos, c.crlf);
   }
-  EXPECT_EQ(Report(request + " --encoding latin1").status, 2);
+  EXPECT_EQ(Report(kMuller + " --encoding latin1").status, 2);
 
   int status = -1;
-  const std::string pdf = RunShell("cd " + Quote(folder_.string()) + " && " + Quote(Program()) + " " + DataOptions() +
-                                       request + " --pdf - 2>/dev/null",
-                                   &status);
+  const std::string pdf =
+      RunShell("cd " + Quote(folder_.string()) + " && " + Shell(DataOptions() + kMuller + " --pdf -"), &status);
   EXPECT_EQ(status, 0);
   EXPECT_TRUE(pdf.starts_with("%PDF-")) << pdf.substr(0, 20);
   EXPECT_FALSE(fs::exists(Path("-")));
-  EXPECT_EQ(Report(request + " --pdf - --text -").status, 2);
+  EXPECT_EQ(Report(kMuller + " --pdf - --text -").status, 2);
 }
 
 // Standard output on a terminal: the text comes in UTF-8 with LF, unless
 // --encoding asks for the file format. The terminal is a pseudo-terminal in
 // raw mode, so that its own line discipline adds no CR.
 TEST_F(OutputSafety, TextOnATerminalIsUtf8WithLf) {
-  const std::string request = "--report name --search 'M\xDCLLER ANNA' " + std::string(kJanuary);
   for (const bool fileFormat : {false, true}) {
     SCOPED_TRACE(fileFormat);
     int terminal = -1;
@@ -266,8 +232,7 @@ TEST_F(OutputSafety, TextOnATerminalIsUtf8WithLf) {
     ::tcgetattr(inside, &raw);
     ::cfmakeraw(&raw);
     ::tcsetattr(inside, TCSANOW, &raw);
-    const std::string command = Quote(Program()) + " " + DataOptions() + request +
-                                (fileFormat ? " --encoding windows-1252" : "") + " 2>" + Quote(Path("err.txt"));
+    const std::string command = Shell(DataOptions() + kMuller + (fileFormat ? " --encoding windows-1252" : ""));
     const pid_t child = ::fork();
     if (child == 0) {
       ::dup2(inside, STDOUT_FILENO);
@@ -286,7 +251,7 @@ TEST_F(OutputSafety, TextOnATerminalIsUtf8WithLf) {
     ::waitpid(child, &status, 0);
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 0) << ReadFile(Path("err.txt"));
-    EXPECT_NE(out.find(fileFormat ? "M\xDCLLER ANNA" : "M\xC3\x9CLLER ANNA"), std::string::npos) << out;
+    EXPECT_THAT(out, HasSubstr(fileFormat ? "M\xDCLLER ANNA" : "M\xC3\x9CLLER ANNA"));
     EXPECT_EQ(out.find('\r') != std::string::npos, fileFormat) << out;
   }
 }
@@ -295,9 +260,8 @@ TEST_F(OutputSafety, TextOnATerminalIsUtf8WithLf) {
 // begun. The log is sparse: it claims a terabyte and takes no room.
 TEST_F(OutputSafety, AListingThatCannotFitInTheTemporaryFolderIsRefused) {
   fs::resize_file(log_, std::uintmax_t{1} << 40);
-  const ProgramRun run = Report("--history 5551234567 --today 02/01/2026 --text " + Quote(Path("out.txt")));
-  EXPECT_EQ(run.status, 2);
-  EXPECT_NE(run.err.find("set TMPDIR to a folder with more room"), std::string::npos) << run.err;
+  ExpectRun(Report("--history 5551234567 --today 02/01/2026 --text " + Quote(Path("out.txt"))), 2,
+            "set TMPDIR to a folder with more room");
   EXPECT_FALSE(fs::exists(Path("out.txt")));
 }
 
@@ -312,10 +276,10 @@ TEST_F(OutputSafety, ARunKilledMidwayLeavesNoTemporaryFile) {
   const fs::path temporary = folder_ / "tmp";
   fs::create_directory(temporary);
 
-  const std::string program = Program();
-  const std::vector<std::string> arguments = {
-      program,   "--settings", settings_, "--log", log_, "--report", "history", "--from", "01/01/2026", "--to",
-      "01/31/2026", "--text", Path("out.txt"), "--pdf", Path("out.pdf")};
+  const std::string program = CwreportProgram();
+  const std::vector<std::string> arguments = {program, "--settings", settings_, "--log", log_, "--report", "history",
+                                              "--from", "01/01/2026", "--to", "01/31/2026", "--text", Path("out.txt"),
+                                              "--pdf", Path("out.pdf")};
   const pid_t child = ::fork();
   if (child == 0) {
     ::setenv("TMPDIR", temporary.c_str(), 1);
@@ -327,16 +291,15 @@ TEST_F(OutputSafety, ARunKilledMidwayLeavesNoTemporaryFile) {
   }
   ASSERT_GT(child, 0);
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  bool spooling = false;
   const auto spoolIsThere = [&] {
     for (const auto& entry : fs::directory_iterator(temporary)) {
       if (entry.path().filename().string().starts_with("VPR")) return true;
     }
     return false;
   };
-  while (!spooling && std::chrono::steady_clock::now() < deadline) {
-    spooling = spoolIsThere();
-    if (!spooling) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  bool spooling = false;
+  while (!(spooling = spoolIsThere()) && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   ::kill(child, SIGTERM);
   int status = 0;

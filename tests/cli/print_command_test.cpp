@@ -34,18 +34,15 @@ std::string LongLog() {
   return log;
 }
 
-class PrintCommand : public CliTest {
+// A detail listing of the whole month; the print options follow.
+class PrintCommand : public ReportTest {
  protected:
   void SetUp() override {
-    CliTest::SetUp();
-    Write("CallLog.txt", LongLog());
-    Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
+    ReportTest::SetUp();
+    UseLog(LongLog());
   }
-
-  // A detail listing of the whole month; the print options follow.
   ProgramRun Report(const std::string& arguments) {
-    return Cwreport("--settings " + Quote(Path("settings.ini")) + " --path " + Quote(folder_.string()) + " --log " +
-                    Quote(Path("CallLog.txt")) + " --report history --from 01/01/2026 --to 01/31/2026 " + arguments);
+    return ReportTest::Report("--report history" + kJanuary + arguments);
   }
 };
 
@@ -82,8 +79,7 @@ TEST_F(PrintCommand, APrinterThatIsNotThereIsAnErrorBeforeAnyOutput) {
   EXPECT_TRUE(run.err.starts_with("cwreport: error 482: There is no printer named \"No Such Printer\" (")) << run.err;
   // One line: no printer-error box asked again and again.
   EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;
-  EXPECT_FALSE(fs::exists(Path("report.pdf")));
-  EXPECT_FALSE(fs::exists(Path("report.txt")));
+  for (const char* name : {"report.pdf", "report.txt"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
 }
 
 // A queue told to reject jobs would swallow the job without a word: the

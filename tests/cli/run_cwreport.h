@@ -2,6 +2,7 @@
 // Runs cwreport as a program (the one CWREPORT names, or else this build's),
 // and the scratch folder each command-line test works in.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
@@ -15,6 +16,9 @@
 #include <string>
 
 namespace cw::testing {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 struct ProgramRun {
   int status = -1;
@@ -41,13 +45,16 @@ inline std::string RunShell(const std::string& command, int* status = nullptr) {
   return out;
 }
 
+inline std::string CwreportProgram() {
+  const char* fromEnvironment = std::getenv("CWREPORT");
+  return fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
+}
+
 // arguments are already quoted for the shell; standard error is kept apart
 // in run.err by way of errFile.
 inline ProgramRun RunCwreport(const std::string& arguments, const std::filesystem::path& errFile) {
-  const char* fromEnvironment = std::getenv("CWREPORT");
-  const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
   ProgramRun run;
-  run.out = RunShell(Quote(program) + " " + arguments + " 2>" + Quote(errFile.string()), &run.status);
+  run.out = RunShell(Quote(CwreportProgram()) + " " + arguments + " 2>" + Quote(errFile.string()), &run.status);
   run.err = ReadFile(errFile);
   std::filesystem::remove(errFile);
   return run;
@@ -72,5 +79,30 @@ class CliTest : public ::testing::Test {
 
   std::filesystem::path folder_;
 };
+
+// The exit status, and a part of standard error (empty: any).
+inline void ExpectRun(const ProgramRun& run, int status, const std::string& errPart = {}) {
+  EXPECT_EQ(run.status, status) << run.err;
+  EXPECT_THAT(run.err, HasSubstr(errPart));
+}
+
+// Report requests on a log of the test's own, in a folder with settings that
+// name no log: the data options come first, the request's arguments follow.
+class ReportTest : public CliTest {
+ protected:
+  void UseLog(const std::string& log) {
+    log_ = Write("CallLog.txt", log);
+    settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
+  }
+  std::string DataOptions() const {
+    return "--settings " + Quote(settings_) + " --path " + Quote(folder_.string()) + " --log " + Quote(log_) + " ";
+  }
+  ProgramRun Report(const std::string& arguments) { return Cwreport(DataOptions() + arguments); }
+
+  std::string log_;
+  std::string settings_;
+};
+
+inline const std::string kJanuary = " --from 01/01/2026 --to 01/31/2026 ";
 
 }  // namespace cw::testing

@@ -42,7 +42,7 @@ struct Report {
 
   // pages of body text (and a rule), landscape when orientation is 2; extra
   // draws more on each page.
-  void Make(int pages, std::int16_t orientation = 1, const PageExtra& extra = {}) {
+  OrlPrinter& Make(int pages, std::int16_t orientation = 1, const PageExtra& extra = {}) {
     OrlPrinterEnvironment environment = rig.Environment();
     environment.printReport = [this](OrlPrinter&) { ++printCalls; };
     environment.askSaveFileName = [this] { return saveName; };
@@ -66,8 +66,11 @@ struct Report {
     options.previewWindowWidth = 12000;
     options.previewWindowHeight = 9000;
     options.zoomPercent = 100;
+    return d;
   }
 };
+
+bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 double NonWhiteShare(const QImage& image) {
   qint64 dark = 0;
@@ -145,8 +148,7 @@ class PreviewFormTest : public QObject {
 
   void zoomListRowsAndPercentages() {
     Report report;
-    report.Make(2);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(2));
     auto* zoom = Child<QComboBox>(*form, "ZoomList");
     QStringList rows;
     for (int i = 0; i < zoom->count(); ++i) rows << zoom->itemText(i);
@@ -163,8 +165,7 @@ class PreviewFormTest : public QObject {
 
   void fitRowsOnAPortraitPage() {
     Report report;
-    report.Make(2);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(2));
     const double tpp = form->TwipsPerPixelX();
     auto* panel = Child<QWidget>(*form, "Panel");
     auto* vscroll = Child<QScrollBar>(*form, "VScroll");
@@ -190,8 +191,7 @@ class PreviewFormTest : public QObject {
 
   void fitRowsOnALandscapePage() {
     Report report;
-    report.Make(1, 2);
-    auto form = Open(*report.document, QSize(1000, 500));
+    auto form = Open(report.Make(1, 2), QSize(1000, 500));
     QCOMPARE(form->PageWidthTwips(), 15840.0);
     QCOMPARE(form->PageHeightTwips(), 12240.0);
     const double tpp = form->TwipsPerPixelX();
@@ -233,8 +233,7 @@ class PreviewFormTest : public QObject {
 
   void keyboardPaging() {
     Report report;
-    report.Make(6);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(6));
     QWidget* page = PageImg(*form);
     auto* scroll = Child<QScrollBar>(*form, "PageScroll");
     auto* label = Child<QLabel>(*form, "PageLabel");
@@ -281,8 +280,7 @@ class PreviewFormTest : public QObject {
 
   void arrowKeysScrollABigPage() {
     Report report;
-    report.Make(1);
-    auto form = Open(*report.document, QSize(600, 500));
+    auto form = Open(report.Make(1), QSize(600, 500));
     Pick(*form, "200%");
     QWidget* page = PageImg(*form);
     auto* vscroll = Child<QScrollBar>(*form, "VScroll");
@@ -308,8 +306,7 @@ class PreviewFormTest : public QObject {
   // Regression: the wheel did nothing over a page taller than the window.
   void wheelScrollsAndCtrlWheelZooms() {
     Report report;
-    report.Make(1);
-    auto form = Open(*report.document, QSize(700, 500));
+    auto form = Open(report.Make(1), QSize(700, 500));
     Pick(*form, "100%");
     QWidget* page = PageImg(*form);
     auto* vscroll = Child<QScrollBar>(*form, "VScroll");
@@ -362,8 +359,7 @@ class PreviewFormTest : public QObject {
   // Regression: at 200% the page showed through between the two bars.
   void cornerBetweenTheBarsIsCovered() {
     Report report;
-    report.Make(1);
-    auto form = Open(*report.document, QSize(600, 500));
+    auto form = Open(report.Make(1), QSize(600, 500));
     Pick(*form, "200%");
     auto* corner = Child<QWidget>(*form, "ScrollCorner");
     auto* vscroll = Child<QScrollBar>(*form, "VScroll");
@@ -395,8 +391,7 @@ class PreviewFormTest : public QObject {
 
   void onePageReportDoesNotPage() {
     Report report;
-    report.Make(1);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(1));
     const std::int64_t start = form->PageStartRecord();
     for (Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageUp}) {
       QTest::keyClick(PageImg(*form), key);
@@ -449,8 +444,7 @@ class PreviewFormTest : public QObject {
 
   void windowSizeRules() {
     Report report;
-    report.Make(1);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(1));
     Resize(*form, QSize(10, 10));
     QVERIFY(form->width() * form->TwipsPerPixelX() >= 2000);
     QVERIFY(form->height() * form->TwipsPerPixelY() >= 2000);
@@ -512,8 +506,7 @@ class PreviewFormTest : public QObject {
 
   void printAndSaveGoThroughTheEngine() {
     Report report;
-    report.Make(2);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(2));
     QTest::mouseClick(Child<QPushButton>(*form, "PrintBtn"), Qt::LeftButton);
     QCOMPARE(report.printCalls, 1);
 
@@ -528,7 +521,7 @@ class PreviewFormTest : public QObject {
     QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
     QCOMPARE(host_.messages.size(), std::size_t{1});
     QCOMPARE(host_.messages[0].title, std::string("Error"));
-    QVERIFY(host_.messages[0].text.find("procedure SaveBtn_Click.") != std::string::npos);
+    QVERIFY(Has(host_.messages[0].text, "procedure SaveBtn_Click."));
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
   }
@@ -633,7 +626,7 @@ class PreviewFormTest : public QObject {
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
     QCOMPARE(host_.messages.size(), std::size_t{1});
-    QVERIFY(host_.messages[0].text.find(missing) != std::string::npos);
+    QVERIFY(Has(host_.messages[0].text, missing));
     QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);  // the text is there
     // Said once, not on every redraw.
     Pick(*form, "50%");
@@ -642,14 +635,13 @@ class PreviewFormTest : public QObject {
 
   void spoolRemovedUnderThePreview() {
     Report report;
-    report.Make(3);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(3));
     std::filesystem::remove(report.document->PrintFile());
     report.saveName = folder_.filePath("never.txt").toStdString();
     QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
     QTest::mouseClick(Child<QPushButton>(*form, "PrintBtn"), Qt::LeftButton);
     QCOMPARE(host_.messages.size(), std::size_t{2});
-    QVERIFY(host_.messages[0].text.find("has been removed") != std::string::npos);
+    QVERIFY(Has(host_.messages[0].text, "has been removed"));
     QCOMPARE(report.printCalls, 0);
     QVERIFY(!QFile::exists(folder_.filePath("never.txt")));
     // What the preview holds is still shown.
@@ -660,14 +652,13 @@ class PreviewFormTest : public QObject {
 
   void spoolCutShortUnderThePreview() {
     Report report;
-    report.Make(4);
-    auto form = Open(*report.document);
+    auto form = Open(report.Make(4));
     const auto size = std::filesystem::file_size(report.document->PrintFile());
     std::filesystem::resize_file(report.document->PrintFile(), size / 2);
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
     QCOMPARE(form->CurrentPage(), std::int16_t{4});
     QCOMPARE(host_.messages.size(), std::size_t{1});
-    QVERIFY(host_.messages[0].text.find("cut short") != std::string::npos);
+    QVERIFY(Has(host_.messages[0].text, "cut short"));
     QTest::keyClick(PageImg(*form), Qt::Key_PageUp, Qt::ControlModifier);
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
   }
@@ -683,8 +674,8 @@ class PreviewFormTest : public QObject {
     }
     auto form = Open(*report.document);
     QCOMPARE(host_.messages.size(), std::size_t{1});
-    QVERIFY(host_.messages[0].text.find("is damaged") != std::string::npos);
-    QVERIFY(host_.messages[0].text.find("GARBAGE") != std::string::npos);
+    QVERIFY(Has(host_.messages[0].text, "is damaged"));
+    QVERIFY(Has(host_.messages[0].text, "GARBAGE"));
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
 
@@ -695,7 +686,7 @@ class PreviewFormTest : public QObject {
     QCOMPARE(missing.exec(), int(QDialog::Rejected));
     QCOMPARE(host_.messages.size(), std::size_t{1});
     QCOMPARE(host_.messages[0].title, std::string("Error"));
-    QVERIFY(host_.messages[0].text.find("File not found") != std::string::npos);
+    QVERIFY(Has(host_.messages[0].text, "File not found"));
   }
 };
 

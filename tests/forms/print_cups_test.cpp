@@ -36,8 +36,6 @@ namespace {
 
 const char* const kPageTexts[] = {"PAGEONEALPHA", "PAGETWOBRAVO", "PAGETHREECHARLIE"};
 
-QString QueueName() { return QString::fromStdString(cw::testing::CupsPdfQueueName()); }
-
 QString RunTool(const QString& program, const QStringList& arguments) {
   QProcess process;
   process.start(program, arguments);
@@ -49,21 +47,46 @@ QString RunTool(const QString& program, const QStringList& arguments) {
 }
 
 // Three pages, each with its own word one inch from the left edge, the first
-// one inch down and each next page's two inches further.
-void WriteThreePages(OrlPrinter& document, const std::string& title) {
-  document.BeginDoc();
-  document.SetScaleMode(scale::kInches);
-  document.SetOrientation(1);
-  document.SetTitle(title);
+// one inch down and each next page's two inches further; for the printer
+// named, without the print dialog.
+std::unique_ptr<OrlPrinter> ThreePages(const std::string& title, const QString& printer = {}) {
+  static QtTextMetrics metrics;
+  OrlPrinterEnvironment environment;
+  environment.metrics = &metrics;
+  auto document = std::make_unique<OrlPrinter>(std::move(environment));
+  document->BeginDoc();
+  document->SetScaleMode(scale::kInches);
+  document->SetOrientation(1);
+  document->SetTitle(title);
   for (int page = 0; page < 3; ++page) {
-    if (page > 0) document.NewPage();
+    if (page > 0) document->NewPage();
     // Records of the pages before a printed range are skipped, font changes
     // too: like a report's heading block, each page sets its own font.
-    document.SetFont("Arial", 24, 1);
-    document.SetY(1 + 2 * page);
-    document.TextOut(1, kPageTexts[page]);
+    document->SetFont("Arial", 24, 1);
+    document->SetY(1 + 2 * page);
+    document->TextOut(1, kPageTexts[page]);
   }
-  document.EndDoc();
+  document->EndDoc();
+  document->Options().showPrintDialog = false;
+  document->Options().defaultPrinter = printer.toStdString();
+  return document;
+}
+
+// The CUPS PDF queue, or a null name when this machine has none.
+QString Queue() {
+  const QString queue = QString::fromStdString(cw::testing::CupsPdfQueueName());
+  return QPrinterInfo::printerInfo(queue).isNull() ? QString() : queue;
+}
+const char* const kNoQueue =
+    "no CUPS PDF queue: run scripts/start-cups-pdf.sh as root (it needs the cups and printer-driver-cups-pdf packages)";
+
+// A name for this run's jobs, that no other run's job holds.
+std::string Token(const char* kind) {
+  return QStringLiteral("%1%2x%3")
+      .arg(QLatin1String(kind))
+      .arg(QCoreApplication::applicationPid())
+      .arg(QDateTime::currentMSecsSinceEpoch())
+      .toStdString();
 }
 
 // The pages of a PDF as black-and-white masks (pdftoppm at 72 dots per inch).
@@ -141,30 +164,21 @@ class PrintCupsTest : public QObject {
 
  private slots:
   void pagesAndCopiesReachTheCupsPdfQueue() {
-    const QString queue = QueueName();
-    if (QPrinterInfo::printerInfo(queue).isNull()) {
-      QSKIP(qPrintable(QStringLiteral("no CUPS queue named %1: run scripts/start-cups-pdf.sh as root (it needs the "
-                                      "cups and printer-driver-cups-pdf packages)")
-                           .arg(queue)));
-    }
-    const QString token =
-        QStringLiteral("cwprint%1x%2").arg(QCoreApplication::applicationPid()).arg(QDateTime::currentMSecsSinceEpoch());
+    const QString queue = Queue();
+    if (queue.isNull()) QSKIP(kNoQueue);
+    const std::string token = Token("cwprint");
     const std::set<std::filesystem::path> before = cw::testing::PdfsIn(cw::testing::CupsPdfFolder());
 
-    QtTextMetrics metrics;
-    OrlPrinterEnvironment environment;
-    environment.metrics = &metrics;
-    OrlPrinter document(std::move(environment));
+    const auto printed = ThreePages(token, QStringLiteral("a printer this machine does not have"));
+    OrlPrinter& document = *printed;
     int printerErrors = 0;
     document.OnPrinterError = [&](bool&) { ++printerErrors; };
-    WriteThreePages(document, token.toStdString());
     QCOMPARE(document.TotalPages(), std::int16_t{3});
     document.Options().showPrintDialog = true;
     document.Options().showProgress = true;
-    document.Options().defaultPrinter = "a printer this machine does not have";
 
     // What the dialog showed when it came up, checked once it has closed.
-    QString dialogName, shownFrom, shownTo, shownCopies, shownPrinter;
+    QString dialogName, shown;
     WhenDialogShows([&](QWidget& dialog) {
       dialogName = dialog.objectName();
       auto* from = dialog.findChild<QLineEdit*>(QStringLiteral("FromPageEdit"));
@@ -175,10 +189,8 @@ class PrintCupsTest : public QObject {
         dialog.close();
         return;
       }
-      shownFrom = from->text();
-      shownTo = dialog.findChild<QLineEdit*>(QStringLiteral("ToPageEdit"))->text();
-      shownCopies = copies->text();
-      shownPrinter = list->currentText();
+      shown = from->text() + "-" + dialog.findChild<QLineEdit*>(QStringLiteral("ToPageEdit"))->text() + " x" +
+              copies->text() + " on " + list->currentText();
       list->setCurrentIndex(list->findText(queue));
       from->setText(QStringLiteral("2"));
       copies->setText(QStringLiteral("2"));
@@ -188,21 +200,20 @@ class PrintCupsTest : public QObject {
     QCOMPARE(dialogName, QStringLiteral("PrintOptForm"));
     // Filled from the document: the whole document once; the unknown printer
     // leaves the list's text empty.
-    QCOMPARE(shownFrom, QStringLiteral("1"));
-    QCOMPARE(shownTo, QStringLiteral("3"));
-    QCOMPARE(shownCopies, QStringLiteral("1"));
-    QCOMPARE(shownPrinter, QString());
+    QCOMPARE(shown, QStringLiteral("1-3 x1 on "));
     QCOMPARE(printerErrors, 0);
-    QCOMPARE(document.Options().defaultPrinter, queue.toStdString());
-    QCOMPARE(document.Options().printFromPage, std::int16_t{2});
-    QCOMPARE(document.Options().printToPage, std::int16_t{3});
-    QCOMPARE(document.Options().printCopies, std::int16_t{2});
+    const OrlPrinter::OutputOptions& chosen = document.Options();
+    QCOMPARE(QStringLiteral("%1-%2 x%3 on %4")
+                 .arg(chosen.printFromPage)
+                 .arg(chosen.printToPage)
+                 .arg(chosen.printCopies)
+                 .arg(QString::fromStdString(chosen.defaultPrinter)),
+             QStringLiteral("2-3 x2 on ") + queue);
 
     QTemporaryDir work;
     QVERIFY(work.isValid());
     const QString kept = work.filePath(QStringLiteral("printed.pdf"));
-    QVERIFY2(!cw::testing::TakeNewPdf(cw::testing::CupsPdfFolder(), before, token.toStdString(), kept.toStdString())
-                  .empty(),
+    QVERIFY2(!cw::testing::TakeNewPdf(cw::testing::CupsPdfFolder(), before, token, kept.toStdString()).empty(),
              cw::testing::CupsPdfFolder().c_str());
     QCOMPARE(cw::testing::PdfPageCount(kept.toStdString()), 4);
 
@@ -243,22 +254,15 @@ class PrintCupsTest : public QObject {
   // Regression: Cancel in the progress window closed it, but CUPS still got
   // every page drawn until then.
   void cancelWhilePrintingSendsNothing() {
-    const QString queue = QueueName();
-    if (QPrinterInfo::printerInfo(queue).isNull()) QSKIP("no CUPS PDF queue: run scripts/start-cups-pdf.sh as root");
-    const QString stamp =
-        QStringLiteral("%1x%2").arg(QCoreApplication::applicationPid()).arg(QDateTime::currentMSecsSinceEpoch());
-    const std::string cancelledToken = "cwcancelled" + stamp.toStdString();
-    const std::string laterToken = "cwlater" + stamp.toStdString();
+    const QString queue = Queue();
+    if (queue.isNull()) QSKIP(kNoQueue);
+    const std::string cancelledToken = Token("cwcancelled");
+    const std::string laterToken = Token("cwlater");
     const std::set<std::filesystem::path> before = cw::testing::PdfsIn(cw::testing::CupsPdfFolder());
 
-    QtTextMetrics metrics;
-    OrlPrinterEnvironment environment;
-    environment.metrics = &metrics;
-    OrlPrinter document(std::move(environment));
-    WriteThreePages(document, cancelledToken);
-    document.Options().showPrintDialog = false;
+    const auto cancelled = ThreePages(cancelledToken, queue);
+    OrlPrinter& document = *cancelled;
     document.Options().showProgress = true;
-    document.Options().defaultPrinter = queue.toStdString();
     document.Options().printCopies = 2000;
     std::vector<std::string> told;
     QtPrintReportOptions options;
@@ -286,14 +290,9 @@ class PrintCupsTest : public QObject {
 
     // The queue works its jobs in turn: once a later job has come out, a
     // cancelled job that had reached it would have come out before.
-    OrlPrinterEnvironment laterEnvironment;
-    laterEnvironment.metrics = &metrics;
-    OrlPrinter later(std::move(laterEnvironment));
-    WriteThreePages(later, laterToken);
-    later.Options().showPrintDialog = false;
-    later.Options().showProgress = false;
-    later.Options().defaultPrinter = queue.toStdString();
-    QCOMPARE(PrintReportOnPrinter(later, options), PrintOutcome::kPrinted);
+    const auto later = ThreePages(laterToken, queue);
+    later->Options().showProgress = false;
+    QCOMPARE(PrintReportOnPrinter(*later, options), PrintOutcome::kPrinted);
     QTemporaryDir work;
     QVERIFY(work.isValid());
     const std::filesystem::path kept = work.filePath(QStringLiteral("later.pdf")).toStdString();
@@ -302,17 +301,12 @@ class PrintCupsTest : public QObject {
     for (const std::filesystem::path& pdf : cw::testing::PdfsIn(cw::testing::CupsPdfFolder())) {
       QVERIFY2(pdf.filename().string().find(cancelledToken) == std::string::npos, pdf.c_str());
     }
-    later.DestroyReport();
+    later->DestroyReport();
   }
 
   void aMissingPrinterRaisesOnPrinterError() {
-    QtTextMetrics metrics;
-    OrlPrinterEnvironment environment;
-    environment.metrics = &metrics;
-    OrlPrinter document(std::move(environment));
-    WriteThreePages(document, "gone");
-    document.Options().showPrintDialog = false;
-    document.Options().defaultPrinter = "  Gone_Printer ";
+    const auto gone = ThreePages("gone", QStringLiteral("  Gone_Printer "));
+    OrlPrinter& document = *gone;
     QtPrintReportOptions options;
     options.printers = [] { return PrinterCatalog{{QStringLiteral("Gone_Printer")}, QString()}; };
 
@@ -331,11 +325,7 @@ class PrintCupsTest : public QObject {
   void positionsAreMeasuredFromThePaperEdge() {
     QTemporaryDir folder;
     QVERIFY(folder.isValid());
-    QtTextMetrics metrics;
-    OrlPrinterEnvironment environment;
-    environment.metrics = &metrics;
-    OrlPrinter document(std::move(environment));
-    WriteThreePages(document, "offsets");
+    const auto document = ThreePages("offsets");
 
     // A printer whose printable area starts half an inch in from the left
     // and a quarter inch down.
@@ -358,10 +348,9 @@ class PrintCupsTest : public QObject {
     replay.offsetXTwips = offset.x();
     replay.offsetYTwips = offset.y();
     PrinterPageDevice device(printer);
-    const ReplayResult result = ReplaySpool(document.PrintFile(), device, replay);
-    QCOMPARE(result.pagesBegun, 1);
+    QCOMPARE(ReplaySpool(document->PrintFile(), device, replay).pagesBegun, 1);
     device.Finish();
-    document.DestroyReport();
+    document->DestroyReport();
 
     // The word's left edge is one inch (72 points) from the paper's edge, not
     // from the printable area's.

@@ -94,6 +94,12 @@ class TestHost final : public cw::DesktopReportHost {
 
   // The last message's text, or "" when there is none.
   std::string LastText() const { return messages.empty() ? std::string() : messages.back().text; }
+  // Every message so far as "title|text", one a line.
+  std::string Said() const {
+    std::string said;
+    for (const Message& message : messages) said += message.title + "|" + message.text + "\n";
+    return said;
+  }
 
   std::vector<Message> messages;
   std::vector<Input> inputs;
@@ -206,592 +212,563 @@ class ReportFormTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void tabCaptionsFollowTheEdition();
-  void everyTabHandsItsStateToTheRequest();
-  void userChoicesAreSavedAtUnloadAndRestoredAtLoad();
-  void lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes();
-  void tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox();
-  void optionsOfEachTab();
-  void periodButtonsSetTheDates();
-  void hardwareThatCannotTellDirectionsDisablesTheOptions();
-  void lineFilterAsksAndShowsTheExpandedList();
-  void messagesOfTheRequestGoThroughTheHost();
-  void historyModeShowsTheNumberAndUnloads();
-  void dateButtonsAndHelp();
-  void errorsOfEventProceduresGoToTheStandardBox();
-  void pointerAndProgressBarAfterARealPreview();
-  void unwritableSettingsAreReportedOnceAtClose();
-  void embeddedFormEndsWithItsHostWindow();
-  void formFitsTheScreen();
-};
-
-void ReportFormTest::tabCaptionsFollowTheEdition() {
-  Bench bench;  // empty command line: Vorn Ringtally
-  bench.Load();
-  auto* tabs = bench.Get<QTabBar>("TabStrip");
-  QStringList captions;
-  for (int k = 0; k < tabs->count(); ++k) captions << tabs->tabText(k);
-  QCOMPARE(captions, (QStringList{"Daily Call Statistics", "Line Usage Statistics", "All Lines Busy",
-                                  "Unanswered Calls", "By Name", "By Tel Number", "Call History", "By Line Number",
-                                  "Call Backs"}));
-  QCOMPARE(bench.form->windowTitle(), QStringLiteral("Vorn Ringtally Reports"));
-
-  Bench callwarden("h=Callwarden", kCallwarden);
-  callwarden.Load();
-  QCOMPARE(callwarden.Get<QTabBar>("TabStrip")->tabText(3), QStringLiteral("Abandoned Calls"));
-  QVERIFY(callwarden.host.messages.empty());
-}
-
-void ReportFormTest::everyTabHandsItsStateToTheRequest() {
-  Bench bench;
-  bench.Set("DTMF", "1");
-  bench.Load();
-  const cw::ReportRequest& request = bench.form->Request();
-
-  bench.Tab(1);
-  bench.Click("Option2");
-  bench.Check("chkChart", true);
-  QCOMPARE(bench.Run(), std::string("DAILY CALL ANALYSIS REPORT"));
-  QCOMPARE(bench.Dates(), std::string("08/17/2026 to 11/22/2026"));  // All Log Entries
-  QCOMPARE(request.direction, std::string("Out"));
-  QCOMPARE(request.fromDate + " to " + request.toDate, bench.Dates());
-  QVERIFY(request.chart && request.dtmf);
-  QCOMPARE(request.columns, cw::DetailColumnPositions(true));
-
-  bench.Tab(2);
-  bench.Click("Option3");
-  QCOMPARE(bench.Run(), std::string("LINE USAGE SUMMARY REPORT"));
-  QCOMPARE(request.direction + " " + request.variant, std::string("InOut Detailed"));
-
-  bench.Tab(3);
-  bench.Click("Option2");
-  QCOMPARE(bench.Run(), std::string("ALL LINES BUSY REPORT"));
-  QCOMPARE(request.variant, std::string("Summary"));
-  bench.Click("Option1");
-  bench.Preview();
-  QCOMPARE(request.variant, std::string("Detailed"));
-
-  bench.Tab(4);
-  bench.Click("oInOut_0");
-  bench.Check("chkNotLasting", true);
-  bench.Type("txtSeconds", "30");
-  bench.Check("chkRingCount", false);
-  bench.Type("txtRings", "4");
-  bench.Check("chkUnanswered", true);
-  QCOMPARE(bench.Run(), std::string("ABANDONED CALLS DETAIL REPORT"));
-  const auto& abandoned = request.abandoned;
-  QCOMPARE(request.direction, std::string("In"));
-  QVERIFY(abandoned.notLasting && !abandoned.ringCount && abandoned.unanswered);
-  QCOMPARE(abandoned.seconds + "|" + abandoned.rings, std::string("30|4"));
-  QCOMPARE(abandoned.inOutIndex, 0);
-  // The request stores the filter, the option click its in/out choice.
-  QCOMPARE(bench.Saved({"Select Seconds", "Abandoned Seconds", "Select Rings", "Select Answered", "Select InOut"}),
-           std::string("1|30|0|1|0"));
-
-  for (const auto& [tab, text, partial] : {std::tuple{5, "smith", true}, std::tuple{6, "5551234567", false}}) {
-    bench.Tab(tab);
-    bench.Type("tNameNumber", text);
-    bench.Check("chkPartial", partial);
-    QCOMPARE(bench.Run(), std::string("CALLER DETAIL REPORT"));
-    QCOMPARE(request.kind, tab);
-    QCOMPARE(request.searchText, std::string(text));
-    QCOMPARE(request.partial, partial);
-  }
-
-  bench.Tab(7);
-  bench.Check("chkChart", true);
-  QCOMPARE(bench.Run(), std::string("LOGGED CALLS SUMMARY REPORT"));
-  QVERIFY(request.chart && request.condensed);
-
-  bench.Tab(8);
-  auto* lines = bench.Get<QComboBox>("Combo1");
-  lines->setCurrentIndex(1);
-  QCOMPARE(bench.Run(), std::string("LINE DETAILS REPORT (Line 2)"));
-  QVERIFY(!request.lines.allLines);
-  QCOMPARE(request.lines.lines, std::vector<std::int16_t>{2});
-  lines->setCurrentIndex(lines->count() - 1);
-  QCOMPARE(bench.Run(), std::string("LINE DETAILS REPORT (Lines 1-4)"));
-  QVERIFY(request.lines.allLines);
-  QVERIFY2(bench.host.messages.empty(), bench.host.LastText().c_str());
-}
-
-void ReportFormTest::userChoicesAreSavedAtUnloadAndRestoredAtLoad() {
-  Bench bench;
-  bench.Set({{"LastTab", "5"}, {"FromDate", "10/01/2026"}, {"ToDate", "10/31/2026"}, {"CallType", "Out"},
-             {"PrintChart", "0"}, {"Condensed", "1"}});
-  bench.Load();
-  QCOMPARE(bench.Get<QTabBar>("TabStrip")->currentIndex(), 4);
-  QVERIFY(bench.Checked("Option2"));
-  QCOMPARE(bench.Dates(), std::string("10/01/2026 to 10/31/2026"));
-  QCOMPARE(bench.Caption("Label1"), QStringLiteral("Name"));
-
-  // The chart box shows the graph choice on tab 1 and the condensed choice on tab 7.
-  bench.Tab(1);
-  QVERIFY(!bench.Checked("chkChart"));
-  bench.Check("chkChart", true);
-  bench.Tab(7);
-  QVERIFY(bench.Checked("chkChart"));
-  bench.Check("chkChart", false);
-  bench.Tab(6);
-  bench.Click("oTimePeriod_0");
-  bench.Type("tNameNumber", "5551234567");
-  bench.form->Form_Unload();
-  QCOMPARE(bench.Saved({"LastTab", "FromDate", "ToDate", "SearchText", "PrintChart", "Condensed"}),
-           std::string("6|11/22/2026|11/22/2026|5551234567|1|0"));
-
-  // Unloading twice saves once.
-  bench.Set("LastTab", "2");
-  bench.form->Form_Unload();
-  QCOMPARE(bench.Saved("LastTab"), std::string("2"));
-
-  // A new form on the same settings comes back as the user left it.
-  bench.Load();
-  QCOMPARE(bench.form->ReportKind(), 2);
-  QVERIFY(bench.Checked("chkChart"));
-  QCOMPARE(bench.Dates(), std::string("11/22/2026 to 11/22/2026"));
-}
-
-void ReportFormTest::lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
-  for (const auto& [stored, tab] : {std::pair{"0", 1}, std::pair{"-3", 1}, std::pair{"99", 9}, std::pair{"x", 1}}) {
-    Bench bench;
-    bench.Set("LastTab", stored);
+  void tabCaptionsFollowTheEdition() {
+    Bench bench;  // empty command line: Vorn Ringtally
     bench.Load();
-    QCOMPARE(bench.form->ReportKind(), tab);
+    auto* tabs = bench.Get<QTabBar>("TabStrip");
+    QStringList captions;
+    for (int k = 0; k < tabs->count(); ++k) captions << tabs->tabText(k);
+    QCOMPARE(captions, (QStringList{"Daily Call Statistics", "Line Usage Statistics", "All Lines Busy",
+                                    "Unanswered Calls", "By Name", "By Tel Number", "Call History", "By Line Number",
+                                    "Call Backs"}));
+    QCOMPARE(bench.form->windowTitle(), QStringLiteral("Vorn Ringtally Reports"));
+
+    Bench callwarden("h=Callwarden", kCallwarden);
+    callwarden.Load();
+    QCOMPARE(callwarden.Get<QTabBar>("TabStrip")->tabText(3), QStringLiteral("Abandoned Calls"));
+    QVERIFY(callwarden.host.messages.empty());
   }
-  Bench bench;
-  bench.Set({{"LastTab", "7"}, {"PrintChart", "1"}, {"Condensed", "1"}});
-  bench.Load();
-  QVERIFY(!bench.Checked("chkChart"));
-  QCOMPARE(bench.Get<QCheckBox>("chkChart")->text(), QStringLiteral("Condensed Summary Version"));
-  bench.Tab(1);
-  QVERIFY(!bench.Checked("chkChart"));
-  QCOMPARE(bench.Get<QCheckBox>("chkChart")->text(), QStringLiteral("Include Graph"));
-  // Unloading on tab 7 leaves both settings alone.
-  bench.Tab(7);
-  bench.Check("chkChart", true);
-  bench.form->Form_Unload();
-  QCOMPARE(bench.Saved({"LastTab", "PrintChart", "Condensed"}), std::string("7|1|1"));
-}
 
-void ReportFormTest::tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
-  Bench bench;
-  bench.Set({{"CallType", "InOut"}, {"FromDate", "09/01/2026"}, {"Select Seconds", "1"}, {"Abandoned Seconds", "45"},
-             {"Select Rings", "1"}, {"Abandoned Rings", "3"}, {"Select Answered", "0"}, {"Select InOut", "1"}});
-  bench.Load();
-  QVERIFY(bench.Checked("Option3"));
-  QCOMPARE(bench.Dates(), std::string("09/01/2026 to 11/22/2026"));  // empty ToDate: today
-
-  // The line list offers the active lines of the INI file and all lines.
-  auto* lines = bench.Get<QComboBox>("Combo1");
-  QStringList entries;
-  for (int k = 0; k < lines->count(); ++k) entries << lines->itemText(k);
-  QCOMPARE(entries, (QStringList{"1", "2", "3", "4", "All Lines (sorted)"}));
-
-  // Option clicks save the direction; the next tab restores it, and its dates.
-  bench.Click("Option1");
-  QCOMPARE(bench.Saved("CallType"), std::string("In"));
-  bench.Click("oTimePeriod_0");
-  bench.office.WriteIni(3, 2);
-  bench.Tab(8);
-  QVERIFY(bench.Checked("Option1"));
-  QCOMPARE(bench.Dates(), std::string("09/01/2026 to 11/22/2026"));
-  QCOMPARE(lines->count(), 3);
-  bench.Click("Option2");
-  QCOMPARE(bench.Saved("CallType"), std::string("Out"));
-  bench.Tab(7);
-  QVERIFY(bench.Checked("Option2"));
-  bench.Preview();
-  QCOMPARE(bench.form->Request().direction + " " + bench.form->Request().variant,
-           std::string("Out Detailed"));  // the variant is reset by the tab change
-
-  // The abandoned box comes back from the settings on its tab, its in/out
-  // choice giving the direction there.
-  bench.Tab(4);
-  QVERIFY(bench.Checked("chkNotLasting") && bench.Checked("chkRingCount") && !bench.Checked("chkUnanswered"));
-  QCOMPARE(bench.Get<QLineEdit>("txtSeconds")->text() + "|" + bench.Get<QLineEdit>("txtRings")->text(),
-           QStringLiteral("45|3"));
-  QVERIFY(bench.Checked("oInOut_1"));
-  bench.Preview();
-  QCOMPARE(bench.form->Request().direction, std::string("Out"));
-  QCOMPARE(bench.form->Request().abandoned.inOutIndex, 1);
-  bench.Click("oInOut_2");
-  QCOMPARE(bench.Saved("Select InOut"), std::string("2"));
-  bench.Set("Select Seconds", "0");
-  bench.Tab(5);
-  bench.Tab(4);
-  QVERIFY(!bench.Checked("chkNotLasting"));
-  QVERIFY(bench.Checked("oInOut_2"));
-}
-
-void ReportFormTest::optionsOfEachTab() {
-  Bench bench;
-  bench.Load();
-  const auto shown = [&](const char* name) { return bench.Get<QWidget>(name)->isVisible(); };
-  const auto options = [&] {
-    QStringList texts;
-    for (const char* name : {"Option1", "Option2", "Option3"}) {
-      if (shown(name)) texts << bench.Get<QAbstractButton>(name)->text();
-    }
-    return texts;
-  };
-
-  bench.Tab(1);
-  QCOMPARE(options(), (QStringList{"In Calls", "Out Calls", "In && Out"}));
-  QVERIFY(shown("chkChart") && !shown("fraSearch") && !shown("fraLines") && !shown("fraAbandoned"));
-
-  bench.Tab(3);
-  QCOMPARE(options(), (QStringList{"Busy Lines Occurance Listing", "Busy Lines Stats Summary"}));
-  bench.Click("Option1");
-  QVERIFY(!shown("chkChart"));
-  bench.Click("Option2");
-  QVERIFY(shown("chkChart") && bench.Get<QWidget>("chkChart")->isEnabled());
-
-  bench.Tab(4);
-  QVERIFY(!shown("fraOptions") && shown("oInOut") && shown("fraAbandoned"));
-
-  bench.Tab(5);
-  QVERIFY(shown("fraSearch") && !shown("chkChart"));
-  QCOMPARE(bench.Caption("Label1"), QStringLiteral("Name"));
-  bench.Tab(6);
-  QCOMPARE(bench.Caption("Label1"), QStringLiteral("Number"));
-
-  bench.Tab(8);
-  QVERIFY(shown("fraLines") && shown("cmdLineFilter") && !shown("fraSearch") && !shown("fraCallBacks"));
-
-  // The call backs: no direction to choose, the graph, and the window.
-  bench.Tab(9);
-  QCOMPARE(options(), QStringList{});
-  QVERIFY(shown("fraCallBacks") && shown("chkChart") && shown("oTimePeriod") && shown("fraDates"));
-  QVERIFY(!shown("fraLines") && !shown("fraSearch") && !shown("fraAbandoned") && !shown("oInOut"));
-  QCOMPARE(bench.Get<QAbstractButton>("chkChart")->text(), QStringLiteral("Include Graph"));
-  bench.Get<QSpinBox>("txtWindow")->setValue(3);
-  bench.Get<QAbstractButton>("chkChart")->setChecked(true);
-  QCOMPARE(bench.Run(), std::string("CALL BACK REPORT"));
-  QCOMPARE(bench.form->Request().callBackWindowDays, 3);
-  QVERIFY(bench.form->Request().chart);
-  bench.Tab(1);
-  QVERIFY(!shown("fraCallBacks"));
-}
-
-void ReportFormTest::periodButtonsSetTheDates() {
-  Bench bench;
-  bench.Set({{"FromDate", "01/01/2026"}, {"ToDate", "12/31/2026"}});
-  bench.Load();
-  // Sunday 11/22/2026: the week starts that day, and To stays.
-  bench.Click("oTimePeriod_1");
-  QCOMPARE(bench.Dates(), std::string("11/22/2026 to 12/31/2026"));
-  bench.host.today = CivilDate::FromYmd(2026, 11, 28);  // Saturday
-  bench.Click("oTimePeriod_1");
-  QCOMPARE(bench.Dates(), std::string("11/22/2026 to 12/31/2026"));
-  bench.Click("oTimePeriod_0");
-  QCOMPARE(bench.Dates(), std::string("11/28/2026 to 11/28/2026"));
-  bench.Click("oTimePeriod_2");
-  QCOMPARE(bench.Dates(), std::string("11/01/2026 to 11/28/2026"));
-  bench.Click("oTimePeriod_3");
-  QCOMPARE(bench.Dates(), std::string("08/17/2026 to 11/28/2026"));
-
-  // An undated first line starts at today; no log leaves From as it was.
-  {
-    QFile log(QString::fromStdString(bench.office.Log()));
-    QVERIFY(log.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    log.write("header line\r\n");
-  }
-  bench.Click("oTimePeriod_2");
-  bench.Click("oTimePeriod_3");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/28/2026"));
-  QFile::remove(QString::fromStdString(bench.office.Log()));
-  bench.Click("oTimePeriod_2");
-  bench.Click("oTimePeriod_3");
-  QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/01/2026"));
-  QVERIFY(bench.host.messages.empty());
-}
-
-void ReportFormTest::hardwareThatCannotTellDirectionsDisablesTheOptions() {
-  for (const int hardware : {3, 5, 6}) {
+  void everyTabHandsItsStateToTheRequest() {
     Bench bench;
-    bench.office.WriteIni(hardware, 4);
+    bench.Set("DTMF", "1");
     bench.Load();
-    const auto enabled = [&](const char* name) { return bench.Get<QWidget>(name)->isEnabled(); };
-    const bool canTell = hardware == 3;
-    QVERIFY(enabled("Option1") == canTell && enabled("Option2") == canTell && enabled("Option3") == canTell);
-    bench.Tab(4);
-    QCOMPARE(enabled("oInOut_0"), canTell);
-    // On the all-lines-busy tab the options choose the report, whatever the hardware.
+    const cw::ReportRequest& request = bench.form->Request();
+
+    bench.Tab(1);
+    bench.Click("Option2");
+    bench.Check("chkChart", true);
+    QCOMPARE(bench.Run(), std::string("DAILY CALL ANALYSIS REPORT"));
+    QCOMPARE(bench.Dates(), std::string("08/17/2026 to 11/22/2026"));  // All Log Entries
+    QCOMPARE(request.direction, std::string("Out"));
+    QCOMPARE(request.fromDate + " to " + request.toDate, bench.Dates());
+    QVERIFY(request.chart && request.dtmf);
+    QCOMPARE(request.columns, cw::DetailColumnPositions(true));
+
+    bench.Tab(2);
+    bench.Click("Option3");
+    QCOMPARE(bench.Run(), std::string("LINE USAGE SUMMARY REPORT"));
+    QCOMPARE(request.direction + " " + request.variant, std::string("InOut Detailed"));
+
     bench.Tab(3);
-    QVERIFY(enabled("Option1") && enabled("Option2"));
-  }
-}
+    bench.Click("Option2");
+    QCOMPARE(bench.Run(), std::string("ALL LINES BUSY REPORT"));
+    QCOMPARE(request.variant, std::string("Summary"));
+    bench.Click("Option1");
+    bench.Preview();
+    QCOMPARE(request.variant, std::string("Detailed"));
 
-void ReportFormTest::lineFilterAsksAndShowsTheExpandedList() {
-  Bench bench;
-  bench.Load();
-  bench.Tab(8);
-  bench.host.inputAnswer = "1,3-5,7";
-  bench.Click("cmdLineFilter");
-  QCOMPARE(bench.host.inputs.size(), std::size_t{1});
-  QVERIFY(Has(bench.host.inputs[0].prompt, "can entered as 1-5"));
-  QCOMPARE(bench.host.inputs[0].title, std::string("Line Filter"));
-  QCOMPARE(bench.host.inputs[0].defaultAnswer, std::string("1,11-16,18-20,22"));
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  // Titled like the form's other boxes, not with the program's file name.
-  QCOMPARE(bench.host.messages[0].title + "|" + bench.host.messages[0].text,
-           std::string("Vorn Ringtally Reports|1,3,4,5,7"));
-  QCOMPARE(bench.host.messages[0].icon, MessageIcon::kNone);
-  QCOMPARE(bench.host.messages[0].buttons, MessageButtons::kOk);
+    bench.Tab(4);
+    bench.Click("oInOut_0");
+    bench.Check("chkNotLasting", true);
+    bench.Type("txtSeconds", "30");
+    bench.Check("chkRingCount", false);
+    bench.Type("txtRings", "4");
+    bench.Check("chkUnanswered", true);
+    QCOMPARE(bench.Run(), std::string("ABANDONED CALLS DETAIL REPORT"));
+    const auto& abandoned = request.abandoned;
+    QCOMPARE(request.direction, std::string("In"));
+    QVERIFY(abandoned.notLasting && !abandoned.ringCount && abandoned.unanswered);
+    QCOMPARE(abandoned.seconds + "|" + abandoned.rings, std::string("30|4"));
+    QCOMPARE(abandoned.inOutIndex, 0);
+    // The request stores the filter, the option click its in/out choice.
+    QCOMPARE(bench.Saved({"Select Seconds", "Abandoned Seconds", "Select Rings", "Select Answered", "Select InOut"}),
+             std::string("1|30|0|1|0"));
 
-  // Cancel, or nothing typed: nothing more is shown.
-  bench.host.inputAnswer.reset();
-  bench.form->LineFilterArray();
-  bench.host.inputAnswer = "";
-  bench.form->LineFilterArray();
-  QCOMPARE(bench.host.inputs.size(), std::size_t{3});
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-
-  // A range end that is no number ends in the classic error box.
-  bench.host.inputAnswer = "1,a-3";
-  bench.form->LineFilterArray();
-  QCOMPARE(bench.host.messages.size(), std::size_t{2});
-  QCOMPARE(bench.host.messages[1].title, std::string("Error"));
-  QVERIFY(Has(bench.host.LastText(), "in Form fReport procedure LineFilterArray."));
-  QVERIFY(Has(bench.host.LastText(), "The error Occurred at line: "));
-}
-
-void ReportFormTest::messagesOfTheRequestGoThroughTheHost() {
-  Bench bench;
-  bench.Set("Logs", bench.office.File("NoSuchLog.txt"));
-  bench.Load();
-  bench.Preview();
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QCOMPARE(bench.host.messages[0].title, std::string("Cannot Find the Call Logs File"));
-  QCOMPARE(bench.host.messages[0].text,
-           std::string("If you are using a shared log then please make sure the file exists and reset the path to "
-                       "the proper log folder."));
-  QCOMPARE(bench.host.messages[0].icon, MessageIcon::kCritical);
-  QVERIFY(bench.host.previews.empty());
-  // The preview button is usable again.
-  QVERIFY(bench.Get<QWidget>("cmdPrintQuery")->isEnabled());
-
-  Bench named;
-  named.Load();
-  named.Tab(5);
-  named.Preview();  // no saved dates: From is empty
-  QCOMPARE(named.host.messages.size(), std::size_t{1});
-  QCOMPARE(named.host.messages[0].title + "|" + named.host.messages[0].text, std::string("|Missing Start Date"));
-  named.Click("oTimePeriod_3");
-  named.Type("tNameNumber", "  ");
-  // Enter in the name box presses the preview button.
-  QTest::keyClick(named.Get<QLineEdit>("tNameNumber"), Qt::Key_Return);
-  QCOMPARE(named.host.messages.size(), std::size_t{2});
-  QCOMPARE(named.host.messages[1].title + "|" + named.host.messages[1].text,
-           std::string("Missing Search Criteria|Please Enter a Name"));
-}
-
-void ReportFormTest::historyModeShowsTheNumberAndUnloads() {
-  Bench bench("5551234567", kCallwarden);
-  bench.Set(kCallwarden, "LastTab", "2");
-  bench.host.realPreview = true;
-  bench.Load();
-  QVERIFY(bench.form->Unloaded());
-  QVERIFY(!bench.form->isVisible());
-  QVERIFY2(bench.host.messages.empty(), bench.host.LastText().c_str());
-  QCOMPARE(bench.host.previews.size(), std::size_t{1});
-  QCOMPARE(bench.host.previews[0].title, std::string("CALLER DETAIL REPORT"));
-  QCOMPARE(bench.host.previewPagesShown, bench.host.previews[0].pages);
-  const cw::ReportRequest& request = bench.form->Request();
-  QCOMPARE(request.kind, 6);
-  QCOMPARE(request.direction + " " + request.searchText, std::string("InOut 5551234567"));
-  QVERIFY(!request.partial && !request.chart);
-  QCOMPARE(request.fromDate + " to " + request.toDate, std::string("08/17/2026 to 11/22/2026"));
-  QCOMPARE(bench.Caption("Label1"), QStringLiteral("Number"));
-  QCOMPARE(bench.Get<QLineEdit>("tNameNumber")->text(), QStringLiteral("5551234567"));
-  QVERIFY(!bench.Get<QWidget>("chkChart")->isEnabled());
-  // Nothing of the user's is saved by a history run.
-  QCOMPARE(bench.store.Reports(kCallwarden, "LastTab"), std::string("2"));
-  QCOMPARE(bench.store.Reports(kCallwarden, "FromDate"), std::string("<unset>"));
-
-  // "h=HANDLE,NUMBER" shows the history too; on hardware 5 the direction
-  // options stay off.
-  Bench embedded("h=Callwarden,5551234567", kCallwarden);
-  embedded.office.WriteIni(5, 4);
-  embedded.Load();
-  QVERIFY(embedded.form->Unloaded());
-  QCOMPARE(embedded.host.previews.size(), std::size_t{1});
-  QVERIFY(!embedded.Get<QWidget>("Option3")->isEnabled());
-  QCOMPARE(embedded.form->Request().direction, std::string("InOut"));
-}
-
-void ReportFormTest::dateButtonsAndHelp() {
-  Bench bench;
-  bench.Set("FromDate", "10/01/2026");
-  bench.Load();
-  bench.host.pickedDate = "10/05/2026";
-  bench.Click("cmdFrom");
-  bench.host.pickedDate.reset();
-  bench.Click("cmdTo");
-  // The calendar opens on the date shown; cancelling it keeps that date.
-  QCOMPARE(bench.host.dateCaptions, (std::vector<std::string>{"10/01/2026", "11/22/2026"}));
-  QCOMPARE(bench.Dates(), std::string("10/05/2026 to 11/22/2026"));
-
-  // The help page opens at the form's topic; a missing page is an error box.
-  bench.Click("cHelp");
-  QVERIFY(bench.host.urls.empty());
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QVERIFY(Has(bench.host.LastText(), "Procedure Name: cHelp_Click."));
-  QVERIFY(Has(bench.host.LastText(), bench.helpFile));
-  QFile help(QString::fromStdString(bench.helpFile));
-  QVERIFY(help.open(QIODevice::WriteOnly));
-  help.close();
-  bench.Click("cHelp");
-  QCOMPARE(bench.host.urls.size(), std::size_t{1});
-  QCOMPARE(bench.host.urls[0].toLocalFile(), QString::fromStdString(bench.helpFile));
-  QCOMPARE(bench.host.urls[0].fragment(), QStringLiteral("topic290"));
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  // Without a browser the help opens in a window of our own, at the topic.
-  bench.host.browserOpens = false;
-  bench.Click("cHelp");
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  auto* browser = bench.form->findChild<QTextBrowser*>(QStringLiteral("HelpBrowser"));
-  QVERIFY(browser != nullptr);
-  QVERIFY(browser->window()->isVisible());
-  QCOMPARE(browser->source(), bench.host.urls.back());
-  QCOMPARE(browser->window()->windowTitle(), QStringLiteral("Vorn Ringtally Reports Help"));
-}
-
-// Regression: the preview's own hourglass ended the request's and left the
-// wait pointer over the preview; a save from the preview left the bar full.
-void ReportFormTest::pointerAndProgressBarAfterARealPreview() {
-  Bench bench;
-  bench.Load();
-  bench.host.realPreview = true;
-  bench.Tab(1);
-  QCOMPARE(bench.Run(), std::string("DAILY CALL ANALYSIS REPORT"));
-  QVERIFY(bench.host.previewPagesShown > 0);
-  QCOMPARE(bench.host.previewCursor, Qt::ArrowCursor);
-  QCOMPARE(QApplication::overrideCursor(), nullptr);
-  QVERIFY(!bench.Get<QWidget>("progressBar")->isVisible());
-}
-
-// Regression: a settings file that could not be written showed one box per
-// saved value when the form closed.
-void ReportFormTest::unwritableSettingsAreReportedOnceAtClose() {
-  Bench bench;
-  bench.Load();
-  bench.Tab(1);
-  QVERIFY(bench.host.messages.empty());
-  bench.store.failing = true;
-  bench.form->close();
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QVERIFY(Has(bench.host.LastText(), "SaveOptions"));
-}
-
-// Regression: embedded in the logging program's window the program outlived
-// that window, and a form closed on its own did not end the program.
-void ReportFormTest::embeddedFormEndsWithItsHostWindow() {
-  struct Case {
-    const char* commandLine;
-    bool hostThereAtStart;
-  };
-  for (const Case& c : {Case{"h=4242", true}, Case{"h=4243", false}}) {
-    Bench bench(c.commandLine, kCallwarden);
-    bool hostThere = c.hostThereAtStart;
-    std::vector<WId> asked;
-    bench.form = std::make_unique<cw::fReport>(c.commandLine, bench.host, bench.store, bench.metrics, bench.helpFile);
-    bench.form->SetHostWindowProbe([&](WId window) {
-      asked.push_back(window);
-      return hostThere;
-    });
-    QSignalSpy ended(bench.form.get(), &cw::fReport::FormUnloaded);
-    bench.form->Form_Load();
-    QVERIFY(!bench.form->Unloaded());
-    auto* watch = bench.form->findChild<cw::HostWindowWatch*>();
-    if (!c.hostThereAtStart) {
-      // Nothing to watch: the form is a window of its own, and closing it ends the program.
-      QCOMPARE(watch, nullptr);
-      bench.form->close();
-      QCOMPARE(ended.count(), 1);
-      continue;
+    for (const auto& [tab, text, partial] : {std::tuple{5, "smith", true}, std::tuple{6, "5551234567", false}}) {
+      bench.Tab(tab);
+      bench.Type("tNameNumber", text);
+      bench.Check("chkPartial", partial);
+      QCOMPARE(bench.Run(), std::string("CALLER DETAIL REPORT"));
+      QCOMPARE(request.kind, tab);
+      QCOMPARE(request.searchText, std::string(text));
+      QCOMPARE(request.partial, partial);
     }
-    QVERIFY(watch != nullptr);
-    watch->Look();
-    QVERIFY(!bench.form->Unloaded());
-    hostThere = false;
-    watch->Look();
+
+    bench.Tab(7);
+    bench.Check("chkChart", true);
+    QCOMPARE(bench.Run(), std::string("LOGGED CALLS SUMMARY REPORT"));
+    QVERIFY(request.chart && request.condensed);
+
+    bench.Tab(8);
+    auto* lines = bench.Get<QComboBox>("Combo1");
+    lines->setCurrentIndex(1);
+    QCOMPARE(bench.Run(), std::string("LINE DETAILS REPORT (Line 2)"));
+    QVERIFY(!request.lines.allLines);
+    QCOMPARE(request.lines.lines, std::vector<std::int16_t>{2});
+    lines->setCurrentIndex(lines->count() - 1);
+    QCOMPARE(bench.Run(), std::string("LINE DETAILS REPORT (Lines 1-4)"));
+    QVERIFY(request.lines.allLines);
+    QVERIFY2(bench.host.messages.empty(), bench.host.LastText().c_str());
+  }
+
+  void userChoicesAreSavedAtUnloadAndRestoredAtLoad() {
+    Bench bench;
+    bench.Set({{"LastTab", "5"}, {"FromDate", "10/01/2026"}, {"ToDate", "10/31/2026"}, {"CallType", "Out"},
+               {"PrintChart", "0"}, {"Condensed", "1"}});
+    bench.Load();
+    QCOMPARE(bench.Get<QTabBar>("TabStrip")->currentIndex(), 4);
+    QVERIFY(bench.Checked("Option2"));
+    QCOMPARE(bench.Dates(), std::string("10/01/2026 to 10/31/2026"));
+    QCOMPARE(bench.Caption("Label1"), QStringLiteral("Name"));
+
+    // The chart box shows the graph choice on tab 1 and the condensed choice on tab 7.
+    bench.Tab(1);
+    QVERIFY(!bench.Checked("chkChart"));
+    bench.Check("chkChart", true);
+    bench.Tab(7);
+    QVERIFY(bench.Checked("chkChart"));
+    bench.Check("chkChart", false);
+    bench.Tab(6);
+    bench.Click("oTimePeriod_0");
+    bench.Type("tNameNumber", "5551234567");
+    bench.form->Form_Unload();
+    QCOMPARE(bench.Saved({"LastTab", "FromDate", "ToDate", "SearchText", "PrintChart", "Condensed"}),
+             std::string("6|11/22/2026|11/22/2026|5551234567|1|0"));
+
+    // Unloading twice saves once.
+    bench.Set("LastTab", "2");
+    bench.form->Form_Unload();
+    QCOMPARE(bench.Saved("LastTab"), std::string("2"));
+
+    // A new form on the same settings comes back as the user left it.
+    bench.Load();
+    QCOMPARE(bench.form->ReportKind(), 2);
+    QVERIFY(bench.Checked("chkChart"));
+    QCOMPARE(bench.Dates(), std::string("11/22/2026 to 11/22/2026"));
+  }
+
+  void lastTabIsClampedAndTheHistoryTabLeavesTheChartBoxes() {
+    for (const auto& [stored, tab] : {std::pair{"0", 1}, std::pair{"-3", 1}, std::pair{"99", 9}, std::pair{"x", 1}}) {
+      Bench bench;
+      bench.Set("LastTab", stored);
+      bench.Load();
+      QCOMPARE(bench.form->ReportKind(), tab);
+    }
+    Bench bench;
+    bench.Set({{"LastTab", "7"}, {"PrintChart", "1"}, {"Condensed", "1"}});
+    bench.Load();
+    QVERIFY(!bench.Checked("chkChart"));
+    QCOMPARE(bench.Get<QCheckBox>("chkChart")->text(), QStringLiteral("Condensed Summary Version"));
+    bench.Tab(1);
+    QVERIFY(!bench.Checked("chkChart"));
+    QCOMPARE(bench.Get<QCheckBox>("chkChart")->text(), QStringLiteral("Include Graph"));
+    // Unloading on tab 7 leaves both settings alone.
+    bench.Tab(7);
+    bench.Check("chkChart", true);
+    bench.form->Form_Unload();
+    QCOMPARE(bench.Saved({"LastTab", "PrintChart", "Condensed"}), std::string("7|1|1"));
+  }
+
+  void tabPresetsRestoreDirectionDatesLinesAndTheAbandonedBox() {
+    Bench bench;
+    bench.Set({{"CallType", "InOut"}, {"FromDate", "09/01/2026"}, {"Select Seconds", "1"}, {"Abandoned Seconds", "45"},
+               {"Select Rings", "1"}, {"Abandoned Rings", "3"}, {"Select Answered", "0"}, {"Select InOut", "1"}});
+    bench.Load();
+    QVERIFY(bench.Checked("Option3"));
+    QCOMPARE(bench.Dates(), std::string("09/01/2026 to 11/22/2026"));  // empty ToDate: today
+
+    // The line list offers the active lines of the INI file and all lines.
+    auto* lines = bench.Get<QComboBox>("Combo1");
+    QStringList entries;
+    for (int k = 0; k < lines->count(); ++k) entries << lines->itemText(k);
+    QCOMPARE(entries, (QStringList{"1", "2", "3", "4", "All Lines (sorted)"}));
+
+    // Option clicks save the direction; the next tab restores it, and its dates.
+    bench.Click("Option1");
+    QCOMPARE(bench.Saved("CallType"), std::string("In"));
+    bench.Click("oTimePeriod_0");
+    bench.office.WriteIni(3, 2);
+    bench.Tab(8);
+    QVERIFY(bench.Checked("Option1"));
+    QCOMPARE(bench.Dates(), std::string("09/01/2026 to 11/22/2026"));
+    QCOMPARE(lines->count(), 3);
+    bench.Click("Option2");
+    QCOMPARE(bench.Saved("CallType"), std::string("Out"));
+    bench.Tab(7);
+    QVERIFY(bench.Checked("Option2"));
+    bench.Preview();
+    QCOMPARE(bench.form->Request().direction + " " + bench.form->Request().variant,
+             std::string("Out Detailed"));  // the variant is reset by the tab change
+
+    // The abandoned box comes back from the settings on its tab, its in/out
+    // choice giving the direction there.
+    bench.Tab(4);
+    QVERIFY(bench.Checked("chkNotLasting") && bench.Checked("chkRingCount") && !bench.Checked("chkUnanswered"));
+    QCOMPARE(bench.Get<QLineEdit>("txtSeconds")->text() + "|" + bench.Get<QLineEdit>("txtRings")->text(),
+             QStringLiteral("45|3"));
+    QVERIFY(bench.Checked("oInOut_1"));
+    bench.Preview();
+    QCOMPARE(bench.form->Request().direction, std::string("Out"));
+    QCOMPARE(bench.form->Request().abandoned.inOutIndex, 1);
+    bench.Click("oInOut_2");
+    QCOMPARE(bench.Saved("Select InOut"), std::string("2"));
+    bench.Set("Select Seconds", "0");
+    bench.Tab(5);
+    bench.Tab(4);
+    QVERIFY(!bench.Checked("chkNotLasting"));
+    QVERIFY(bench.Checked("oInOut_2"));
+  }
+
+  void optionsOfEachTab() {
+    Bench bench;
+    bench.Load();
+    const auto shown = [&](const char* name) { return bench.Get<QWidget>(name)->isVisible(); };
+    const auto options = [&] {
+      QStringList texts;
+      for (const char* name : {"Option1", "Option2", "Option3"}) {
+        if (shown(name)) texts << bench.Get<QAbstractButton>(name)->text();
+      }
+      return texts;
+    };
+
+    bench.Tab(1);
+    QCOMPARE(options(), (QStringList{"In Calls", "Out Calls", "In && Out"}));
+    QVERIFY(shown("chkChart") && !shown("fraSearch") && !shown("fraLines") && !shown("fraAbandoned"));
+
+    bench.Tab(3);
+    QCOMPARE(options(), (QStringList{"Busy Lines Occurance Listing", "Busy Lines Stats Summary"}));
+    bench.Click("Option1");
+    QVERIFY(!shown("chkChart"));
+    bench.Click("Option2");
+    QVERIFY(shown("chkChart") && bench.Get<QWidget>("chkChart")->isEnabled());
+
+    bench.Tab(4);
+    QVERIFY(!shown("fraOptions") && shown("oInOut") && shown("fraAbandoned"));
+
+    bench.Tab(5);
+    QVERIFY(shown("fraSearch") && !shown("chkChart"));
+    QCOMPARE(bench.Caption("Label1"), QStringLiteral("Name"));
+    bench.Tab(6);
+    QCOMPARE(bench.Caption("Label1"), QStringLiteral("Number"));
+
+    bench.Tab(8);
+    QVERIFY(shown("fraLines") && shown("cmdLineFilter") && !shown("fraSearch") && !shown("fraCallBacks"));
+
+    // The call backs: no direction to choose, the graph, and the window.
+    bench.Tab(9);
+    QCOMPARE(options(), QStringList{});
+    QVERIFY(shown("fraCallBacks") && shown("chkChart") && shown("oTimePeriod") && shown("fraDates"));
+    QVERIFY(!shown("fraLines") && !shown("fraSearch") && !shown("fraAbandoned") && !shown("oInOut"));
+    QCOMPARE(bench.Get<QAbstractButton>("chkChart")->text(), QStringLiteral("Include Graph"));
+    bench.Get<QSpinBox>("txtWindow")->setValue(3);
+    bench.Get<QAbstractButton>("chkChart")->setChecked(true);
+    QCOMPARE(bench.Run(), std::string("CALL BACK REPORT"));
+    QCOMPARE(bench.form->Request().callBackWindowDays, 3);
+    QVERIFY(bench.form->Request().chart);
+    bench.Tab(1);
+    QVERIFY(!shown("fraCallBacks"));
+  }
+
+  void periodButtonsSetTheDates() {
+    Bench bench;
+    bench.Set({{"FromDate", "01/01/2026"}, {"ToDate", "12/31/2026"}});
+    bench.Load();
+    // Table: today in November 2026, the period clicked, the dates. From Sunday
+    // the 22nd to Saturday the 28th the week starts on the 22nd, and To stays.
+    for (const auto& [day, period, dates] : {std::tuple{22, "oTimePeriod_1", "11/22/2026 to 12/31/2026"},
+                                             std::tuple{28, "oTimePeriod_1", "11/22/2026 to 12/31/2026"},
+                                             std::tuple{28, "oTimePeriod_0", "11/28/2026 to 11/28/2026"},
+                                             std::tuple{28, "oTimePeriod_2", "11/01/2026 to 11/28/2026"},
+                                             std::tuple{28, "oTimePeriod_3", "08/17/2026 to 11/28/2026"}}) {
+      bench.host.today = CivilDate::FromYmd(2026, 11, day);
+      bench.Click(period);
+      QCOMPARE(bench.Dates(), std::string(dates));
+    }
+
+    // An undated first line starts at today; no log leaves From as it was.
+    {
+      QFile log(QString::fromStdString(bench.office.Log()));
+      QVERIFY(log.open(QIODevice::WriteOnly | QIODevice::Truncate));
+      log.write("header line\r\n");
+    }
+    bench.Click("oTimePeriod_2");
+    bench.Click("oTimePeriod_3");
+    QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/28/2026"));
+    QFile::remove(QString::fromStdString(bench.office.Log()));
+    bench.Click("oTimePeriod_2");
+    bench.Click("oTimePeriod_3");
+    QCOMPARE(bench.Caption("lFromDate"), QStringLiteral("11/01/2026"));
+    QVERIFY(bench.host.messages.empty());
+  }
+
+  void hardwareThatCannotTellDirectionsDisablesTheOptions() {
+    for (const int hardware : {3, 5, 6}) {
+      Bench bench;
+      bench.office.WriteIni(hardware, 4);
+      bench.Load();
+      const auto enabled = [&](const char* name) { return bench.Get<QWidget>(name)->isEnabled(); };
+      const bool canTell = hardware == 3;
+      QVERIFY(enabled("Option1") == canTell && enabled("Option2") == canTell && enabled("Option3") == canTell);
+      bench.Tab(4);
+      QCOMPARE(enabled("oInOut_0"), canTell);
+      // On the all-lines-busy tab the options choose the report, whatever the hardware.
+      bench.Tab(3);
+      QVERIFY(enabled("Option1") && enabled("Option2"));
+    }
+  }
+
+  void lineFilterAsksAndShowsTheExpandedList() {
+    Bench bench;
+    bench.Load();
+    bench.Tab(8);
+    bench.host.inputAnswer = "1,3-5,7";
+    bench.Click("cmdLineFilter");
+    QCOMPARE(bench.host.inputs.size(), std::size_t{1});
+    QVERIFY(Has(bench.host.inputs[0].prompt, "can entered as 1-5"));
+    QCOMPARE(bench.host.inputs[0].title + "|" + bench.host.inputs[0].defaultAnswer,
+             std::string("Line Filter|1,11-16,18-20,22"));
+    // Titled like the form's other boxes, not with the program's file name.
+    QCOMPARE(bench.host.Said(), std::string("Vorn Ringtally Reports|1,3,4,5,7\n"));
+    QVERIFY(bench.host.messages[0].icon == MessageIcon::kNone && bench.host.messages[0].buttons == MessageButtons::kOk);
+
+    // Cancel, or nothing typed: nothing more is shown.
+    for (const std::optional<std::string>& answer : {std::optional<std::string>(), std::optional<std::string>("")}) {
+      bench.host.inputAnswer = answer;
+      bench.form->LineFilterArray();
+    }
+    QCOMPARE(bench.host.inputs.size(), std::size_t{3});
+    QCOMPARE(bench.host.messages.size(), std::size_t{1});
+
+    // A range end that is no number ends in the classic error box.
+    bench.host.inputAnswer = "1,a-3";
+    bench.form->LineFilterArray();
+    QCOMPARE(bench.host.messages.size(), std::size_t{2});
+    QCOMPARE(bench.host.messages[1].title, std::string("Error"));
+    QVERIFY(Has(bench.host.LastText(), "in Form fReport procedure LineFilterArray."));
+    QVERIFY(Has(bench.host.LastText(), "The error Occurred at line: "));
+  }
+
+  void messagesOfTheRequestGoThroughTheHost() {
+    Bench bench;
+    bench.Set("Logs", bench.office.File("NoSuchLog.txt"));
+    bench.Load();
+    bench.Preview();
+    QCOMPARE(bench.host.Said(), std::string("Cannot Find the Call Logs File|If you are using a shared log then "
+                                             "please make sure the file exists and reset the path to the proper "
+                                             "log folder.\n"));
+    QCOMPARE(bench.host.messages[0].icon, MessageIcon::kCritical);
+    QVERIFY(bench.host.previews.empty());
+    // The preview button is usable again.
+    QVERIFY(bench.Get<QWidget>("cmdPrintQuery")->isEnabled());
+
+    Bench named;
+    named.Load();
+    named.Tab(5);
+    named.Preview();  // no saved dates: From is empty
+    QCOMPARE(named.host.Said(), std::string("|Missing Start Date\n"));
+    named.Click("oTimePeriod_3");
+    named.Type("tNameNumber", "  ");
+    // Enter in the name box presses the preview button.
+    QTest::keyClick(named.Get<QLineEdit>("tNameNumber"), Qt::Key_Return);
+    QCOMPARE(named.host.Said(), std::string("|Missing Start Date\nMissing Search Criteria|Please Enter a Name\n"));
+  }
+
+  void historyModeShowsTheNumberAndUnloads() {
+    Bench bench("5551234567", kCallwarden);
+    bench.Set(kCallwarden, "LastTab", "2");
+    bench.host.realPreview = true;
+    bench.Load();
     QVERIFY(bench.form->Unloaded());
-    QCOMPARE(ended.count(), 1);
-    QCOMPARE(asked.back(), WId{4242});
-  }
-}
+    QVERIFY(!bench.form->isVisible());
+    QVERIFY2(bench.host.messages.empty(), bench.host.LastText().c_str());
+    QCOMPARE(bench.host.previews.size(), std::size_t{1});
+    QCOMPARE(bench.host.previews[0].title, std::string("CALLER DETAIL REPORT"));
+    QCOMPARE(bench.host.previewPagesShown, bench.host.previews[0].pages);
+    const cw::ReportRequest& request = bench.form->Request();
+    QVERIFY(request.kind == 6 && !request.partial && !request.chart);
+    QCOMPARE(request.direction + " " + request.searchText + " " + request.fromDate + " to " + request.toDate,
+             std::string("InOut 5551234567 08/17/2026 to 11/22/2026"));
+    QCOMPARE(bench.Caption("Label1"), QStringLiteral("Number"));
+    QCOMPARE(bench.Get<QLineEdit>("tNameNumber")->text(), QStringLiteral("5551234567"));
+    QVERIFY(!bench.Get<QWidget>("chkChart")->isEnabled());
+    // Nothing of the user's is saved by a history run.
+    QCOMPARE(bench.store.Reports(kCallwarden, "LastTab") + "|" + bench.store.Reports(kCallwarden, "FromDate"),
+             std::string("2|<unset>"));
 
-void ReportFormTest::errorsOfEventProceduresGoToTheStandardBox() {
-  // A touch-tone setting that is no truth value stops the load's last step.
-  Bench bench;
-  bench.Set("DTMF", "maybe");
-  bench.Load();
-  QCOMPARE(bench.host.messages.size(), std::size_t{1});
-  QCOMPARE(bench.host.messages[0].title, std::string("Error"));
-  for (const char* part : {"Module Name: fReport", "Procedure Name: Form_Load.", "Date: 11/22/2026 9:00:00 AM"}) {
-    QVERIFY2(Has(bench.host.LastText(), part), part);
-  }
-  QVERIFY(!bench.form->Unloaded());
-
-  // A settings store that fails: every read shows its own box, and the form
-  // stays usable.
-  Bench failing;
-  failing.Load();
-  failing.store.failing = true;
-  failing.host.messages.clear();
-  failing.Tab(2);
-  QVERIFY(!failing.host.messages.empty());
-  QVERIFY(Has(failing.host.messages[0].text, "Procedure Name: GetOptions."));
-  failing.store.failing = false;
-  failing.Tab(3);
-  QCOMPARE(failing.form->ReportKind(), 3);
-
-  // A window handle: the form goes into that window where the desktop can
-  // hold foreign windows, and stays a window of its own with a box where it
-  // cannot; either way it is loaded.
-  Bench embedded("h=1234", kCallwarden);
-  embedded.Set(kCallwarden, "LastTab", "3");
-  embedded.Load();
-  QCOMPARE(embedded.form->Startup().windowHandle, std::optional<std::int32_t>(1234));
-  QVERIFY(!embedded.form->Startup().historyMode);
-  QCOMPARE(embedded.form->ReportKind(), 3);
-  QVERIFY(!embedded.form->Unloaded());
-  if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
-    QCOMPARE(embedded.host.messages.size(), std::size_t{1});
-    QVERIFY(Has(embedded.host.LastText(), "inside window 1234"));
-    QVERIFY(Has(embedded.host.LastText(), "Procedure Name: Form_Load."));
+    // "h=HANDLE,NUMBER" shows the history too; on hardware 5 the direction
+    // options stay off.
+    Bench embedded("h=Callwarden,5551234567", kCallwarden);
+    embedded.office.WriteIni(5, 4);
+    embedded.Load();
+    QVERIFY(embedded.form->Unloaded());
+    QCOMPARE(embedded.host.previews.size(), std::size_t{1});
+    QVERIFY(!embedded.Get<QWidget>("Option3")->isEnabled());
+    QCOMPARE(embedded.form->Request().direction, std::string("InOut"));
   }
 
-  // A handle that is no number ends the start-up with its box.
-  Bench garbled("h=12x");
-  garbled.Load();
-  QVERIFY(garbled.form->Unloaded());
-  QCOMPARE(garbled.host.messages.size(), std::size_t{1});
-  QVERIFY(Has(garbled.host.LastText(), "Procedure Name: Form_Load."));
-}
+  void dateButtonsAndHelp() {
+    Bench bench;
+    bench.Set("FromDate", "10/01/2026");
+    bench.Load();
+    bench.host.pickedDate = "10/05/2026";
+    bench.Click("cmdFrom");
+    bench.host.pickedDate.reset();
+    bench.Click("cmdTo");
+    // The calendar opens on the date shown; cancelling it keeps that date.
+    QCOMPARE(bench.host.dateCaptions, (std::vector<std::string>{"10/01/2026", "11/22/2026"}));
+    QCOMPARE(bench.Dates(), std::string("10/05/2026 to 11/22/2026"));
 
-
-// Regression: at large text scaling the form was wider than the screen and
-// the preview button was cut off. The offscreen screen (800 pixels) is
-// narrower than the form's eight tabs at ordinary scaling: the tab strip
-// scrolls instead of widening the form past the screen, and the form is no
-// wider than the screen unless its options need more room.
-void ReportFormTest::formFitsTheScreen() {
-  Bench bench;
-  bench.Load();
-  const QRect room = bench.form->screen()->availableGeometry();
-  const int allTabs = bench.Get<QTabBar>("TabStrip")->sizeHint().width();
-  QVERIFY2(allTabs > room.width(), "the screen holds every tab: nothing is tested");
-  QVERIFY2(bench.form->width() < allTabs, qPrintable(QString::number(bench.form->width())));
-  QVERIFY(bench.form->width() <= std::max(room.width(), bench.form->minimumSizeHint().width()));
-  QVERIFY(bench.form->height() <= room.height());
-  for (const char* name : {"cmdPrintQuery", "cHelp"}) {
-    auto* button = bench.Get<QWidget>(name);
-    const QRect shown(button->mapTo(bench.form.get(), QPoint(0, 0)), button->size());
-    QVERIFY2(bench.form->rect().contains(shown), name);
+    // The help page opens at the form's topic; a missing page is an error box.
+    bench.Click("cHelp");
+    QVERIFY(bench.host.urls.empty());
+    QCOMPARE(bench.host.messages.size(), std::size_t{1});
+    QVERIFY(Has(bench.host.LastText(), "Procedure Name: cHelp_Click."));
+    QVERIFY(Has(bench.host.LastText(), bench.helpFile));
+    QFile help(QString::fromStdString(bench.helpFile));
+    QVERIFY(help.open(QIODevice::WriteOnly));
+    help.close();
+    bench.Click("cHelp");
+    QCOMPARE(bench.host.urls.size(), std::size_t{1});
+    QCOMPARE(bench.host.urls[0].toLocalFile() + "#" + bench.host.urls[0].fragment(),
+             QString::fromStdString(bench.helpFile) + "#topic290");
+    QCOMPARE(bench.host.messages.size(), std::size_t{1});
+    // Without a browser the help opens in a window of our own, at the topic.
+    bench.host.browserOpens = false;
+    bench.Click("cHelp");
+    QCOMPARE(bench.host.messages.size(), std::size_t{1});
+    auto* browser = bench.form->findChild<QTextBrowser*>(QStringLiteral("HelpBrowser"));
+    QVERIFY(browser != nullptr);
+    QVERIFY(browser->window()->isVisible());
+    QCOMPARE(browser->source(), bench.host.urls.back());
+    QCOMPARE(browser->window()->windowTitle(), QStringLiteral("Vorn Ringtally Reports Help"));
   }
-}
+
+  // Regression: the preview's own hourglass ended the request's and left the
+  // wait pointer over the preview; a save from the preview left the bar full.
+  void pointerAndProgressBarAfterARealPreview() {
+    Bench bench;
+    bench.Load();
+    bench.host.realPreview = true;
+    bench.Tab(1);
+    QCOMPARE(bench.Run(), std::string("DAILY CALL ANALYSIS REPORT"));
+    QVERIFY(bench.host.previewPagesShown > 0);
+    QCOMPARE(bench.host.previewCursor, Qt::ArrowCursor);
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
+    QVERIFY(!bench.Get<QWidget>("progressBar")->isVisible());
+  }
+
+  // Regression: a settings file that could not be written showed one box per
+  // saved value when the form closed.
+  void unwritableSettingsAreReportedOnceAtClose() {
+    Bench bench;
+    bench.Load();
+    bench.Tab(1);
+    QVERIFY(bench.host.messages.empty());
+    bench.store.failing = true;
+    bench.form->close();
+    QCOMPARE(bench.host.messages.size(), std::size_t{1});
+    QVERIFY(Has(bench.host.LastText(), "SaveOptions"));
+  }
+
+  // Regression: embedded in the logging program's window the program outlived
+  // that window, and a form closed on its own did not end the program.
+  void embeddedFormEndsWithItsHostWindow() {
+    struct Case {
+      const char* commandLine;
+      bool hostThereAtStart;
+    };
+    for (const Case& c : {Case{"h=4242", true}, Case{"h=4243", false}}) {
+      Bench bench(c.commandLine, kCallwarden);
+      bool hostThere = c.hostThereAtStart;
+      std::vector<WId> asked;
+      bench.form = std::make_unique<cw::fReport>(c.commandLine, bench.host, bench.store, bench.metrics, bench.helpFile);
+      bench.form->SetHostWindowProbe([&](WId window) {
+        asked.push_back(window);
+        return hostThere;
+      });
+      QSignalSpy ended(bench.form.get(), &cw::fReport::FormUnloaded);
+      bench.form->Form_Load();
+      QVERIFY(!bench.form->Unloaded());
+      auto* watch = bench.form->findChild<cw::HostWindowWatch*>();
+      if (!c.hostThereAtStart) {
+        // Nothing to watch: the form is a window of its own, and closing it ends the program.
+        QCOMPARE(watch, nullptr);
+        bench.form->close();
+        QCOMPARE(ended.count(), 1);
+        continue;
+      }
+      QVERIFY(watch != nullptr);
+      watch->Look();
+      QVERIFY(!bench.form->Unloaded());
+      hostThere = false;
+      watch->Look();
+      QVERIFY(bench.form->Unloaded());
+      QCOMPARE(ended.count(), 1);
+      QCOMPARE(asked.back(), WId{4242});
+    }
+  }
+
+  void errorsOfEventProceduresGoToTheStandardBox() {
+    // A touch-tone setting that is no truth value stops the load's last step.
+    Bench bench;
+    bench.Set("DTMF", "maybe");
+    bench.Load();
+    QCOMPARE(bench.host.messages.size(), std::size_t{1});
+    QCOMPARE(bench.host.messages[0].title, std::string("Error"));
+    for (const char* part : {"Module Name: fReport", "Procedure Name: Form_Load.", "Date: 11/22/2026 9:00:00 AM"}) {
+      QVERIFY2(Has(bench.host.LastText(), part), part);
+    }
+    QVERIFY(!bench.form->Unloaded());
+
+    // A settings store that fails: every read shows its own box, and the form
+    // stays usable.
+    Bench failing;
+    failing.Load();
+    failing.store.failing = true;
+    failing.host.messages.clear();
+    failing.Tab(2);
+    QVERIFY(!failing.host.messages.empty());
+    QVERIFY(Has(failing.host.messages[0].text, "Procedure Name: GetOptions."));
+    failing.store.failing = false;
+    failing.Tab(3);
+    QCOMPARE(failing.form->ReportKind(), 3);
+
+    // A window handle: the form goes into that window where the desktop can
+    // hold foreign windows, and stays a window of its own with a box where it
+    // cannot; either way it is loaded.
+    Bench embedded("h=1234", kCallwarden);
+    embedded.Set(kCallwarden, "LastTab", "3");
+    embedded.Load();
+    QCOMPARE(embedded.form->Startup().windowHandle, std::optional<std::int32_t>(1234));
+    QVERIFY(!embedded.form->Startup().historyMode);
+    QCOMPARE(embedded.form->ReportKind(), 3);
+    QVERIFY(!embedded.form->Unloaded());
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+      QCOMPARE(embedded.host.messages.size(), std::size_t{1});
+      QVERIFY(Has(embedded.host.LastText(), "inside window 1234"));
+      QVERIFY(Has(embedded.host.LastText(), "Procedure Name: Form_Load."));
+    }
+
+    // A handle that is no number ends the start-up with its box.
+    Bench garbled("h=12x");
+    garbled.Load();
+    QVERIFY(garbled.form->Unloaded());
+    QCOMPARE(garbled.host.messages.size(), std::size_t{1});
+    QVERIFY(Has(garbled.host.LastText(), "Procedure Name: Form_Load."));
+  }
+
+  // Regression: at large text scaling the form was wider than the screen and
+  // the preview button was cut off. The offscreen screen (800 pixels) is
+  // narrower than the form's eight tabs at ordinary scaling: the tab strip
+  // scrolls instead of widening the form past the screen, and the form is no
+  // wider than the screen unless its options need more room.
+  void formFitsTheScreen() {
+    Bench bench;
+    bench.Load();
+    const QRect room = bench.form->screen()->availableGeometry();
+    const int allTabs = bench.Get<QTabBar>("TabStrip")->sizeHint().width();
+    QVERIFY2(allTabs > room.width(), "the screen holds every tab: nothing is tested");
+    QVERIFY2(bench.form->width() < allTabs, qPrintable(QString::number(bench.form->width())));
+    QVERIFY(bench.form->width() <= std::max(room.width(), bench.form->minimumSizeHint().width()));
+    QVERIFY(bench.form->height() <= room.height());
+    for (const char* name : {"cmdPrintQuery", "cHelp"}) {
+      auto* button = bench.Get<QWidget>(name);
+      const QRect shown(button->mapTo(bench.form.get(), QPoint(0, 0)), button->size());
+      QVERIFY2(bench.form->rect().contains(shown), name);
+    }
+  }
+};
 
 QTEST_MAIN(ReportFormTest)
 #include "report_form_test.moc"
