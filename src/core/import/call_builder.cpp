@@ -90,8 +90,13 @@ std::string CleanCallerName(std::string_view name) {
 BuiltCall BuildCall(std::span<const CdrLeg* const> unordered, const ImportRules& rules, bool channelsKnown) {
   BuiltCall built;
   if (unordered.empty()) return built;
-  std::vector<const CdrLeg*> legs(unordered.begin(), unordered.end());
-  std::stable_sort(legs.begin(), legs.end(), [](const CdrLeg* a, const CdrLeg* b) { return a->start < b->start; });
+  // In order of their start, the order of arrival among equals. A call has
+  // a handful of legs: an insertion sort needs no buffer.
+  thread_local std::vector<const CdrLeg*> legs;
+  legs.assign(unordered.begin(), unordered.end());
+  for (std::size_t i = 1; i < legs.size(); ++i) {
+    for (std::size_t j = i; j > 0 && legs[j]->start < legs[j - 1]->start; --j) std::swap(legs[j], legs[j - 1]);
+  }
 
   // Who is on the other end, and on which line.
   Party party;

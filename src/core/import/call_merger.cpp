@@ -15,22 +15,55 @@ std::string_view WithoutHalf(std::string_view localChannel) {
   return semicolon == std::string_view::npos ? localChannel : localChannel.substr(0, semicolon);
 }
 
-// The leg's own key first, then the keys that link it to other legs.
-std::vector<std::string> KeysOf(const CdrLeg& leg) {
-  std::vector<std::string> keys;
-  if (!leg.linkedId.empty()) {
-    keys.push_back("L:" + leg.linkedId);
-  } else if (!leg.uniqueId.empty()) {
-    keys.push_back("U:" + leg.uniqueId);
-  } else {
-    keys.push_back("S:" + std::to_string(leg.start) + '|' + leg.source + '|' + leg.channel);
-  }
-  if (!leg.bLegUuid.empty()) keys.push_back("U:" + leg.bLegUuid);
-  if (leg.linkedId.empty()) {
-    if (leg.channel.starts_with("Local/")) keys.push_back("C:" + std::string(WithoutHalf(leg.channel)));
-    if (leg.destinationChannel.starts_with("Local/")) {
-      keys.push_back("C:" + std::string(WithoutHalf(leg.destinationChannel)));
+// The key that names the call of a leg: its linkedid, else its uniqueid,
+// else its start, source and channel.
+std::string PrimaryKey(const CdrLeg& leg) {
+  if (!leg.linkedId.empty()) return "L:" + leg.linkedId;
+  if (!leg.uniqueId.empty()) return "U:" + leg.uniqueId;
+  return "S:" + std::to_string(leg.start) + '|' + leg.source + '|' + leg.channel;
+}
+
+class KeyHash {
+ public:
+  explicit KeyHash(char kind) { Add(std::string_view(&kind, 1)); }
+  KeyHash& Add(std::string_view text) {
+    for (char c : text) {
+      hash_ ^= static_cast<unsigned char>(c);
+      hash_ *= 0x100000001b3ull;  // FNV-1a
     }
+    hash_ ^= 0xFF;  // a separator no text holds, so that "ab"+"c" is not "a"+"bc"
+    hash_ *= 0x100000001b3ull;
+    return *this;
+  }
+  std::uint64_t Value() const { return hash_; }
+
+ private:
+  std::uint64_t hash_ = 0xcbf29ce484222325ull;
+};
+
+struct LegKeys {
+  std::uint64_t hashes[4];
+  int count = 0;
+  void Add(const KeyHash& key) { hashes[count++] = key.Value(); }
+};
+
+// The leg's own key first, then the keys that link it to other legs.
+LegKeys KeysOf(const CdrLeg& leg) {
+  LegKeys keys;
+  if (!leg.linkedId.empty()) {
+    keys.Add(KeyHash('L').Add(leg.linkedId));
+  } else if (!leg.uniqueId.empty()) {
+    keys.Add(KeyHash('U').Add(leg.uniqueId));
+  } else {
+    const std::int64_t start = leg.start;
+    keys.Add(KeyHash('S').Add(std::string_view(reinterpret_cast<const char*>(&start), sizeof start))
+                 .Add(leg.source)
+                 .Add(leg.channel));
+  }
+  if (!leg.bLegUuid.empty()) keys.Add(KeyHash('U').Add(leg.bLegUuid));
+  if (leg.linkedId.empty()) {
+    if (leg.channel.starts_with("Local/")) keys.Add(KeyHash('C').Add(WithoutHalf(leg.channel)));
+    if (leg.destinationChannel.starts_with("Local/")) keys.Add(KeyHash('C').Add(WithoutHalf(leg.destinationChannel)));
   }
   return keys;
 }
@@ -51,9 +84,9 @@ void CallMerger::Join(std::uint64_t into, std::uint64_t from) {
     target.firstOrder = source.firstOrder;
   }
   for (CdrLeg& leg : source.legs) target.legs.push_back(std::move(leg));
-  for (std::string& key : source.keys) {
+  for (std::uint64_t key : source.keys) {
     groupOfKey_[key] = into;
-    target.keys.push_back(std::move(key));
+    target.keys.push_back(key);
   }
   target.lastTick = std::max(target.lastTick, source.lastTick);
   target.firstStart = std::min(target.firstStart, source.firstStart);
@@ -62,11 +95,11 @@ void CallMerger::Join(std::uint64_t into, std::uint64_t from) {
 }
 
 void CallMerger::Add(CdrLeg leg, std::int64_t tick) {
-  const std::vector<std::string> keys = KeysOf(leg);
+  const LegKeys keys = KeysOf(leg);
   std::uint64_t group = 0;
   bool found = false;
-  for (const std::string& key : keys) {
-    const auto hit = groupOfKey_.find(key);
+  for (int i = 0; i < keys.count; ++i) {
+    const auto hit = groupOfKey_.find(keys.hashes[i]);
     if (hit == groupOfKey_.end()) continue;
     const Group& other = groups_.at(hit->second);
     if (leg.start - other.firstStart > kKeySpan || other.firstStart - leg.start > kKeySpan) continue;
@@ -81,20 +114,23 @@ void CallMerger::Add(CdrLeg leg, std::int64_t tick) {
   if (!found) {
     group = order;
     Group& fresh = groups_[group];
-    fresh.key = keys.front();
+    fresh.key = PrimaryKey(leg);
+    // Most calls have a few legs and keys: room for them at once.
+    fresh.legs.reserve(4);
+    fresh.keys.reserve(4);
     fresh.firstOrder = order;
     fresh.firstStart = leg.start;
     fresh.lastEnd = leg.EndMoment();
   }
   Group& into = groups_.at(group);
-  for (const std::string& key : keys) {
-    auto [where, inserted] = groupOfKey_.try_emplace(key, group);
+  for (int i = 0; i < keys.count; ++i) {
+    auto [where, inserted] = groupOfKey_.try_emplace(keys.hashes[i], group);
     if (inserted) {
-      into.keys.push_back(key);
+      into.keys.push_back(keys.hashes[i]);
     } else if (where->second != group) {
       // A key of an old call (see kKeySpan) now names this one.
       where->second = group;
-      into.keys.push_back(key);
+      into.keys.push_back(keys.hashes[i]);
     }
   }
   into.lastTick = std::max(into.lastTick, tick);
@@ -106,13 +142,14 @@ void CallMerger::Add(CdrLeg leg, std::int64_t tick) {
 template <class Done>
 std::vector<MergedCall> CallMerger::Take(Done done) {
   std::vector<std::pair<std::uint64_t, MergedCall>> taken;
+  taken.reserve(groups_.size());
   for (auto it = groups_.begin(); it != groups_.end();) {
     Group& group = it->second;
     if (!done(group)) {
       ++it;
       continue;
     }
-    for (const std::string& key : group.keys) {
+    for (std::uint64_t key : group.keys) {
       const auto hit = groupOfKey_.find(key);
       if (hit != groupOfKey_.end() && hit->second == it->first) groupOfKey_.erase(hit);
     }

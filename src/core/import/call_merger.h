@@ -40,7 +40,7 @@ class CallMerger {
     std::string key;
     std::uint64_t firstOrder = 0;
     std::vector<CdrLeg> legs;
-    std::vector<std::string> keys;
+    std::vector<std::uint64_t> keys;  // hashes of the keys that lead here
     std::int64_t lastTick = 0;
     LocalSeconds firstStart = 0;
     LocalSeconds lastEnd = 0;
@@ -50,7 +50,9 @@ class CallMerger {
   std::vector<MergedCall> Take(Done done);
   void Join(std::uint64_t into, std::uint64_t from);
 
-  std::unordered_map<std::string, std::uint64_t> groupOfKey_;
+  // Keys are looked up by their hash alone: this runs for every row, and
+  // two keys of one file sharing a 64-bit hash are not to be expected.
+  std::unordered_map<std::uint64_t, std::uint64_t> groupOfKey_;
   std::unordered_map<std::uint64_t, Group> groups_;
   std::uint64_t nextId_ = 0;
 };

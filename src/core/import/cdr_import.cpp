@@ -91,7 +91,11 @@ std::size_t CdrImporter::Feed(std::string_view text, std::int64_t firstLine, boo
     if (++sinceSweep_ >= kRowsPerSweep) {
       sinceSweep_ = 0;
       std::vector<KeyedCall> done = Build(merger_.TakeEndedBefore(latestEnd_ - kSettled));
-      std::move(done.begin(), done.end(), std::back_inserter(finished_));
+      if (finished_.empty()) {
+        finished_ = std::move(done);
+      } else {
+        finished_.insert(finished_.end(), std::make_move_iterator(done.begin()), std::make_move_iterator(done.end()));
+      }
     }
   }
   return reader.Offset();
@@ -99,6 +103,7 @@ std::size_t CdrImporter::Feed(std::string_view text, std::int64_t firstLine, boo
 
 std::vector<KeyedCall> CdrImporter::Build(std::vector<MergedCall> merged) {
   std::vector<KeyedCall> calls;
+  calls.reserve(merged.size());
   std::vector<const CdrLeg*> legs;
   const bool channels = layout_ && layout_->HasChannels();
   for (MergedCall& one : merged) {

@@ -58,6 +58,8 @@ class CdrImporter {
   const std::optional<CdrLayout>& Layout() const { return layout_; }
   bool Detected() const { return detected_; }
   const ImportCounts& Counts() const { return counts_; }
+  // Calls begun but not yet taken.
+  std::size_t Pending() const { return merger_.Pending() + finished_.size(); }
   // Each trunk channel met that is not in the list, with the first line it was on.
   const std::map<std::string, std::int64_t>& UnlistedTrunks() const { return unlisted_; }
   // A new file (a rotated one) begins with its own header row, if any.

@@ -1,5 +1,6 @@
 #include "import/cdr_time.h"
 
+#include <cstring>
 #include <ctime>
 
 #include "support/runtime_error.h"
@@ -59,10 +60,18 @@ std::optional<LocalSeconds> ParseCdrTime(std::string_view text) {
       if (!IsDigit(c)) return std::nullopt;
     }
   }
-  const CivilDate date = CivilDate::FromYmd(year, month, day);
-  // FromYmd rolls 02/30 over into March; such a day is not in the calendar.
-  if (date.Day() != day) return std::nullopt;
-  return LocalSecondsOf(date, hour * 3600 + minute * 60 + second);
+  // A CDR file holds the same day row after row: the last day is kept, so
+  // that a date is built only when it changes.
+  thread_local char lastText[10] = {};
+  thread_local std::optional<CivilDate> lastDate;
+  if (!lastDate || std::memcmp(lastText, text.data(), sizeof lastText) != 0) {
+    const CivilDate date = CivilDate::FromYmd(year, month, day);
+    // FromYmd rolls 02/30 over into March; such a day is not in the calendar.
+    if (date.Day() != day) return std::nullopt;
+    std::memcpy(lastText, text.data(), sizeof lastText);
+    lastDate = date;
+  }
+  return LocalSecondsOf(*lastDate, hour * 3600 + minute * 60 + second);
 }
 
 }  // namespace cw

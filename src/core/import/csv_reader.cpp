@@ -15,8 +15,16 @@ struct FieldSpan {
   bool inStorage;
 };
 
+// Line breaks inside quotes are rare: memchr finds there are none at once.
 std::int64_t CountLineFeeds(std::string_view text) {
-  return static_cast<std::int64_t>(std::count(text.begin(), text.end(), '\n'));
+  std::int64_t count = 0;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  while (const void* hit = std::memchr(at, '\n', static_cast<std::size_t>(end - at))) {
+    ++count;
+    at = static_cast<const char*>(hit) + 1;
+  }
+  return count;
 }
 
 // The bytes of a quoted field between its quotes, each "" made one ".
