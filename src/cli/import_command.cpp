@@ -5,6 +5,7 @@
 
 #include "cli/common_options.h"
 #include "cli/import_config.h"
+#include "cli/import_follow.h"
 #include "cli/import_messages.h"
 #include "cli/option_table.h"
 #include "import/call_log_batch.h"
@@ -17,10 +18,10 @@ namespace cw::cli {
 
 namespace {
 
-constexpr std::array<const OptionRule*, 10> kOptions = {
+constexpr std::array<const OptionRule*, 11> kOptions = {
     &option::kCdr,         &option::kFormat, &option::kColumns,  &option::kInboundContext,
     &option::kTrunk,       &option::kRingSeconds, &option::kLog, &option::kSettings,
-    &option::kEdition,     &option::kPath,
+    &option::kEdition,     &option::kPath,   &option::kFollow,
 };
 
 int ImportOnce(const ImportConfig& config, LogAppender& appender, std::ostream& out, std::ostream& err) {
@@ -114,6 +115,7 @@ int RunImport(const std::vector<std::string>& args, std::ostream& out, std::ostr
       err << "cwreport import: cut off " << appender.Repaired()
           << " bytes that an interrupted import left at the end of " << config.log << '\n';
     }
+    if (config.follow) return FollowCdr(config, appender, out, err);
     return ImportOnce(config, appender, out, err);
   } catch (const RuntimeError& error) {
     err << "cwreport import: error " << error.Number() << ": " << error.Description() << '\n';
