@@ -4,9 +4,18 @@
 // log records, in memory. The target is 500,000 rows a second on one core.
 
 #include <benchmark/benchmark.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <thread>
 
 #include "import/cdr_import.h"
 #include "import/csv_reader.h"
@@ -108,6 +117,62 @@ void BM_ReadCsvRows(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadCsvRows)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+// The CPU time a process has used so far, in clock ticks.
+long CpuTicks(pid_t pid) {
+  std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+  std::string text((std::istreambuf_iterator<char>(stat)), std::istreambuf_iterator<char>());
+  std::istringstream fields(text.substr(text.rfind(')') + 2));
+  std::string field;
+  long user = 0, system = 0;
+  for (int i = 3; i <= 15 && fields >> field; ++i) {
+    if (i == 14) user = std::stol(field);
+    if (i == 15) system = std::stol(field);
+  }
+  return user + system;
+}
+
+// Follow mode while the PBX is quiet: cwreport import --follow on a file
+// that does not change, its CPU time over a few seconds (near zero: it
+// sleeps until the file changes).
+void FollowModeIdle() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "cw-follow-XXXXXX").string();
+  if (::mkdtemp(pattern.data()) == nullptr) return;
+  const std::filesystem::path folder = pattern;
+  const std::string cdr = (folder / "Master.csv").string();
+  const std::string log = (folder / "CallLog.txt").string();
+  std::ofstream(cdr) << AsteriskRows(8);
+  const std::string settings = (folder / "settings.ini").string();
+  std::ofstream(settings) << "[Import]\nTrunks=SIP/211553=1, PJSIP/telco=2\n";
+  const std::string program = CW_BINARY_DIR "/src/cli/cwreport";
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (!std::freopen("/dev/null", "w", stdout)) std::_Exit(99);
+    ::execl(program.c_str(), program.c_str(), "import", "--follow", "--settings", settings.c_str(), "--cdr", cdr.c_str(),
+            "--log", log.c_str(), static_cast<char*>(nullptr));
+    std::_Exit(98);
+  }
+  // Past its start and the writing of the file's calls.
+  std::this_thread::sleep_for(std::chrono::seconds(2));
+  const long before = CpuTicks(child);
+  constexpr int kSeconds = 5;
+  std::this_thread::sleep_for(std::chrono::seconds(kSeconds));
+  const long used = CpuTicks(child) - before;
+  ::kill(child, SIGTERM);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  std::filesystem::remove_all(folder);
+  std::printf("follow mode idle: %.0f ms of CPU in %d s (%s)\n", 1000.0 * static_cast<double>(used) /
+              static_cast<double>(::sysconf(_SC_CLK_TCK)), kSeconds,
+              WIFEXITED(status) && WEXITSTATUS(status) == 0 ? "stopped cleanly on SIGTERM" : "did not stop cleanly");
+}
+
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  FollowModeIdle();
+  return 0;
+}
