@@ -18,10 +18,10 @@ namespace cw::cli {
 
 namespace {
 
-constexpr std::array<const OptionRule*, 11> kOptions = {
+constexpr std::array<const OptionRule*, 12> kOptions = {
     &option::kCdr,         &option::kFormat, &option::kColumns,  &option::kInboundContext,
     &option::kTrunk,       &option::kRingSeconds, &option::kLog, &option::kSettings,
-    &option::kEdition,     &option::kPath,   &option::kFollow,
+    &option::kEdition,     &option::kPath,   &option::kFollow,   &option::kBusy,
 };
 
 int ImportOnce(const ImportConfig& config, LogAppender& appender, std::ostream& out, std::ostream& err) {
@@ -52,7 +52,8 @@ int ImportOnce(const ImportConfig& config, LogAppender& appender, std::ostream& 
   }
 
   std::optional<CivilDate> lastDay = LastDayOf(appender);
-  const BatchResult result = AppendCalls(appender, std::move(calls), lastDay);
+  std::vector<LogCall> written;
+  const BatchResult result = AppendCalls(appender, std::move(calls), lastDay, config.busy ? &written : nullptr);
   if (result.tooOld > 0) {
     err << "cwreport import: " << result.tooOld << " call" << (result.tooOld == 1 ? "" : "s")
         << " fell before the last day of the log and " << (result.tooOld == 1 ? "was" : "were")
@@ -62,6 +63,11 @@ int ImportOnce(const ImportConfig& config, LogAppender& appender, std::ostream& 
       << " into " << config.log << " (" << counts.rows << " rows read; skipped: " << counts.internal
       << " internal, " << result.known << " imported before, " << result.tooOld << " too old; "
       << counts.badRows << " bad row" << (counts.badRows == 1 ? "" : "s") << ")\n";
+  if (config.busy) {
+    const std::int64_t stretches = AppendBusy(config, written);
+    out << "Added " << stretches << " all-lines-busy stretch" << (stretches == 1 ? "" : "es") << " to "
+        << BusyLogPath(config.busyFolder) << '\n';
+  }
   return counts.rows == 0 && counts.badRows > 0 ? 1 : 0;
 }
 

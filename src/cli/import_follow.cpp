@@ -205,8 +205,14 @@ int FollowCdr(const ImportConfig& config, LogAppender& appender, std::ostream& o
       }
     }
     if (calls.empty()) return;
-    const BatchResult result = AppendCalls(appender, std::move(calls), lastDay);
+    std::vector<LogCall> written;
+    const BatchResult result = AppendCalls(appender, std::move(calls), lastDay, config.busy ? &written : nullptr);
     added += result.written;
+    if (config.busy && !written.empty()) {
+      if (const std::int64_t stretches = AppendBusy(config, written); stretches > 0) {
+        out << "Added " << stretches << " all-lines-busy stretch" << (stretches == 1 ? "" : "es") << '\n';
+      }
+    }
     if (result.written > 0) out << "Added " << result.written << " call" << (result.written == 1 ? "" : "s") << " (" << added << " in all)\n";
     if (result.tooOld > 0) err << "cwreport import: " << result.tooOld << " call(s) before the log's last day not added\n";
     out.flush();

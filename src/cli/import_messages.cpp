@@ -2,6 +2,10 @@
 
 #include <ostream>
 
+#include "import/log_appender.h"
+#include "reports/busy_log.h"
+#include "support/file_helpers.h"
+
 namespace cw::cli {
 
 void BadRowReport::Show(const std::string& cdr, const std::vector<BadRow>& rows, std::ostream& err) {
@@ -28,6 +32,16 @@ std::string ChannelLayoutProblem(const CdrLayout& layout, const ImportRules& rul
   return "the " + std::string(FormatName(layout.Format())) +
          " layout has no channel names, so calls cannot be told apart by trunk: name one line only "
          "(--trunk PREFIX=LINE), or write the CDR with a channel column";
+}
+
+std::string BusyLogPath(const std::string& folder) {
+  return FindFileNoCase(folder, kBusyLogName).value_or(JoinPath(folder, kBusyLogName));
+}
+
+std::int64_t AppendBusy(const ImportConfig& config, std::span<const LogCall> calls) {
+  LogAppender busyLog(BusyLogPath(config.busyFolder));
+  const std::vector<std::int32_t> lines = config.rules.Lines();
+  return AppendBusyStretches(busyLog, calls, lines);
 }
 
 std::string FormatLine(const CdrImporter& importer) {

@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,14 @@ std::string UnlistedTrunkText(const std::string& cdr, const std::map<std::string
 // The refusal when the layout cannot tell trunks apart by channel and the
 // trunks are on more than one line; empty when the layout is usable.
 std::string ChannelLayoutProblem(const CdrLayout& layout, const ImportRules& rules);
+
+// The busy log of the logging program's folder, found in any case of its
+// name, or where a new one goes.
+std::string BusyLogPath(const std::string& folder);
+
+// Appends the all-lines-busy stretches of calls to the busy log of
+// config.busyFolder; returns how many.
+std::int64_t AppendBusy(const ImportConfig& config, std::span<const LogCall> calls);
 
 // "Format: asterisk (detected from the first rows)".
 std::string FormatLine(const CdrImporter& importer);

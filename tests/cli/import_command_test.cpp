@@ -50,7 +50,7 @@ TEST_F(Import, EverySampleImportsWithItsSettingsAndAgainAddsNothing) {
     std::size_t badRows;
   };
   const Case cases[] = {
-      {"asterisk", "Master.csv", "asterisk", 13, 2},
+      {"asterisk", "Master.csv", "asterisk", 14, 2},
       {"freeswitch", "Master.csv", "freeswitch", 5, 1},
       {"custom", "Master.csv", "asterisk-custom", 3, 1},
       {"csv", "cdr-export.csv", "csv", 3, 1},
@@ -115,13 +115,36 @@ TEST_F(Import, TheAsteriskSampleGivesTheseRecords) {
             "11/16/2026 02:00PM (555) 201-3300                                                1 Out 0:00:00 No    2\r\n"
             "11/16/2026 03:20PM (555) 788-2290     RODRIGUEZ ANA                              1 In  0:03:57 Yes   3\r\n"
             "11/17/2026 08:55AM (555) 677-1043     TAYLOR JAMES                               2 In  0:00:00 No    5\r\n"
-            "11/17/2026 09:20AM (800) 555-0199     FIRST NATL BANK                            2 In  1:05:00 Yes   4\r\n");
+            "11/17/2026 09:20AM (800) 555-0199     FIRST NATL BANK                            2 In  1:05:00 Yes   4\r\n"
+            "11/17/2026 09:30AM (555) 884-3016     MILLER SUSAN                               1 In  0:03:54 Yes   1\r\n");
   // The reports read what was written.
   const ProgramRun report =
       Cwreport("--log " + Quote(log) + " --path " + Quote(CW_SOURCE_DIR "/examples/demo") +
                " --report history --period all --today 11/17/2026 --direction InOut --text -");
   EXPECT_EQ(report.status, 0) << report.err;
   EXPECT_NE(report.out.find("FIRST NATL BANK"), std::string::npos);
+}
+
+TEST_F(Import, WritesTheStretchesWhenEveryLineWasBusy) {
+  const std::string arguments = "import --settings " + Quote(kSamples + "/asterisk/settings.ini") + " --cdr " +
+                                Quote(kSamples + "/asterisk/Master.csv") + " --log " + Quote(Path("CallLog.txt")) +
+                                " --busy --path " + Quote(folder_.string());
+  const ProgramRun run = Cwreport(arguments);
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("Added 1 all-lines-busy stretch to"), std::string::npos) << run.out;
+  EXPECT_EQ(ReadFile(Path("BusyLines.log")), "11/17/2026,09:30:00 AM,09:34:00 AM,240,1-2\r\n");
+  // Nothing new, nothing more.
+  EXPECT_EQ(Cwreport(arguments).status, 0);
+  EXPECT_EQ(ReadFile(Path("BusyLines.log")), "11/17/2026,09:30:00 AM,09:34:00 AM,240,1-2\r\n");
+  const ProgramRun report = Cwreport("--log " + Quote(Path("CallLog.txt")) + " --path " + Quote(folder_.string()) +
+                                     " --report busy --variant Detailed --period all --today 11/17/2026 --text -");
+  EXPECT_EQ(report.status, 0) << report.err;
+  EXPECT_NE(report.out.find("9:30AM"), std::string::npos) << report.out;
+
+  EXPECT_EQ(Cwreport("import --settings /dev/null --cdr " + Quote(kSamples + "/asterisk/Master.csv") + " --log " +
+                     Quote(Path("Other.txt")) + kTrunk + " --busy")
+                .status,
+            2);
 }
 
 TEST_F(Import, RefusesWhatCannotBeImportedRight) {

@@ -194,6 +194,7 @@ BuiltCall BuildCall(std::span<const CdrLeg* const> unordered, const ImportRules&
 
   LogCall& call = built.call;
   call.start = start;
+  call.end = end;
   call.inbound = party.inbound;
   call.line = party.line;
   call.number = FormatPartyNumber(party.inbound ? party.leg->source : party.leg->destination);

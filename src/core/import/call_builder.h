@@ -15,6 +15,7 @@ namespace cw {
 // A call as the log records it.
 struct LogCall {
   LocalSeconds start = 0;
+  LocalSeconds end = 0;  // when the line became free again
   bool inbound = true;
   std::int32_t line = 0;
   std::string number;  // the outside party, formatted

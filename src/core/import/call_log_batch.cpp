@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "data/log_conversions.h"
+#include "import/busy_stretches.h"
 #include "import/log_record_writer.h"
+#include "support/runtime_error.h"
 
 namespace cw {
 
@@ -12,7 +15,8 @@ std::optional<CivilDate> LastDayOf(const LogAppender& appender) {
   return DateOf(*moment);
 }
 
-BatchResult AppendCalls(LogAppender& appender, std::vector<KeyedCall> calls, std::optional<CivilDate>& lastDay) {
+BatchResult AppendCalls(LogAppender& appender, std::vector<KeyedCall> calls, std::optional<CivilDate>& lastDay,
+                        std::vector<LogCall>* written) {
   std::stable_sort(calls.begin(), calls.end(),
                    [](const KeyedCall& a, const KeyedCall& b) { return a.call.start < b.call.start; });
   BatchResult result;
@@ -33,10 +37,34 @@ BatchResult AppendCalls(LogAppender& appender, std::vector<KeyedCall> calls, std
     AppendLogRecord(records, keyed.call);
     entries.push_back(ImportState::EntryOf(keyed.key, keyed.call.start));
     ++result.written;
+    if (written != nullptr) written->push_back(keyed.call);
   }
   appender.Append(records, std::move(entries));
   lastDay = day;
   return result;
+}
+
+std::int64_t AppendBusyStretches(LogAppender& busyLog, std::span<const LogCall> calls,
+                                 std::span<const std::int32_t> lines) {
+  std::optional<CivilDate> lastDay;
+  const std::string last = busyLog.LastRecord();
+  try {
+    const std::string_view date = std::string_view(last).substr(0, 10);
+    const CivilDate parsed = ParseLogDate(date);
+    if (IsCalendarDate(SplitLogDate(date), parsed)) lastDay = parsed;
+  } catch (const RuntimeError&) {
+    // An empty busy log, or a last line that names no day: nothing to keep after.
+  }
+  const std::string linesText = LinesText(lines);
+  std::string text;
+  std::int64_t count = 0;
+  for (const BusyStretch& stretch : AllLinesBusy(calls, lines)) {
+    if (lastDay && DateOf(stretch.start) < *lastDay) continue;
+    text += FormatBusyLine(stretch, linesText);
+    ++count;
+  }
+  busyLog.Append(text, {});
+  return count;
 }
 
 }  // namespace cw

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "import/cdr_import.h"
@@ -22,8 +23,15 @@ struct BatchResult {
 // Appends the calls that the state does not know and that do not fall
 // before lastDay (the date of the log's last record, if any, which it
 // moves on), in order of their start, as one batch. Errors as
-// LogAppender::Append.
-BatchResult AppendCalls(LogAppender& appender, std::vector<KeyedCall> calls, std::optional<CivilDate>& lastDay);
+// LogAppender::Append. written, when given, receives the calls written.
+BatchResult AppendCalls(LogAppender& appender, std::vector<KeyedCall> calls, std::optional<CivilDate>& lastDay,
+                        std::vector<LogCall>* written = nullptr);
+
+// Appends to the busy log the stretches during which every one of lines
+// carried one of calls, leaving out those before the busy log's last day;
+// returns how many were written. Errors as LogAppender::Append.
+std::int64_t AppendBusyStretches(LogAppender& busyLog, std::span<const LogCall> calls,
+                                 std::span<const std::int32_t> lines);
 
 // The date of the log's last record, or nullopt for an empty log.
 std::optional<CivilDate> LastDayOf(const LogAppender& appender);
