@@ -115,9 +115,9 @@ void CallMerger::Add(CdrLeg leg, std::int64_t tick) {
     group = order;
     Group& fresh = groups_[group];
     fresh.key = PrimaryKey(leg);
-    // Most calls have a few legs and keys: room for them at once.
-    fresh.legs.reserve(4);
-    fresh.keys.reserve(4);
+    // Most calls have a leg or two and a key or two: room for them at once.
+    fresh.legs.reserve(2);
+    fresh.keys.reserve(2);
     fresh.firstOrder = order;
     fresh.firstStart = leg.start;
     fresh.lastEnd = leg.EndMoment();
