@@ -129,8 +129,6 @@ class FollowedFile {
     }
   }
 
-  bool Open() const { return fd_.Get() >= 0; }
-
  private:
   // Whether the bytes last read are still where they were.
   bool SameTail() const {

@@ -21,7 +21,7 @@ constexpr std::int64_t kRowsPerSweep = 4096;
 CdrImporter::CdrImporter(ImportRules rules, std::optional<CdrFormat> format, std::vector<std::string> columns)
     : rules_(std::move(rules)), format_(format), columns_(std::move(columns)) {}
 
-std::size_t CdrImporter::Detect(std::string_view text, std::int64_t firstLine, bool complete) {
+void CdrImporter::Detect(std::string_view text, std::int64_t firstLine, bool complete) {
   std::vector<CsvRow> rows;
   CsvReader reader(text, firstLine);
   for (int i = 0; i < kDetectionRows; ++i) {
@@ -36,7 +36,7 @@ std::size_t CdrImporter::Detect(std::string_view text, std::int64_t firstLine, b
   if (format_) {
     format = *format_;
   } else {
-    if (rows.empty()) return 0;
+    if (rows.empty()) return;
     const Detection detection = DetectFormat(rows);
     if (!detection.format) {
       throw RuntimeError(err::kTypeMismatch,
@@ -58,12 +58,11 @@ std::size_t CdrImporter::Detect(std::string_view text, std::int64_t firstLine, b
       break;
     }
     case CdrFormat::kCsv:
-      if (rows.empty()) return 0;
+      if (rows.empty()) return;
       layout_ = named(format, rows.front().fields);
       headerPending_ = true;
       break;
   }
-  return 0;
 }
 
 std::size_t CdrImporter::Feed(std::string_view text, std::int64_t firstLine, bool complete, std::int64_t tick) {

@@ -66,7 +66,9 @@ class CdrImporter {
   void ExpectHeader() { headerPending_ = layout_ && layout_->Format() == CdrFormat::kCsv; }
 
  private:
-  std::size_t Detect(std::string_view text, std::int64_t firstLine, bool complete);
+  // Sets the layout: the one given, or the one the first rows show (none
+  // yet when there are no rows).
+  void Detect(std::string_view text, std::int64_t firstLine, bool complete);
   std::vector<KeyedCall> Build(std::vector<MergedCall> merged);
 
   ImportRules rules_;
