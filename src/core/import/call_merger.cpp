@@ -141,8 +141,8 @@ void CallMerger::Add(CdrLeg leg, std::int64_t tick) {
 
 template <class Done>
 std::vector<MergedCall> CallMerger::Take(Done done) {
-  std::vector<std::pair<std::uint64_t, MergedCall>> taken;
-  taken.reserve(groups_.size());
+  std::vector<MergedCall> taken;
+  std::vector<std::pair<std::uint64_t, std::size_t>> arrival;  // first leg's order, index in taken
   for (auto it = groups_.begin(); it != groups_.end();) {
     Group& group = it->second;
     if (!done(group)) {
@@ -153,15 +153,17 @@ std::vector<MergedCall> CallMerger::Take(Done done) {
       const auto hit = groupOfKey_.find(key);
       if (hit != groupOfKey_.end() && hit->second == it->first) groupOfKey_.erase(hit);
     }
-    taken.emplace_back(group.firstOrder, MergedCall{std::move(group.key), std::move(group.legs)});
+    arrival.emplace_back(group.firstOrder, taken.size());
+    taken.push_back(MergedCall{std::move(group.key), std::move(group.legs)});
     it = groups_.erase(it);
   }
   // In the order their first legs arrived, so that the same file gives the
-  // same calls in the same order every time.
-  std::sort(taken.begin(), taken.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  // same calls in the same order every time. The calls themselves are
+  // moved once, not at every step of the sort.
+  std::sort(arrival.begin(), arrival.end());
   std::vector<MergedCall> calls;
   calls.reserve(taken.size());
-  for (auto& [order, call] : taken) calls.push_back(std::move(call));
+  for (const auto& [order, index] : arrival) calls.push_back(std::move(taken[index]));
   return calls;
 }
 

@@ -10,15 +10,10 @@ namespace cw {
 
 namespace {
 
-// The number of `count` digits at text[at], or -1.
-int Digits(std::string_view text, std::size_t at, std::size_t count) {
-  if (at + count > text.size()) return -1;
-  int value = 0;
-  for (std::size_t i = at; i < at + count; ++i) {
-    if (!IsDigit(text[i])) return -1;
-    value = value * 10 + DigitValue(text[i]);
-  }
-  return value;
+// The number of two digits at text[at], or -1 (the caller has checked the length).
+int TwoDigits(std::string_view text, std::size_t at) {
+  if (!IsDigit(text[at]) || !IsDigit(text[at + 1])) return -1;
+  return DigitValue(text[at]) * 10 + DigitValue(text[at + 1]);
 }
 
 std::optional<LocalSeconds> FromEpoch(std::string_view text) {
@@ -48,8 +43,10 @@ std::optional<LocalSeconds> ParseCdrTime(std::string_view text) {
       text[13] != ':' || text[16] != ':') {
     return std::nullopt;
   }
-  const int year = Digits(text, 0, 4), month = Digits(text, 5, 2), day = Digits(text, 8, 2);
-  const int hour = Digits(text, 11, 2), minute = Digits(text, 14, 2), second = Digits(text, 17, 2);
+  const int century = TwoDigits(text, 0), yearOf = TwoDigits(text, 2);
+  const int year = century < 0 || yearOf < 0 ? -1 : century * 100 + yearOf;
+  const int month = TwoDigits(text, 5), day = TwoDigits(text, 8);
+  const int hour = TwoDigits(text, 11), minute = TwoDigits(text, 14), second = TwoDigits(text, 17);
   if (year < 100 || month < 1 || month > 12 || day < 1 || hour < 0 || hour > 23 || minute < 0 || minute > 59 ||
       second < 0 || second > 59) {
     return std::nullopt;

@@ -1,6 +1,8 @@
 #include "import/csv_reader.h"
 
 
+#include <cstring>
+
 namespace cw {
 
 namespace {
@@ -43,7 +45,6 @@ CsvReader::Result CsvReader::Next(CsvRow& row, bool textIsComplete) {
   spans.clear();
   row.storage.clear();
   row.unterminatedQuote = false;
-  std::int64_t lineFeeds = 0;
   std::size_t pos = offset_;
   bool lineEnded = false;
 
@@ -52,27 +53,22 @@ CsvReader::Result CsvReader::Next(CsvRow& row, bool textIsComplete) {
       const std::size_t start = pos + 1;
       bool doubled = false;
       std::size_t close = size;
-      // Fields are short: a plain walk beats a library search per quote,
-      // and counts the line breaks inside on the way.
-      for (std::size_t scan = start; scan < size; ++scan) {
-        const char c = data[scan];
-        if (c == '\n') {
-          ++lineFeeds;
-          continue;
-        }
-        if (c != '"') continue;
-        const char after = scan + 1 < size ? data[scan + 1] : ',';
+      for (std::size_t scan = start;;) {
+        const void* hit = std::memchr(data + scan, '"', size - scan);
+        if (hit == nullptr) break;
+        const auto quote = static_cast<std::size_t>(static_cast<const char*>(hit) - data);
+        const char after = quote + 1 < size ? data[quote + 1] : ',';
         if (after == '"') {
           doubled = true;
-          ++scan;
+          scan = quote + 2;
           continue;
         }
-        const bool crlf = after == '\r' && scan + 2 < size && data[scan + 2] == '\n';
+        const bool crlf = after == '\r' && quote + 2 < size && data[quote + 2] == '\n';
         if (after == ',' || after == '\n' || crlf) {
-          close = scan;
+          close = quote;
           break;
         }
-        // Otherwise a quote inside the text of the field.
+        scan = quote + 1;  // a quote inside the text of the field
       }
       const std::string_view inside(data + start, close - start);
       if (doubled) {
@@ -132,7 +128,14 @@ CsvReader::Result CsvReader::Next(CsvRow& row, bool textIsComplete) {
   row.line = line_;
   row.begin = offset_;
   row.end = pos;
-  line_ += lineFeeds + (lineEnded ? 1 : 0);
+  // The row's line breaks, its own line end and any inside quotes: counted
+  // once over the row, as those inside quotes are rare.
+  for (const char* at = data + offset_; at < data + pos;) {
+    const void* hit = std::memchr(at, '\n', static_cast<std::size_t>(data + pos - at));
+    if (hit == nullptr) break;
+    ++line_;
+    at = static_cast<const char*>(hit) + 1;
+  }
   offset_ = pos;
   return Result::kRow;
 }
