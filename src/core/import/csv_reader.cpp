@@ -1,6 +1,5 @@
 #include "import/csv_reader.h"
 
-
 #include <cstring>
 
 namespace cw {
