@@ -45,6 +45,18 @@ report 7-call-history-condensed    --report history --chart
 report 8-by-line-number            --report line --lines all
 echo "Written to $out"
 
+# An office whose PBX writes call detail records instead: the sample Asterisk
+# CDR file (ring groups, transfers, voicemail, odd quoting, two rows no PBX
+# should write) imported into a call log of its own, and reported on.
+pbx=$root/examples/pbx/asterisk
+pbx_log=$out/pbx-CallLog.txt
+rm -f "$pbx_log" "$pbx_log.import"
+echo "PBX import (examples/pbx/asterisk/Master.csv):"
+"$cwreport" import --settings "$pbx/settings.ini" --cdr "$pbx/Master.csv" --log "$pbx_log"
+"$cwreport" --settings "$settings" --path "$demo" --log "$pbx_log" --today 11/17/2026 --period all \
+  --report history --direction InOut --pdf "$out/pbx-call-history.pdf" --text "$out/pbx-call-history.txt"
+echo "  pbx-CallLog.txt  pbx-call-history.pdf  pbx-call-history.txt"
+
 # The desktop program keeps its settings in the build folder, so that the
 # form remembers the user's choices from one run to the next. "Path" and
 # "Logs" must be full paths: they are pointed at this checkout's demo office

@@ -14,6 +14,7 @@
 
 #include "cli/dump_command.h"
 #include "cli/export_command.h"
+#include "cli/import_command.h"
 #include "cli/log_summary_command.h"
 #include "cli/report_command.h"
 #include "cli/report_options.h"
@@ -35,6 +36,7 @@ constexpr Subcommand kSubcommands[] = {
     {"log-summary", cw::cli::RunLogSummary, cw::cli::LogSummaryHelp},
     {"dump", cw::cli::RunDump, cw::cli::DumpHelp},
     {"export", cw::cli::RunExport, cw::cli::ExportHelp},
+    {"import", cw::cli::RunImport, cw::cli::ImportHelp},
 };
 
 // cwreport help [SUBCOMMAND]: the help of the report request or of one
@@ -54,7 +56,7 @@ int RunHelp(const std::vector<std::string>& args, std::ostream& out, std::ostrea
     }
   }
   err << "cwreport help: no help for \"" << args[0] << (args.size() > 1 ? " ..." : "")
-      << "\"; the subcommands are log-summary, dump and export\n";
+      << "\"; the subcommands are log-summary, dump, export and import\n";
   return 2;
 }
 

@@ -37,6 +37,14 @@ const GivenOption* ParsedArguments::Find(const OptionRule& rule) const {
   return nullptr;
 }
 
+std::vector<std::string> ParsedArguments::All(const OptionRule& rule) const {
+  std::vector<std::string> values;
+  for (const GivenOption& given : options) {
+    if (given.rule == &rule) values.push_back(given.value);
+  }
+  return values;
+}
+
 std::string RangeText(const OptionRule& rule) {
   return std::string(rule.name) + " needs a whole number from " + std::to_string(rule.minimum) + " to " +
          std::to_string(rule.maximum);
@@ -64,7 +72,7 @@ ParsedArguments ParseArguments(std::span<const OptionRule* const> table, const s
     const std::string_view name = std::string_view(argument).substr(0, equals);
     const OptionRule* rule = Lookup(table, name);
     if (rule == nullptr) throw UsageError{"unknown option " + std::string(name)};
-    if (parsed.Find(*rule) != nullptr) throw UsageError{std::string(name) + " given twice"};
+    if (!rule->repeatable && parsed.Find(*rule) != nullptr) throw UsageError{std::string(name) + " given twice"};
 
     GivenOption given;
     given.rule = rule;

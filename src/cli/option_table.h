@@ -33,6 +33,7 @@ struct OptionRule {
   std::string_view help;       // lines after the first are indented under it
   std::int64_t minimum = 0;    // kWhole only
   std::int64_t maximum = 0;
+  bool repeatable = false;     // may be given more than once: --trunk A=1 --trunk B=2
 };
 
 struct GivenOption {
@@ -43,16 +44,18 @@ struct GivenOption {
 
 struct ParsedArguments {
   bool help = false;  // --help or -h: nothing else was checked
-  std::vector<GivenOption> options;  // in the order given; each option at most once
+  std::vector<GivenOption> options;  // in the order given; each option at most once unless repeatable
   std::vector<std::string> operands;  // arguments that are not options ("-" is one)
 
   // The option given under this rule, or nullptr.
   const GivenOption* Find(const OptionRule& rule) const;
+  // Every value given under a repeatable rule, in order.
+  std::vector<std::string> All(const OptionRule& rule) const;
 };
 
 // Reads --name VALUE and --name=VALUE alike. Throws UsageError for an
 // unknown option, a missing or unwanted value, a number out of its range, an
-// option given twice, or more operands than maxOperands.
+// option given twice (unless repeatable), or more operands than maxOperands.
 ParsedArguments ParseArguments(std::span<const OptionRule* const> table, const std::vector<std::string>& arguments,
                                std::size_t maxOperands);
 

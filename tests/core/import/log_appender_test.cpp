@@ -1,0 +1,121 @@
+// The log only ever grows by whole records, once each.
+#include "import/log_appender.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "support/runtime_error.h"
+
+namespace cw {
+namespace {
+
+class LogAppenderTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (std::filesystem::temp_directory_path() / "cw-import-XXXXXX").string();
+    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+    folder_ = pattern;
+    log_ = (folder_ / "CallLog.txt").string();
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+  std::string Read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  }
+  void Write(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+
+  std::filesystem::path folder_;
+  std::string log_;
+};
+
+const std::string kFirst = "08/17/2026 07:52AM first\r\n";
+const std::string kSecond = "08/17/2026 08:00AM second\r\n";
+
+TEST_F(LogAppenderTest, RemembersWhatItWrote) {
+  {
+    LogAppender appender(log_);
+    EXPECT_FALSE(appender.State().Knows("L:1", 100));
+    appender.Append(kFirst, {ImportState::EntryOf("L:1", 100)});
+  }
+  LogAppender again(log_);
+  EXPECT_TRUE(again.State().Knows("L:1", 100));
+  EXPECT_FALSE(again.State().Knows("L:2", 100));
+  // Far behind the newest call remembered, everything counts as imported.
+  EXPECT_TRUE(again.State().Knows("L:3", 100 - ImportState::kRemembered - 1));
+  EXPECT_EQ(again.LastRecord(), "08/17/2026 07:52AM first");
+  EXPECT_EQ(Read(log_), kFirst);
+}
+
+TEST_F(LogAppenderTest, AFullDiskLeavesTheLogAsItWas) {
+  Write(log_, kFirst);
+  int calls = 0;
+  LogAppender appender(log_, [&calls](int fd, const char* bytes, std::size_t size) -> long {
+    if (++calls == 1) return static_cast<long>(::write(fd, bytes, size / 2));
+    errno = ENOSPC;
+    return -1;
+  });
+  try {
+    appender.Append(kSecond, {ImportState::EntryOf("L:2", 200)});
+    FAIL() << "no error";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 75);
+    EXPECT_NE(error.Description().find("No space left on device"), std::string::npos) << error.Description();
+  }
+  EXPECT_EQ(Read(log_), kFirst);
+  EXPECT_FALSE(LogAppender(log_).State().Knows("L:2", 200));
+}
+
+TEST_F(LogAppenderTest, AnImportKilledMidBatchIsCutBackToWholeRecords) {
+  struct Case {
+    std::string name;
+    std::string logAfterCrash;
+    std::string logAfterRecovery;
+    bool remembered;
+  };
+  const Case cases[] = {
+      {"died half-way through a record", kFirst + kSecond.substr(0, 11), kFirst, false},
+      {"died before writing", kFirst, kFirst, false},
+      {"died after writing all", kFirst + kSecond, kFirst + kSecond, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Write(log_, c.logAfterCrash);
+    ImportState state;
+    state.BeginBatch({kFirst.size(), kFirst.size() + kSecond.size(), {ImportState::EntryOf("L:2", 200)}});
+    state.Save(ImportState::PathFor(log_));
+
+    LogAppender appender(log_);
+    EXPECT_EQ(Read(log_), c.logAfterRecovery);
+    EXPECT_EQ(appender.State().Knows("L:2", 200), c.remembered);
+    EXPECT_FALSE(appender.State().Pending().has_value());
+    EXPECT_EQ(appender.Repaired(), c.logAfterCrash.size() - c.logAfterRecovery.size());
+  }
+}
+
+TEST_F(LogAppenderTest, NeverRunsOnFromALastLineWithoutItsLineEnd) {
+  Write(log_, "08/17/2026 07:52AM someone else's");
+  LogAppender appender(log_);
+  EXPECT_EQ(appender.LastRecord(), "");
+  appender.Append(kSecond, {});
+  EXPECT_EQ(Read(log_), "08/17/2026 07:52AM someone else's\r\n" + kSecond);
+}
+
+TEST_F(LogAppenderTest, RefusesAStateFileItDidNotWrite) {
+  Write(ImportState::PathFor(log_), "some notes\n");
+  try {
+    LogAppender appender(log_);
+    FAIL() << "no error";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.Number(), 13);
+  }
+  EXPECT_EQ(Read(ImportState::PathFor(log_)), "some notes\n");
+}
+
+}  // namespace
+}  // namespace cw

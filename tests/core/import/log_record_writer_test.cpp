@@ -1,0 +1,92 @@
+// Records written by the import must read back through the reports' own
+// reader exactly as the call was.
+#include "import/log_record_writer.h"
+
+#include <gtest/gtest.h>
+
+#include "data/call_record.h"
+#include "data/get_record.h"
+#include "data/log_conversions.h"
+#include "support/date_format.h"
+#include "support/time_text.h"
+
+namespace cw {
+namespace {
+
+LogCall Call(int year, int month, int day, int seconds) {
+  LogCall call;
+  call.start = LocalSecondsOf(CivilDate::FromYmd(year, month, day), seconds);
+  return call;
+}
+
+TEST(LogRecordWriter, RecordsReadBackThroughTheReportsReader) {
+  std::vector<LogCall> calls;
+  LogCall morning = Call(2026, 8, 17, 9 * 3600 + 5 * 60 + 42);
+  morning.number = "(555) 123-4567";
+  morning.name = "Smith John";
+  morning.line = 1;
+  morning.answered = true;
+  morning.talkSeconds = 3723;
+  morning.rings = 3;
+  calls.push_back(morning);
+  LogCall night = Call(2026, 12, 31, 23 * 3600 + 59 * 60 + 59);
+  night.inbound = false;
+  night.number = "915559876543210987654";  // longer than its column
+  night.name = std::string(45, 'N');
+  night.line = 120;
+  night.talkSeconds = 40000;  // past 9:59:59
+  night.rings = 0;
+  calls.push_back(night);
+  LogCall noon = Call(2026, 1, 2, 12 * 3600);
+  noon.line = 7;
+  noon.rings = 999;
+  calls.push_back(noon);
+
+  std::string log;
+  for (const LogCall& call : calls) AppendLogRecord(log, call);
+  ReaderState reader;
+  for (const LogCall& call : calls) {
+    SCOPED_TRACE(call.name);
+    const std::string_view line = GetRecord(log, false, reader);
+    ASSERT_NE(line, kDone);
+    const CallRecord record(line);
+    EXPECT_EQ(ParseLogDate(record.Date()), DateOf(call.start));
+    EXPECT_EQ(ParseTimeText(record.Time()), TimeOfDayOf(call.start) / 60 * 60);
+    EXPECT_EQ(FormatTime(ParseTimeText(record.Time()), "h:mmampm"), FormatTime(TimeOfDayOf(call.start), "h:mmampm"));
+    EXPECT_EQ(record.Number(), call.number.substr(0, 18));
+    EXPECT_EQ(record.Name(), call.name.substr(0, 40));
+    EXPECT_EQ(record.Line(), std::to_string(call.line));
+    EXPECT_EQ(record.Direction(), call.inbound ? "In" : "Out");
+    EXPECT_EQ(DurationToSeconds(record.Duration()), std::min(call.talkSeconds, 35999));
+    EXPECT_EQ(record.Answered(), call.answered ? "Yes" : "No");
+    EXPECT_EQ(record.Rings(), std::to_string(call.rings));
+    EXPECT_EQ(record.Dtmf(true), "");
+    EXPECT_EQ(RecordMoment(line), call.start / 60 * 60);
+  }
+  EXPECT_EQ(GetRecord(log, false, reader), kDone);
+}
+
+TEST(LogRecordWriter, WritesTheExactColumns) {
+  LogCall call = Call(2026, 8, 17, 7 * 3600 + 52 * 60);
+  call.number = "(555) 019-8841";
+  call.name = "JOHNSON MARY";
+  call.line = 1;
+  call.answered = true;
+  call.talkSeconds = 41;
+  call.rings = 3;
+  // The same bytes as a record of the logging program.
+  EXPECT_EQ(FormatLogRecord(call),
+            "08/17/2026 07:52AM (555) 019-8841     JOHNSON MARY                               1 In  0:00:41 Yes   3\r\n");
+  call.inbound = false;
+  call.answered = false;
+  call.talkSeconds = 0;
+  call.rings = 12;
+  call.line = 10;
+  call.name.clear();
+  call.start = LocalSecondsOf(CivilDate::FromYmd(2026, 8, 17), 0);
+  EXPECT_EQ(FormatLogRecord(call),
+            "08/17/2026 12:00AM (555) 019-8841                                               10 Out 0:00:00 No   12\r\n");
+}
+
+}  // namespace
+}  // namespace cw
