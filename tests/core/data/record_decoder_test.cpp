@@ -105,11 +105,11 @@ std::vector<std::string> CommonLines(std::mt19937& random, int count) {
 TEST(RecordDecoder, CommonLinesAndEveryChangeOfOneByteDecodeAlike) {
   std::mt19937 random(20261125);
   // Bytes that sit at the edges of what each column accepts.
-  std::string edges = " /0159:;@AaMmPpINnOut\x80\xFF";
+  std::string edges = " /0123456789:;@AaMmPpINnOut\x80\xFF";
   edges += '\0';
   int common = 0;
   int changedCommon = 0;
-  for (const std::string& line : CommonLines(random, 400)) {
+  for (const std::string& line : CommonLines(random, 60)) {
     ASSERT_TRUE(ExpectSameDecoding(line)) << Shown(line);
     ++common;
     // Every column up to the first past the duration, changed to each edge
@@ -123,11 +123,11 @@ TEST(RecordDecoder, CommonLinesAndEveryChangeOfOneByteDecodeAlike) {
     }
     for (std::size_t length = 0; length < line.size(); ++length) ExpectSameDecoding(std::string_view(line).substr(0, length));
   }
-  EXPECT_EQ(common, 400);
+  EXPECT_EQ(common, 60);
   // Changes to the columns the shape does not look at (date, number, name
   // and the separators) leave a line common; changes to the others mostly not.
-  EXPECT_GT(changedCommon, 400 * 60 * static_cast<int>(edges.size()));
-  EXPECT_LT(changedCommon, 400 * 90 * static_cast<int>(edges.size()));
+  EXPECT_GT(changedCommon, 60 * 60 * static_cast<int>(edges.size()));
+  EXPECT_LT(changedCommon, 60 * 90 * static_cast<int>(edges.size()));
 }
 
 // Every log among the test data, and the report fuzzer's seeds (a log after
@@ -176,7 +176,7 @@ TEST(RecordDecoder, RandomBytesDecodeAlike) {
   // Any byte at all, and bytes the shape is made of, so that lines come
   // close to it.
   const std::string near = " 0123456789:AaPpMmInOut";
-  for (int n = 0; n < 20000; ++n) {
+  for (int n = 0; n < 5000; ++n) {
     std::string line(static_cast<std::size_t>(pick(0, 120)), ' ');
     const bool anyByte = n % 2 == 0;
     for (char& c : line) {
