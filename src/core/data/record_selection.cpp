@@ -1,7 +1,6 @@
 #include "data/record_selection.h"
 
 #include <cstdint>
-#include <cstring>
 #include <utility>
 
 #include "data/log_conversions.h"
@@ -44,37 +43,13 @@ RecordSelection::RecordSelection(std::string_view buffer, SelectionCriteria crit
     : buffer_(buffer),
       criteria_(std::move(criteria)),
       everyDirection_(criteria_.direction.empty() || criteria_.direction == "InOut") {
-  // Trim(field) equals the direction exactly when the three columns hold it
-  // with blanks before and after making up the width. A direction with
-  // blanks of its own at either end, or longer than the field, never matches.
-  const std::string_view direction = criteria_.direction;
-  constexpr std::size_t kWidth = column::kDirection.length;
-  if (!everyDirection_ && Trim(direction) == direction && direction.size() <= kWidth) {
-    for (std::size_t before = 0; before + direction.size() <= kWidth; ++before) {
-      std::string form(kWidth, ' ');
-      form.replace(before, direction.size(), direction);
-      std::uint32_t packed = 0;
-      std::memcpy(&packed, form.data(), kWidth);
-      directionForms_.push_back(packed);
-    }
-  }
-
   if (criteria_.search == SearchBy::kName) {
     nameSearch_ = LowerCase(criteria_.searchText);
     if (!criteria_.partial) nameSearch_ = std::string(Trim(nameSearch_));
   } else if (criteria_.search == SearchBy::kNumber && criteria_.partial) {
     numberPart_ = CleanSearchNumber(criteria_.searchText);
   } else if (criteria_.search == SearchBy::kNumber) {
-    for (std::string& entry : NumberSearchList(criteria_.searchText)) {
-      ListedNumber listed;
-      listed.inWords = entry.size() >= 8 && entry.size() <= 16;
-      if (listed.inWords) {
-        std::memcpy(&listed.head, entry.data(), 8);
-        std::memcpy(&listed.tail, entry.data() + entry.size() - 8, 8);
-      }
-      listed.text = std::move(entry);
-      numberList_.push_back(std::move(listed));
-    }
+    numberList_ = NumberSearchList(criteria_.searchText);
   }
 }
 

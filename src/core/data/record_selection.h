@@ -68,31 +68,13 @@ class RecordSelection {
   std::size_t BufferSize() const { return buffer_.size(); }
 
  private:
-  // The direction and search tests of a record in the period. In a long
-  // period they run for a large share of the log, and a test that branches on
-  // what it reads (In or Out, one number format or another) costs a
-  // misprediction on every other record: the common cases below are worked
-  // out without such branches and combined into a single decision.
+  // The direction and search tests of a record in the period.
   [[gnu::always_inline]] inline bool DirectionAndSearchPass(const CallRecord& record) const;
   [[gnu::always_inline]] inline bool DirectionPasses(const CallRecord& record) const;
   bool NamePasses(std::string_view name) const;
-  // The number field without blanks, "(", ")" and "-", in cleaned (at least
-  // as wide as the field, zero-filled beyond the result); its length.
-  [[gnu::always_inline]] static inline std::size_t CleanNumberField(std::string_view numberField,
-                                                                     char* cleaned);
+  // The number field without blanks, "(", ")" and "-" against the search.
   [[gnu::always_inline]] inline bool NumberPasses(std::string_view numberField) const;
-  // Whether the cleaned number equals an entry of the exact search list.
-  [[gnu::always_inline]] inline bool NumberListed(const char* cleaned, std::size_t size) const;
 
-  // The log holds many calls per day: the last date converted is kept with
-  // the date columns it came from, so a record of the same day is not
-  // converted again.
-  struct DateColumns {
-    std::uint64_t low;   // columns 1-8
-    std::uint64_t high;  // columns 3-10
-    friend bool operator==(const DateColumns&, const DateColumns&) = default;
-  };
-  [[gnu::always_inline]] static inline DateColumns DateColumnsOf(std::string_view line);
   // The date of a record (number `read` in the log); the conversion's error,
   // with the record attached. Kept out of the loop, which converts about one
   // date a day.
@@ -101,20 +83,8 @@ class RecordSelection {
   std::string_view buffer_;
   SelectionCriteria criteria_;
   bool everyDirection_;
-  // The chosen direction as the three direction columns may hold it (blank
-  // padded on either side), each packed into a word; unused places repeat
-  // the first. Empty when no field can match.
-  std::vector<std::uint32_t> directionForms_;
   std::string nameSearch_;  // lower case; trimmed for an exact match
-  // An entry of the exact number search; entries of 8 to 16 characters are
-  // compared as two overlapping words.
-  struct ListedNumber {
-    std::string text;
-    std::uint64_t head = 0;  // the first eight characters
-    std::uint64_t tail = 0;  // the last eight
-    bool inWords = false;
-  };
-  std::vector<ListedNumber> numberList_;
+  std::vector<std::string> numberList_;  // an exact number search, cleaned
   std::string numberPart_;  // a partial number search, cleaned as the field is
 
   std::int64_t recordsRead_ = 0;

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "data/log_buffer.h"
+#include "data/record_decoder.h"
 #include "data/record_selection.h"
 #include "reports/chart_handover.h"
-#include "reports/matrix_cells.h"
 #include "reports/progress_interval.h"
 #include "reports/report_form.h"
 #include "reports/summary_tables.h"
@@ -54,32 +54,21 @@ constexpr std::array<summary::WeekdayColumn, 3> kDayColumns{{
 
 void ReportForm::Build_CallMatrix(const CallRecord& record, CivilDate date, CallHourRun& run) {
   try {
+    const DecodedRecord call(record);
     // A call logged without a direction is counted with the kind of the call
     // before it; before the first "In" or "Out" it counts in the totals only.
-    // Worked out without a branch: in and out calls come in no order.
-    const int kind = CallKind(record);
-    run.lastKind = kind | (run.lastKind & -static_cast<int>(kind == 0));
-
-    std::uint64_t columns = 0;
-    const bool whole = TimeColumns(record, columns);
-    if (!(whole & run.haveHourColumns & (date == run.date) & SameHourColumns(columns, run.hourColumns)))
-        [[unlikely]] {
-      // The hour as the "h" format gives it.
-      const int hour = CallHour(record);
-      // Later calls of this hour are known by these columns, when the hour
-      // could be read from them.
-      run.haveHourColumns = whole && HourOfTimeColumns(columns) >= 0;
-      run.hourColumns = columns;
-      if (date != run.date || hour != run.hour) {
-        AddCallRun(run);
-        run.date = date;
-        run.weekday = date.Weekday();
-        run.hour = hour;
-      }
+    const int kind = call.Kind();
+    if (kind != kNoKind) run.lastKind = kind;
+    // The hour as the "h" format gives it.
+    const int hour = call.Hour();
+    if (date != run.date || hour != run.hour) {
+      AddCallRun(run);
+      run.date = date;
+      run.weekday = date.Weekday();
+      run.hour = hour;
     }
     ++run.calls;
-    run.inbound += static_cast<std::int32_t>(run.lastKind == kInbound);
-    run.outbound += static_cast<std::int32_t>(run.lastKind == kOutbound);
+    ++run.ofKind[static_cast<std::size_t>(run.lastKind)];
   } catch (RuntimeError& error) {
     error.SetProcessing(std::string(record.Text()));
     ShowError(error, "Build_CallMatrix");
@@ -94,13 +83,12 @@ void ReportForm::AddCallRun(CallHourRun& run) {
   auto& day = matrices_.day[static_cast<std::size_t>(run.weekday)];
   auto& hourRow = matrices_.hour[static_cast<std::size_t>(run.hour)];
   day[kAllCalls] += run.calls;
-  day[kInbound] += run.inbound;
-  day[kOutbound] += run.outbound;
+  day[kInbound] += run.ofKind[kInCall];
+  day[kOutbound] += run.ofKind[kOutCall];
   hourRow[static_cast<std::size_t>(run.weekday - 1)] += run.calls;
   hourRow[kHourTotal] += run.calls;
   run.calls = 0;
-  run.inbound = 0;
-  run.outbound = 0;
+  run.ofKind = {};
 }
 
 void ReportForm::Print_DailySummary() {

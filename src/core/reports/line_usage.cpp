@@ -12,10 +12,10 @@
 
 #include "data/log_buffer.h"
 #include "data/log_conversions.h"
+#include "data/record_decoder.h"
 #include "data/record_selection.h"
 #include "reports/chart_handover.h"
 #include "reports/detail_rules.h"
-#include "reports/matrix_cells.h"
 #include "reports/progress_interval.h"
 #include "reports/report_form.h"
 #include "reports/seconds_to_text.h"
@@ -85,19 +85,19 @@ void ReportForm::Process_LineUsage() {
       [&](const CallRecord& record, CivilDate date) {
         // Nearly every call is an ordinary one: in or out, on a counted
         // line, of the day before it, with its fields in the logging
-        // program's shape. It is counted as Build_LineMatrix would count it,
-        // without reading its fields one by one.
-        LineCall call;
-        if (ReadLineCall(record, call) && static_cast<unsigned>(call.line - 1) < static_cast<unsigned>(lines) &&
-            call.kind != 0 && day.HasRoomFor(date, call.seconds)) [[likely]] {
-          day.Count(static_cast<std::size_t>(call.line), static_cast<std::size_t>(call.kind), call.seconds);
+        // program's shape. It is counted here; any other call goes through
+        // Build_LineMatrix, which decides about it field by field.
+        const DecodedRecord call(record);
+        if (call.Common() && call.Kind() != kNoKind && call.Line() >= 1 && call.Line() <= lines &&
+            day.HasRoomFor(date, call.Seconds())) [[likely]] {
+          day.Count(static_cast<std::size_t>(call.Line()), static_cast<std::size_t>(call.Kind()), call.Seconds());
           return;
         }
         // A line field that is not a number, or a line beyond the active
         // lines, leaves the record out; the loop goes on.
         std::int16_t line = 0;
         try {
-          line = CallLine(record);
+          line = call.Line();
         } catch (const RuntimeError&) {
           return;
         }
@@ -126,9 +126,10 @@ void ReportForm::Build_LineMatrix(std::int16_t line, const CallRecord& record, C
   try {
     // A call that is neither in nor out is not counted (its duration cannot
     // raise an error, so it need not be read first).
-    const auto kind = static_cast<std::size_t>(CallKind(record));
-    if (kind == 0) return;
-    const std::int32_t seconds = CallSeconds(record);
+    const DecodedRecord call(record);
+    const auto kind = static_cast<std::size_t>(call.Kind());
+    if (kind == kNoKind) return;
+    const std::int32_t seconds = call.Seconds();
     // Lines count from 1.
     if (line < 1 || static_cast<std::size_t>(line) >= day.lines.size()) throw RuntimeError(err::kSubscript);
     const auto row = static_cast<std::size_t>(line);
@@ -187,11 +188,9 @@ void ReportForm::AddLineCall(std::size_t line, std::size_t kind, std::int32_t se
   auto& secondsRow = m.lineWeek.back();
   const auto weekday = static_cast<std::size_t>(day.weekday);
   // An overflow leaves every cell as it was.
-  CellSums sums;
-  const std::int32_t lineSeconds = sums.Add(totals[kSeconds], seconds);
-  const std::int32_t weekSeconds = sums.Add(week[kWeekSeconds], seconds);
-  const std::int32_t daySeconds = sums.Add(secondsRow[weekday], seconds);
-  sums.Check();
+  const std::int32_t lineSeconds = AddInt32(totals[kSeconds], seconds);
+  const std::int32_t weekSeconds = AddInt32(week[kWeekSeconds], seconds);
+  const std::int32_t daySeconds = AddInt32(secondsRow[weekday], seconds);
   totals[kSeconds] = lineSeconds;
   week[kWeekSeconds] = weekSeconds;
   secondsRow[weekday] = daySeconds;

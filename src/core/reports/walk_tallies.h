@@ -7,6 +7,7 @@
 // additions to the same few cells of memory, each waiting for the one
 // before, become one addition an hour or a day.
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <vector>
@@ -20,14 +21,10 @@ struct CallHourRun {
   CivilDate date;
   int weekday = 0;
   int hour = -1;  // -1 before the first call
-  // The time columns of a call of this hour, as a word, when its hour was
-  // read from them: a later call whose columns show the same hour is known
-  // without reading it again.
-  std::uint64_t hourColumns = 0;
-  bool haveHourColumns = false;
   std::int32_t calls = 0;
-  std::int32_t inbound = 0;
-  std::int32_t outbound = 0;
+  // The calls counted as each kind: [1] in, [2] out ([0], none yet, is not
+  // reported).
+  std::array<std::int32_t, 3> ofKind{};
   // The kind of the call before (1 in, 2 out, 0 none yet): a call logged
   // without a direction counts as one of those. It carries over from one
   // hour and one day to the next.
@@ -47,10 +44,9 @@ struct LineUsageDay {
   // The seconds of every line this day.
   std::int64_t Seconds() const { return headroom - room; }
 
-  // Whether a call of `seconds` on this day can be counted here: a length
-  // that is negative, taken unsigned, is larger than any room there can be.
+  // Whether a call of `seconds` on this day can be counted here.
   bool HasRoomFor(CivilDate callDate, std::int32_t seconds) const {
-    return callDate == date && static_cast<std::uint32_t>(seconds) <= static_cast<std::uint64_t>(room);
+    return callDate == date && seconds >= 0 && seconds <= room;
   }
   // A seconds cell of the matrices now holds `cell`: the headroom shrinks
   // if it is the fullest yet, and the day starts again from it.

@@ -13,7 +13,7 @@
 #include "core/data/log_lines.h"
 #include "data/log_conversions.h"
 #include "reports/hour_labels.h"
-#include "reports/matrix_cells.h"
+#include "data/record_decoder.h"
 #include "support/text.h"
 #include "support/time_text.h"
 
