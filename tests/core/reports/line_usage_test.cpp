@@ -57,18 +57,6 @@ TEST(SecondsToText, MinutesUnderAnHourAndHoursFromThereOn) {
   }
 }
 
-// The builder reads the logging program's shapes directly; everything must
-// come out as the general conversions give it, errors included.
-TEST(LineUsage, FastReadingsAgreeWithTheConversions) {
-  for (const char* duration : {"0:04:09", "9:59:59", "12:34:56", "0:75:00", "04:09", "9999:59", "1:2:3", "0:04:0x",
-                               "x:04:09", "", "0:04:09:1", "1.5:00:00", "-1:00:00", "0::09"}) {
-    EXPECT_EQ(SecondsOfCall(duration), DurationToSeconds(duration)) << duration;
-  }
-  for (const char* line : {"1", "12", "999", "0", "007", "1000", "32768", "x", "", "1x", "+3", "2.5", "-1"}) {
-    EXPECT_EQ(Outcome([&] { return LineOfCall(line); }), Outcome([&] { return TextToInt16(line); })) << line;
-  }
-}
-
 // Four active lines over a week: calls on lines 1 to 4 in and out, and calls
 // that must not count (line 5, direction "??", line fields "x" and empty).
 TEST(LineUsage, FourLinesMatchTheirTextExport) {
