@@ -215,6 +215,7 @@ std::string ReportHelp() {
          "       cwreport log-summary [OPTIONS]           the call log's oldest date and calls per line\n"
          "       cwreport dump SPOOL                      print a spool file's records, one per line\n"
          "       cwreport export SPOOL [OUTPUTS]          replay a kept spool\n"
+         "       cwreport import [OPTIONS]                append a PBX's call records to the call log\n"
          "       cwreport help [SUBCOMMAND]               this text, or a subcommand's\n"
          "       cwreport --version                       the program's version\n"
          "\n"

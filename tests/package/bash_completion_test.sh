@@ -61,9 +61,9 @@ expect "$subcommands"                          ""
 expect "log-summary"                           lo
 expect "--report"                              --rep
 expect "--period --paper --partial --path --pdf --png --print" --p
-expect "daily line-usage busy abandoned name number history line" --report ""
+expect "daily line-usage busy abandoned name number history line callbacks" --report ""
 expect "line-usage line"                       --report li
-expect "daily line-usage busy abandoned name number history line" --report = ""
+expect "daily line-usage busy abandoned name number history line callbacks" --report = ""
 expect "last-week last-month last-year"        --period last-
 expect "In InOut"                              --direction In
 expect 'Vorn\ Ringtally'                       --edition Vo

@@ -123,7 +123,7 @@ TEST(CallBackMatching, TheAbandonedFilterMakesShortAnsweredCallsMissed) {
 }
 
 struct CallBackRig : testing::AnalysisRig {
-  explicit CallBackRig(const std::vector<Call>& calls) : AnalysisRig(testing::LogOf(calls), kind::kCallBacks) {}
+  explicit CallBackRig(const std::vector<Call>& calls) : testing::AnalysisRig(testing::LogOf(calls), kind::kCallBacks) {}
 };
 
 TEST(CallBackReport, ListsEachMissedCallWithItsCallBackAndSumsUpTheWaits) {
