@@ -48,8 +48,10 @@ std::vector<std::string> SpoolProblems::Lines() const {
 }
 
 SpoolReader::SpoolReader(const std::string& path) : path_(path) {
+  // Without O_NONBLOCK, opening a named pipe waits for a writer that never
+  // comes; opened this way it is refused below like any file that is not regular.
   do {
-    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   } while (fd_ < 0 && errno == EINTR);
   if (fd_ < 0) {
     const int error = errno;

@@ -1,6 +1,7 @@
 #include "printer/spool_reader.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cmath>
 #include <limits>
@@ -111,6 +112,10 @@ TEST(SpoolReader, MissingOrUnreadableFilesAreErrors) {
   TempFolder folder;
   EXPECT_EQ(test::ErrorNumberOf([&] { SpoolReader reader(folder.File("absent.spl")); }), err::kFileNotFound);
   EXPECT_EQ(test::ErrorNumberOf([&] { SpoolReader reader(folder.Path()); }), err::kPathFileAccess);
+  // A named pipe is refused at once, not waited on for a writer.
+  const std::string pipe = folder.File("pipe.spl");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(test::ErrorNumberOf([&] { SpoolReader reader(pipe); }), err::kPathFileAccess);
 }
 
 }  // namespace
