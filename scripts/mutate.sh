@@ -124,6 +124,7 @@ killed=0 judged=0 unbuilt=0
 survivors=()
 for site in "${sample[@]}"; do
   IFS=$sep read -r kind file line column from to <<<"$site"
+  what=$(describe "$site")
   cp "$src/$file" "$work/original"
   current=$file
   LINE=$line COLUMN=$column FROM=$from TO=$to perl -i -pe '
@@ -131,7 +132,6 @@ for site in "${sample[@]}"; do
       if ($ENV{FROM} eq "") { s/^(\s*).*$/$1$ENV{TO}/ }
       else { substr($_, $ENV{COLUMN}, length $ENV{FROM}) = $ENV{TO} }
     }' "$src/$file"
-  what=$(describe "$site")
   if ! cmake --build "$build" --target "${core_tests[@]}" >/dev/null 2>&1; then
     unbuilt=$((unbuilt + 1))
     echo "does not build  $what"

@@ -75,6 +75,8 @@ TEST(DurationToSeconds, OverflowOf32BitsIsAnError) {
   EXPECT_EQ(DurationToSeconds("596523:14:07"), 2147483647);
   EXPECT_EQ(ErrorNumberOf([] { DurationToSeconds("596523:14:08"); }), err::kOverflow);
   EXPECT_EQ(ErrorNumberOf([] { DurationToSeconds("99999999999:00"); }), err::kOverflow);
+  // Ten digits that would wrap to 0 in 32 bits.
+  EXPECT_EQ(ErrorNumberOf([] { DurationToSeconds("0:4294967296"); }), err::kOverflow);
 }
 
 }  // namespace

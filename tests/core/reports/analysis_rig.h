@@ -5,17 +5,21 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "testing/temp_folder.h"
 #include "printer/fixed_pitch_metrics.h"
+#include "printer/scale_mode.h"
 #include "printer/spool_format.h"
 #include "printer/spool_reader.h"
 #include "reports/report_form.h"
@@ -72,8 +76,38 @@ class SpoolCapturingHost : public RecordingHost {
     SpoolReader reader(document.PrintFile());
     documents.push_back({reader.Header(), {}});
     for (SpoolCommand command; reader.Next(command);) documents.back().records.push_back(command);
+    ExpectNoTextOverprinted(documents.back());
     RecordingHost::ShowPreview(document, data);
   }
+
+  // A row drawn without moving down lands on the row before it; the text
+  // export would still show both, one below the other, so look at the page:
+  // no two texts may start, or end, at the same place. (Overlaps in general
+  // cannot be judged here: the rig's fixed-pitch text is wider than the
+  // report's fonts. Its widths are the ones the report aligned by, though, so
+  // texts aligned right end where the report meant them to.)
+  static void ExpectNoTextOverprinted(const Document& document) {
+    const double unitsPerTwip = 1 / TwipsPerUnit(document.header.scaleMode).value_or(scale::kTwipsPerInch);
+    // Page, y, and x in millionths of a unit, so that rounding in the
+    // report's alignment does not hide a match.
+    std::map<std::tuple<std::int16_t, double, std::int64_t>, std::string> starts, ends;
+    FontSpec font;
+    for (const SpoolCommand& command : document.records) {
+      if (command.keyword == SpoolKeyword::kSetFont) font = command.font;
+      if (command.keyword != SpoolKeyword::kTextOut) continue;
+      if (command.text.find_first_not_of(' ') == std::string::npos) continue;
+      const double end = command.x1 + FixedPitchMetrics().TextWidth(font, command.text) * unitsPerTwip;
+      for (auto [edges, x] : {std::pair{&starts, command.x1}, std::pair{&ends, end}}) {
+        const auto [at, fresh] = edges->try_emplace({command.page, command.y1, std::llround(x * 1e6)}, command.text);
+        if (!fresh) {
+          ADD_FAILURE() << "page " << command.page << ": \"" << command.text << "\" is printed over \""
+                        << at->second << "\" at y " << command.y1;
+          return;
+        }
+      }
+    }
+  }
+
   void DrawBarChart(const BarChartSpec& chart, const std::string& bitmapFile) override {
     if (writeCharts) return RecordingHost::DrawBarChart(chart, bitmapFile);
     charts.push_back(chart);
