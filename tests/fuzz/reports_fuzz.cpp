@@ -4,7 +4,7 @@
 // crash, hang or let anything but its own error type escape.
 //
 // Input: a byte choosing the report (kind, direction, variant, abandoned
-// filter), a byte choosing the period, active lines and the other boxes, the
+// filter, call-back window), a byte choosing the period, active lines and the other boxes, the
 // search text up to the first line feed, then the log. The log serves as the
 // busy log of the "all lines busy" reports too.
 
@@ -80,9 +80,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   environment.activeLines = kActiveLines[(boxes >> 2) & 3];
 
   ReportRequest request;
-  request.kind = static_cast<std::int16_t>(report % 9);  // 0: the default branch
-  request.direction = kDirections[(report / 9) % 3];
-  const unsigned filter = report / 27;  // 0 to 9
+  request.kind = static_cast<std::int16_t>(report % 10);  // 0: the default branch
+  request.direction = kDirections[(report / 10) % 3];
+  const unsigned filter = report / 30;  // 0 to 8
   request.abandoned.notLasting = (filter & 1) != 0;
   request.abandoned.seconds = "30";
   request.abandoned.ringCount = (filter & 2) != 0;
@@ -99,6 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   request.lines.allLines = (boxes & 128) != 0;
   request.lines.lines = {1, 3};
   request.searchText = searchText;
+  request.callBackWindowDays = (filter & 1) != 0 ? 1 : 365;
   if (request.kind == kind::kAllLinesBusy) folder.Write("BusyLines.log", log);
 
   TextHost host;
