@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "data/record_words.h"
 #include "support/text.h"
 
 namespace cw {

@@ -21,6 +21,7 @@
 
 #include "data/call_record.h"
 #include "data/record_decoder_reference.h"
+#include "data/record_words.h"
 #include "support/text.h"
 
 namespace cw {
