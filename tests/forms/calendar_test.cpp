@@ -70,21 +70,15 @@ class CalendarTest : public QObject {
     QWidget* month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"));
     QVERIFY(month != nullptr);
 
-    QTest::keyClick(month, Qt::Key_Right);
-    QCOMPARE(calendar.ShownDate(), Date(2, 1, 2024));
-    QCOMPARE(Title(calendar), QStringLiteral("February 2024"));
-    QTest::keyClick(month, Qt::Key_Left);
-    QCOMPARE(calendar.ShownDate(), Date(1, 31, 2024));
-    QTest::keyClick(month, Qt::Key_Down);
-    QCOMPARE(calendar.ShownDate(), Date(2, 7, 2024));
-    QTest::keyClick(month, Qt::Key_Up);
-    QTest::keyClick(month, Qt::Key_Up);
-    QCOMPARE(calendar.ShownDate(), Date(1, 24, 2024));
-    QTest::keyClick(month, Qt::Key_PageDown);
-    QCOMPARE(calendar.ShownDate(), Date(2, 24, 2024));
-    QTest::keyClick(month, Qt::Key_PageUp);
-    QTest::keyClick(month, Qt::Key_PageUp);
-    QCOMPARE(calendar.ShownDate(), Date(12, 24, 2023));
+    // Table: the key and the date shown after it, from January 31st, 2024.
+    const std::pair<Qt::Key, CivilDate> steps[] = {
+        {Qt::Key_Right, Date(2, 1, 2024)}, {Qt::Key_Left, Date(1, 31, 2024)},  {Qt::Key_Down, Date(2, 7, 2024)},
+        {Qt::Key_Up, Date(1, 31, 2024)},   {Qt::Key_Up, Date(1, 24, 2024)},    {Qt::Key_PageDown, Date(2, 24, 2024)},
+        {Qt::Key_PageUp, Date(1, 24, 2024)}, {Qt::Key_PageUp, Date(12, 24, 2023)}};
+    for (const auto& [key, date] : steps) {
+      QTest::keyClick(month, key);
+      QCOMPARE(calendar.ShownDate(), date);
+    }
     QCOMPARE(Title(calendar), QStringLiteral("December 2023"));
     QVERIFY(!calendar.Chosen());
     QVERIFY(calendar.isVisible());

@@ -17,19 +17,15 @@ class WindowAppearanceTest : public QObject {
   Q_OBJECT
 
  private slots:
+  // Table: product name and generation. The first row of the lookup wins
+  // ("98" comes before every other word); case counts.
   void generationFromProductName() {
-    QCOMPARE(GetWinVersion("Microsoft Windows XP"), std::int16_t{5});
-    QCOMPARE(GetWinVersion("Windows Server 2012 R2 Standard"), std::int16_t{6});
-    QCOMPARE(GetWinVersion("Windows 10 Pro"), std::int16_t{10});
-    QCOMPARE(GetWinVersion("Windows Server 2016 Datacenter"), std::int16_t{10});
-    QCOMPARE(GetWinVersion("Windows Server Technical Preview"), std::int16_t{10});
-    QCOMPARE(GetWinVersion(""), kUnknownWinVersion);
-    QCOMPARE(GetWinVersion("Windows 11 Home"), kUnknownWinVersion);
-    // The first row wins: "98" comes before every other word.
-    QCOMPARE(GetWinVersion("Windows 98 with Windows 10 parts"), std::int16_t{4});
-    QCOMPARE(GetWinVersion("Windows XP build 1998"), std::int16_t{4});
-    // Case counts.
-    QCOMPARE(GetWinVersion("windows xp"), kUnknownWinVersion);
+    const std::pair<const char*, std::int16_t> rows[] = {
+        {"Microsoft Windows XP", 5}, {"Windows Server 2012 R2 Standard", 6}, {"Windows 10 Pro", 10},
+        {"Windows Server 2016 Datacenter", 10}, {"Windows Server Technical Preview", 10}, {"", kUnknownWinVersion},
+        {"Windows 11 Home", kUnknownWinVersion}, {"Windows 98 with Windows 10 parts", 4},
+        {"Windows XP build 1998", 4}, {"windows xp", kUnknownWinVersion}};
+    for (const auto& [name, generation] : rows) QCOMPARE(GetWinVersion(name), generation);
 #ifndef Q_OS_WIN
     QCOMPARE(ReadWinProductName(), std::string());
     QCOMPARE(GetWinVersion(), kUnknownWinVersion);

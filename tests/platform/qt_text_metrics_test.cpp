@@ -18,16 +18,13 @@ FontSpec Font(const char* name, double points, bool bold = false, bool italic = 
 }
 
 TEST(FontMappingTest, ClassicNamesBecomeLiberationOthersFallBackByKind) {
-  EXPECT_EQ(ResolveFontFamily("Arial").toStdString(), "Liberation Sans");
-  EXPECT_EQ(ResolveFontFamily("  arial ").toStdString(), "Liberation Sans");
-  EXPECT_EQ(ResolveFontFamily("Times New Roman").toStdString(), "Liberation Serif");
-  EXPECT_EQ(ResolveFontFamily("Courier New").toStdString(), "Liberation Mono");
-  EXPECT_EQ(ResolveFontFamily("Liberation Serif").toStdString(), "Liberation Serif");
-  EXPECT_EQ(ResolveFontFamily("No Such Font 4711").toStdString(), "Liberation Sans");
-  EXPECT_EQ(ResolveFontFamily("No Such Courier").toStdString(), "Liberation Mono");
-  EXPECT_EQ(ResolveFontFamily("No Such Times Roman").toStdString(), "Liberation Serif");
-  EXPECT_EQ(ResolveFontFamily("Missing Sans Serif").toStdString(), "Liberation Sans");
-  EXPECT_EQ(ResolveFontFamily("").toStdString(), "Liberation Sans");
+  const std::pair<const char*, const char*> rows[] = {
+      {"Arial", "Liberation Sans"},          {"  arial ", "Liberation Sans"},
+      {"Times New Roman", "Liberation Serif"}, {"Courier New", "Liberation Mono"},
+      {"Liberation Serif", "Liberation Serif"}, {"No Such Font 4711", "Liberation Sans"},
+      {"No Such Courier", "Liberation Mono"},  {"No Such Times Roman", "Liberation Serif"},
+      {"Missing Sans Serif", "Liberation Sans"}, {"", "Liberation Sans"}};
+  for (const auto& [name, family] : rows) EXPECT_EQ(ResolveFontFamily(name).toStdString(), family) << name;
 }
 
 // Recorded from Liberation Sans 2.1 (fonts-liberation2): "Total Calls" is
