@@ -130,7 +130,8 @@ class SpoolCapturingHost : public RecordingHost {
 };
 
 // A report form over a call log in a scratch folder that is also its "Path"
-// and temporary folder. A host with a `form` member is given the form.
+// and temporary folder. A host with a `form` member is given the form. With
+// keepData the previews carry the CSV of their data too.
 template <typename Host = SpoolCapturingHost, typename Settings = MemorySettingsStore>
 struct BasicRig {
   TempFolder folder;
@@ -139,8 +140,9 @@ struct BasicRig {
   Settings settings;
   std::unique_ptr<ReportForm> form;
 
-  BasicRig(std::string_view logText, std::int16_t reportKind, std::int16_t activeLines = 4) {
+  BasicRig(std::string_view logText, std::int16_t reportKind, std::int16_t activeLines = 4, bool keepData = false) {
     ReportEnvironment environment;
+    environment.keepData = keepData;
     environment.logPath = folder.Write("CallLog.txt", logText);
     environment.pathFolder = environment.tempFolder = folder.Path().string();
     environment.activeLines = activeLines;

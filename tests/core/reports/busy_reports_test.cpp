@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -22,7 +21,6 @@ using test::ErrorNumberOf;
 using testing::ExpectMatchesFixture;
 using testing::ExpectOneBox;
 using testing::Lines;
-using testing::RowAfter;
 using testing::TempFolder;
 using testing::Words;
 
@@ -95,19 +93,7 @@ TEST(BusyListing, ListsThePeriodWithItsTotals) {
   BusyRig rig("busy-listing.log", "busylines.log");
   EXPECT_EQ(rig.Run("Detailed", "11/03/2026", "11/05/2026"), RequestOutcome::kProduced);
   EXPECT_TRUE(rig.host.messages.empty());
-  const std::string text = rig.Text();
-  ExpectMatchesFixture(text, "busy-listing.txt");
-
-  // What a reader checks first: five rows, their count and their total
-  // (54 + 60 + 300 + 3600 + 3599 seconds).
-  EXPECT_EQ(std::ranges::count_if(Lines(text), [](const std::string& line) {
-              const std::vector<std::string> words = Words(line);
-              return !words.empty() && words[0].size() == 10 && words[0][2] == '/';
-            }), 5);
-  const std::vector<std::string> lines = Lines(text);
-  const auto totals = std::ranges::find_if(lines, [](const std::string& line) { return line.find("Occurrences") != std::string::npos; });
-  ASSERT_TRUE(totals != lines.end() && totals + 1 != lines.end());
-  EXPECT_EQ(Words(*(totals + 1)), (std::vector<std::string>{"5", "2:06:53"}));
+  ExpectMatchesFixture(rig.Text(), "busy-listing.txt");
 }
 
 TEST(BusyListing, WithoutABusyLogTheListingIsEmpty) {
@@ -121,12 +107,9 @@ TEST(BusyListing, ALengthThatIsNotAWholeNumberStopsTheListing) {
   BusyRig rig("busy-bad-seconds.log");
   EXPECT_EQ(rig.Run("Detailed", "11/01/2026", "11/30/2026"), RequestOutcome::kFailed);
   EXPECT_TRUE(rig.host.previews.empty());
-  ASSERT_EQ(rig.host.messages.size(), 1u);
-  const testing::RecordingHost::Message& box = rig.host.messages.at(0);
-  EXPECT_EQ(box.title, "Error");
-  EXPECT_EQ(box.icon, MessageIcon::kCritical);
   ExpectOneBox(rig.host, "Error 13 Type mismatch\r\nin Form fReport procedure Print_BusyReport.\r\nThe error Occurred at line: ",
                "11/04/2026,11:00:00 AM,11:00:10 AM,abc,1-4");
+  EXPECT_EQ(rig.host.messages[0].icon, MessageIcon::kCritical);
 
   // The rows before the bad line are in the document; nothing from it on.
   const std::string left = rig.LeftDocumentText();
@@ -138,36 +121,12 @@ TEST(BusyListing, ALengthThatIsNotAWholeNumberStopsTheListing) {
 
 // Sunday 11/01 to Sunday 11/08; the 10/31 line is before the period and the
 // 11/09 line after it.
-TEST(BusySummary, DayAndHourTablesAddUpToTheOccurrences) {
+TEST(BusySummary, DayAndHourTablesMatchTheirTextExport) {
   BusyRig rig("busy-summary.log");
   EXPECT_EQ(rig.Run("Summary", "11/01/2026", "11/08/2026"), RequestOutcome::kProduced);
   EXPECT_TRUE(rig.host.messages.empty());
   EXPECT_TRUE(rig.host.charts.empty());
-  const std::string text = rig.Text();
-  ExpectMatchesFixture(text, "busy-summary.txt");
-
-  // Read the tables back: the day rows add up to the occurrences, every
-  // hour row to its own total, and the hour columns to their "Totals".
-  int days = 0;
-  for (const char* day : {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"}) {
-    days += std::stoi(RowAfter(text, day).at(0));
-  }
-  EXPECT_EQ(days, 8);
-  std::vector<long> hourColumns(8, 0);
-  for (int hour = 0; hour < 24; ++hour) {
-    const std::vector<std::string> row = RowAfter(text, HourLabel(hour));
-    ASSERT_EQ(row.size(), 8u) << HourLabel(hour);
-    long sum = 0;
-    for (std::size_t k = 0; k < 8; ++k) hourColumns[k] += std::stol(row[k]);
-    for (std::size_t k = 0; k < 7; ++k) sum += std::stol(row[k]);
-    EXPECT_EQ(sum, std::stol(row[7])) << HourLabel(hour);
-  }
-  EXPECT_EQ(hourColumns[7], 8);
-  const auto totals = RowsStartingWith(text, "Totals");
-  ASSERT_EQ(totals.size(), 2u);
-  EXPECT_EQ(totals[0], (std::vector<std::string>{"Totals", "8", "2:04:30"}));
-  ASSERT_EQ(totals[1].size(), 9u);
-  for (std::size_t k = 0; k < 8; ++k) EXPECT_EQ(std::stol(totals[1][1 + k]), hourColumns[k]);
+  ExpectMatchesFixture(rig.Text(), "busy-summary.txt");
 
   // The working tables do not outlive the report.
   const ReportForm::Matrices& m = rig.form->WorkingMatrices();

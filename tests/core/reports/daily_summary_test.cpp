@@ -27,10 +27,6 @@ using testing::Outcome;
 using testing::ReportFixture;
 using testing::RowAfter;
 
-int Sum(const std::vector<std::string>& words) {
-  return std::accumulate(words.begin(), words.end(), 0, [](int sum, const std::string& w) { return sum + std::stoi(w); });
-}
-
 // The time-of-day table's 24 labels are pinned by the week's text export.
 TEST(HourLabels, ChartLabelsAndNoTwentyFifthHour) {
   EXPECT_THROW(HourLabel(24), RuntimeError);
@@ -50,31 +46,11 @@ TEST(DailyCallAnalysis, OnlyInAndOutAsWrittenAreDirections) {
 // The week of the fixture: 13 calls from Monday 11/02 to Sunday 11/08, with
 // calls before and after the period, a first call without a direction, later
 // ones without a direction, 12 AM / 11 AM / 12 PM / 11 PM and a 24-hour time.
-TEST(DailyCallAnalysis, WeekOfCallsMatchesItsTextExportAndAddsUp) {
+TEST(DailyCallAnalysis, WeekOfCallsMatchesItsTextExport) {
   AnalysisRig rig(ReportFixture("daily-week.log"), kind::kDailyCallStatistics);
   ASSERT_EQ(rig.Run("11/02/2026", "11/08/2026"), RequestOutcome::kProduced);
   EXPECT_TRUE(rig.host.messages.empty());
-  const std::string text = rig.Text();
-  testing::ExpectMatchesFixture(text, "daily-week.txt");
-
-  // 8 in and 4 out of 13: the period's first call has no direction and no
-  // call before it, so it counts in the total only.
-  EXPECT_EQ(RowAfter(text, "Totals"), (std::vector<std::string>{"8", "4", "13"}));
-  int weekdays = 0;
-  for (const char* day : {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"}) {
-    weekdays += std::stoi(RowAfter(text, day).at(2));
-  }
-  EXPECT_EQ(weekdays, 13);
-  int hours = 0;
-  for (int hour = 0; hour < 24; ++hour) {
-    std::vector<std::string> row = RowAfter(text, HourLabel(hour));
-    ASSERT_EQ(row.size(), 8u) << HourLabel(hour);
-    const int total = std::stoi(row.back());
-    row.pop_back();
-    EXPECT_EQ(Sum(row), total) << HourLabel(hour);
-    hours += total;
-  }
-  EXPECT_EQ(hours, 13);
+  testing::ExpectMatchesFixture(rig.Text(), "daily-week.txt");
 
   // A period without calls prints both tables with zeros.
   AnalysisRig empty(ReportFixture("daily-week.log"), kind::kDailyCallStatistics);
