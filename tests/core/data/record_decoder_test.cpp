@@ -43,18 +43,7 @@ Outcome OutcomeOf(Read&& read) {
   }
 }
 
-std::string Shown(std::string_view line) {
-  std::string shown;
-  for (char c : line) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte < 0x7F) {
-      shown += c;
-    } else {
-      shown += "\\x" + std::string(1, "0123456789ABCDEF"[byte >> 4]) + "0123456789ABCDEF"[byte & 15];
-    }
-  }
-  return '"' + shown + '"';
-}
+std::string Shown(std::string_view line) { return ::testing::PrintToString(std::string(line)); }
 
 // Decodes line both ways and checks that they agree; returns whether the
 // line was of the common shape.
