@@ -17,21 +17,19 @@ namespace {
 using testing::TempFolder;
 
 TEST(ResolveSettingsLocation, EnvironmentDecidesTheFile) {
-  struct Case {
-    SettingsEnvironment environment;
-    std::string file, folder;
-  };
-  const Case cases[] = {
-      {{"/tmp/mine.ini", "/xdg", "/home/u"}, "/tmp/mine.ini", ""},
-      {{"", "/xdg", "/home/u"}, "", "/xdg/callwarden-reports"},
-      {{"", "rel", "/home/u"}, "", "/home/u/.config/callwarden-reports"},  // a relative XDG_CONFIG_HOME is ignored
-      {{"", "", "/home/u"}, "", "/home/u/.config/callwarden-reports"},
-      {{}, "", ""},
-  };
-  for (const Case& c : cases) {
-    const SettingsLocation location = ResolveSettingsLocation(c.environment);
-    EXPECT_EQ(location.file + " | " + location.folder, c.file + " | " + c.folder);
-  }
+  EXPECT_EQ(ResolveSettingsLocation({"/tmp/mine.ini", "/xdg", "/home/u"}).file, "/tmp/mine.ini");
+
+  const SettingsLocation xdg = ResolveSettingsLocation({"", "/xdg", "/home/u"});
+  EXPECT_EQ(xdg.file, "");
+  EXPECT_EQ(xdg.folder, "/xdg/callwarden-reports");
+
+  // A relative XDG_CONFIG_HOME is ignored.
+  EXPECT_EQ(ResolveSettingsLocation({"", "rel", "/home/u"}).folder, "/home/u/.config/callwarden-reports");
+  EXPECT_EQ(ResolveSettingsLocation({"", "", "/home/u"}).folder, "/home/u/.config/callwarden-reports");
+
+  const SettingsLocation none = ResolveSettingsLocation({});
+  EXPECT_EQ(none.file, "");
+  EXPECT_EQ(none.folder, "");
 }
 
 TEST(IniSettingsStore, OneFilePerEditionUnlessOneFileIsNamed) {
