@@ -78,23 +78,16 @@ TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {
 
 TEST(OldestLogDate, TakesTheFirstLinesDateOrToday) {
   const CivilDate today = CivilDate::FromYmd(2024, 6, 7);
-  ScratchFile dated("03/01/2024 9:05AM rest of the first call\r\n04/01/2024 later\r\n");
-  EXPECT_EQ(OldestLogDate(dated.Path(), today), "03/01/2024");
-
-  // Undated only when neither character 3 nor character 6 is "/".
-  ScratchFile undated("Call log started\r\n03/01/2024 ...\r\n");
-  EXPECT_EQ(OldestLogDate(undated.Path(), today), "06/07/2024");
-  ScratchFile oneSlash("03-01/2024 ...\r\n");
-  EXPECT_EQ(OldestLogDate(oneSlash.Path(), today), "03-01/2024");
-  ScratchFile otherSlash("ab/cd-efgh ...\r\n");
-  EXPECT_EQ(OldestLogDate(otherSlash.Path(), today), "ab/cd-efgh");
-  // A first line shorter than ten characters is taken as it is.
-  ScratchFile shortLine("1/2/\r\n");
-  EXPECT_EQ(OldestLogDate(shortLine.Path(), today), "06/07/2024");
-  ScratchFile shortDated("12/4/24\r\n");
-  EXPECT_EQ(OldestLogDate(shortDated.Path(), today), "12/4/24");
-  ScratchFile empty("");
-  EXPECT_EQ(OldestLogDate(empty.Path(), today), "06/07/2024");
+  // Undated (today) only when neither character 3 nor character 6 is "/";
+  // a first line shorter than ten characters is taken as it is.
+  for (const auto& [contents, date] : {std::pair{"03/01/2024 9:05AM rest of the first call\r\n04/01/2024 later\r\n",
+                                                 "03/01/2024"},
+                                       {"Call log started\r\n03/01/2024 ...\r\n", "06/07/2024"},
+                                       {"03-01/2024 ...\r\n", "03-01/2024"}, {"ab/cd-efgh ...\r\n", "ab/cd-efgh"},
+                                       {"1/2/\r\n", "06/07/2024"}, {"12/4/24\r\n", "12/4/24"}, {"", "06/07/2024"}}) {
+    ScratchFile file(contents);
+    EXPECT_EQ(OldestLogDate(file.Path(), today), date) << contents;
+  }
 }
 
 TEST(OldestLogDate, NoPathOrNoFileLeavesTheDateAlone) {

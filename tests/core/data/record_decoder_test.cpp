@@ -43,18 +43,7 @@ Outcome OutcomeOf(Read&& read) {
   }
 }
 
-std::string Shown(std::string_view line) {
-  std::string shown;
-  for (char c : line) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte < 0x7F) {
-      shown += c;
-    } else {
-      shown += "\\x" + std::string(1, "0123456789ABCDEF"[byte >> 4]) + "0123456789ABCDEF"[byte & 15];
-    }
-  }
-  return '"' + shown + '"';
-}
+std::string Shown(std::string_view line) { return ::testing::PrintToString(std::string(line)); }
 
 // Decodes line both ways and checks that they agree; returns whether the
 // line was of the common shape.
@@ -83,21 +72,18 @@ std::vector<std::string> CommonLines(std::mt19937& random, int count) {
   auto two = [](int value) { return std::string(1, static_cast<char>('0' + value / 10)) + char('0' + value % 10); };
   const std::vector<std::string> directions = {"In", " In", "Out", "in", "OUT", "", "??", "Ou"};
   std::vector<std::string> lines;
+  // A number right-aligned in its columns; below 10 either after a blank or
+  // with a leading zero.
+  auto aligned = [&](int value, std::size_t width) {
+    const std::string digits = value < 10 && pick(0, 1) == 0 ? std::to_string(value) : two(value);
+    return std::string(width - digits.size(), ' ') + digits;
+  };
   for (int n = 0; n < count; ++n) {
-    const int hour = pick(0, 12);
-    std::string time = hour < 10 && pick(0, 1) == 0 ? " " + std::string(1, char('0' + hour)) : two(hour);
-    time += ":" + two(pick(0, 59)) + std::string(1, "AaPp"[pick(0, 3)]) + std::string(1, "Mm"[pick(0, 1)]);
-    const int lineNumber = pick(0, 99);
-    const std::string line = lineNumber < 10 && pick(0, 1) == 0 ? "  " + std::string(1, char('0' + lineNumber))
-                                                               : " " + two(lineNumber);
-    const std::string duration = std::string(1, char('0' + pick(0, 9))) + ":" + two(pick(0, 99)) + ":" + two(pick(0, 99));
-    lines.push_back(Call()
-                        .Time(time)
-                        .Line(line)
+    const std::string time = aligned(pick(0, 12), 2) + ":" + two(pick(0, 59)) + "AaPp"[pick(0, 3)] + "Mm"[pick(0, 1)];
+    const std::string duration = std::to_string(pick(0, 9)) + ":" + two(pick(0, 99)) + ":" + two(pick(0, 99));
+    lines.push_back(Call().Time(time).Line(aligned(pick(0, 99), 3)).Duration(duration)
                         .Direction(directions[static_cast<std::size_t>(pick(0, 7))])
-                        .Duration(duration)
-                        .Answered(pick(0, 1) == 0 ? "Yes" : "No")
-                        .Text());
+                        .Answered(pick(0, 1) == 0 ? "Yes" : "No").Text());
   }
   return lines;
 }
@@ -107,11 +93,9 @@ TEST(RecordDecoder, CommonLinesAndEveryChangeOfOneByteDecodeAlike) {
   // Bytes that sit at the edges of what each column accepts.
   std::string edges = " /0123456789:;@AaMmPpINnOut\x80\xFF";
   edges += '\0';
-  int common = 0;
   int changedCommon = 0;
   for (const std::string& line : CommonLines(random, 60)) {
     ASSERT_TRUE(ExpectSameDecoding(line)) << Shown(line);
-    ++common;
     // Every column up to the first past the duration, changed to each edge
     // byte; and the line cut short at every length.
     for (std::size_t at = 0; at < kCommonShapeLength; ++at) {
@@ -123,7 +107,6 @@ TEST(RecordDecoder, CommonLinesAndEveryChangeOfOneByteDecodeAlike) {
     }
     for (std::size_t length = 0; length < line.size(); ++length) ExpectSameDecoding(std::string_view(line).substr(0, length));
   }
-  EXPECT_EQ(common, 60);
   // Changes to the columns the shape does not look at (date, number, name
   // and the separators) leave a line common; changes to the others mostly not.
   EXPECT_GT(changedCommon, 60 * 60 * static_cast<int>(edges.size()));

@@ -61,87 +61,55 @@ TEST(CdrImport, BuildsOneCallFromTheLegsOfEachCall) {
     std::vector<AsteriskRow> rows;
     std::string shown;
   };
-  AsteriskRow plain;
+  const AsteriskRow plain;
   // A ring group through Local/ channels in a file without linkedid: the
   // trunk leg and the phone that answered are joined by the Local/ pair.
-  AsteriskRow ringTrunk = plain, ringMiss = plain, ringHit = plain;
-  ringTrunk.columns = ringMiss.columns = ringHit.columns = 16;
-  ringTrunk.dstchannel = "Local/600@ringgroups-00000003;1";
-  ringTrunk.dst = "600";
-  ringTrunk.answer = "2026-08-17 09:05:09";
-  ringTrunk.billsec = "67";
-  ringMiss.channel = "Local/600@ringgroups-00000002;2";
-  ringMiss.dstchannel = "SIP/201-00000004";
-  ringMiss.dcontext = "ringgroups";
-  ringMiss.disposition = "NO ANSWER";
-  ringMiss.answer = "";
-  ringMiss.billsec = "0";
-  ringHit.channel = "Local/600@ringgroups-00000003;2";
-  ringHit.dstchannel = "SIP/202-00000005";
-  ringHit.dcontext = "ringgroups";
-  ringHit.answer = "2026-08-17 09:05:09";
-  ringHit.billsec = "67";
+  const AsteriskRow ringTrunk{.dst = "600", .dstchannel = "Local/600@ringgroups-00000003;1",
+                              .answer = "2026-08-17 09:05:09", .billsec = "67", .columns = 16};
+  const AsteriskRow ringMiss{.dcontext = "ringgroups", .channel = "Local/600@ringgroups-00000002;2",
+                             .dstchannel = "SIP/201-00000004", .answer = "", .billsec = "0",
+                             .disposition = "NO ANSWER", .columns = 16};
+  const AsteriskRow ringHit{.dcontext = "ringgroups", .channel = "Local/600@ringgroups-00000003;2",
+                            .dstchannel = "SIP/202-00000005", .answer = "2026-08-17 09:05:09", .billsec = "67",
+                            .columns = 16};
   // The same ring group in 21 columns: the linkedid joins them.
-  AsteriskRow linkedMiss = ringMiss, linkedHit = ringHit, linkedTrunk = ringTrunk;
-  for (AsteriskRow* row : {&linkedMiss, &linkedHit, &linkedTrunk}) {
-    row->columns = 21;
-    row->linkedid = "1787000000.40";
-  }
-  linkedMiss.uniqueid = "1787000000.41";
-  linkedHit.uniqueid = "1787000000.42";
-  AsteriskRow missed = plain;
-  missed.disposition = "NO ANSWER";
-  missed.answer = "";
-  missed.billsec = "0";
-  missed.end = "2026-08-17 09:05:25";
+  const auto linked = [](AsteriskRow row, std::string uniqueid) {
+    row.columns = 21;
+    row.linkedid = "1787000000.40";
+    row.uniqueid = std::move(uniqueid);
+    return row;
+  };
+  const AsteriskRow missed{.answer = "", .end = "2026-08-17 09:05:25", .billsec = "0", .disposition = "NO ANSWER"};
   // Nobody took it; voicemail (the PBX itself) answered.
-  AsteriskRow rang = missed, voicemail = plain;
-  rang.end = "2026-08-17 09:05:20";
-  voicemail.start = "2026-08-17 09:05:20";
-  voicemail.answer = "2026-08-17 09:05:21";
-  voicemail.end = "2026-08-17 09:05:51";
-  voicemail.dstchannel = "";
-  voicemail.lastapp = "VoiceMail";
-  voicemail.lastdata = "201@default";
-  voicemail.billsec = "30";
+  const AsteriskRow rang{.answer = "", .end = "2026-08-17 09:05:20", .billsec = "0", .disposition = "NO ANSWER"};
+  const AsteriskRow voicemail{.dstchannel = "", .lastapp = "VoiceMail", .lastdata = "201@default",
+                              .start = "2026-08-17 09:05:20", .answer = "2026-08-17 09:05:21",
+                              .end = "2026-08-17 09:05:51", .billsec = "30"};
   // Answered, then transferred to another phone.
-  AsteriskRow first = plain, second = plain;
-  first.answer = "2026-08-17 09:05:05";
-  first.end = "2026-08-17 09:05:35";
-  first.billsec = "30";
-  second.start = "2026-08-17 09:05:35";
-  second.answer = "2026-08-17 09:05:35";
-  second.end = "2026-08-17 09:06:35";
-  second.billsec = "60";
-  second.dstchannel = "SIP/202-00000009";
-  second.uniqueid = "1787000000.9";
+  const AsteriskRow first{.answer = "2026-08-17 09:05:05", .end = "2026-08-17 09:05:35", .billsec = "30"};
+  const AsteriskRow second{.dstchannel = "SIP/202-00000009", .start = "2026-08-17 09:05:35",
+                           .answer = "2026-08-17 09:05:35", .end = "2026-08-17 09:06:35", .billsec = "60",
+                           .uniqueid = "1787000000.9"};
   // The office calls out on the second trunk.
-  AsteriskRow out = plain;
-  out.src = "201";
-  out.dst = "915559876543";
-  out.clid = "\"Reception\" <201>";
-  out.dcontext = "from-internal";
-  out.channel = "SIP/201-00000010";
-  out.dstchannel = "PJSIP/telco2-00000011";
-  out.lastdata = "PJSIP/15559876543@telco2,60";
+  const AsteriskRow out{.src = "201", .dst = "915559876543", .dcontext = "from-internal", .clid = "\"Reception\" <201>",
+                        .channel = "SIP/201-00000010", .dstchannel = "PJSIP/telco2-00000011",
+                        .lastdata = "PJSIP/15559876543@telco2,60"};
   AsteriskRow outMissed = out;
-  outMissed.disposition = "BUSY";
+  outMissed.dst = "5559876543";
   outMissed.answer = "";
   outMissed.billsec = "0";
-  outMissed.dst = "5559876543";
+  outMissed.disposition = "BUSY";
   // Rows of 16, 17 and 18 columns without linkedid, and a caller name in
   // UTF-8 with a control byte.
-  AsteriskRow sixteen = plain, eighteen = plain;
-  sixteen.columns = 16;
-  sixteen.clid = "\"M\xC3\xBCller\x01 Anna\" <5551234567>";
-  eighteen.columns = 18;
-  eighteen.answer = "2026-08-17 09:05:00";
+  const AsteriskRow sixteen{.clid = "\"M\xC3\xBCller\x01 Anna\" <5551234567>", .columns = 16};
+  const AsteriskRow eighteen{.answer = "2026-08-17 09:05:00", .columns = 18};
 
   const Case cases[] = {
       {"answered", {plain}, "In line 1 [(555) 123-4567] [Smith John] Yes talk 62 rings 3"},
       {"ring group without linkedid", {ringMiss, ringHit, ringTrunk},
        "In line 1 [(555) 123-4567] [Smith John] Yes talk 67 rings 2"},
-      {"ring group with linkedid", {linkedMiss, linkedHit, linkedTrunk},
+      {"ring group with linkedid",
+       {linked(ringMiss, "1787000000.41"), linked(ringHit, "1787000000.42"), linked(ringTrunk, "1787000000.1")},
        "In line 1 [(555) 123-4567] [Smith John] Yes talk 67 rings 2"},
       {"not answered", {missed}, "In line 1 [(555) 123-4567] [Smith John] No talk 0 rings 5"},
       {"only voicemail answered", {rang, voicemail}, "In line 1 [(555) 123-4567] [Smith John] No talk 0 rings 9"},
@@ -164,20 +132,13 @@ TEST(CdrImport, BuildsOneCallFromTheLegsOfEachCall) {
 }
 
 TEST(CdrImport, SkipsInternalCallsAndNamesUnlistedTrunks) {
-  AsteriskRow internal;
-  internal.channel = "SIP/201-00000020";
-  internal.dstchannel = "SIP/202-00000021";
-  internal.dcontext = "from-internal";
-  internal.linkedid = "1787000000.20";
-  AsteriskRow strangerIn;
-  strangerIn.channel = "SIP/othertelco-00000022";
-  strangerIn.linkedid = "1787000000.22";
-  AsteriskRow strangerOut = internal;
-  strangerOut.dstchannel = "IAX2/cheapcalls-00000023";
-  strangerOut.lastdata = "IAX2/cheapcalls/5559876543";
-  strangerOut.linkedid = "1787000000.23";
-  AsteriskRow fine;
-  fine.linkedid = "1787000000.24";
+  const AsteriskRow internal{.dcontext = "from-internal", .channel = "SIP/201-00000020",
+                             .dstchannel = "SIP/202-00000021", .linkedid = "1787000000.20"};
+  const AsteriskRow strangerIn{.channel = "SIP/othertelco-00000022", .linkedid = "1787000000.22"};
+  const AsteriskRow strangerOut{.dcontext = "from-internal", .channel = "SIP/201-00000020",
+                                .dstchannel = "IAX2/cheapcalls-00000023", .lastdata = "IAX2/cheapcalls/5559876543",
+                                .linkedid = "1787000000.23"};
+  const AsteriskRow fine{.linkedid = "1787000000.24"};
   const Imported imported = Import(internal.Text() + strangerIn.Text() + strangerOut.Text() + fine.Text());
   EXPECT_EQ(imported.calls.size(), 1u);
   EXPECT_EQ(imported.counts.internal, 1);
@@ -242,33 +203,25 @@ TEST(CdrImport, ReadsCustomAndHeaderNamedLayouts) {
 }
 
 TEST(CdrImport, ReportsRowsItCannotReadWithTheirLines) {
-  AsteriskRow good;
-  AsteriskRow badStart = good;
-  badStart.start = "2026-02-30 09:00:00";
-  badStart.linkedid = "x";
-  AsteriskRow badBillsec = good;
-  badBillsec.billsec = "abc";
-  badBillsec.linkedid = "y";
+  const AsteriskRow good;
+  const AsteriskRow badStart{.start = "2026-02-30 09:00:00", .linkedid = "x"};
+  const AsteriskRow badBillsec{.billsec = "abc", .linkedid = "y"};
   const std::string text = good.Text() + "\"only\",\"three\",\"columns\"\n\n" + badStart.Text() +
                            badBillsec.Text() + "\"open quote,1\n";
   const Imported imported = Import(text, OfficeRules(), CdrFormat::kAsterisk);
   EXPECT_EQ(imported.calls.size(), 1u);
-  ASSERT_EQ(imported.badRows.size(), 4u);
-  EXPECT_EQ(imported.badRows[0].line, 2);
-  EXPECT_EQ(imported.badRows[0].reason, "3 columns; an Asterisk row has 16, 17, 18 or 21");
-  EXPECT_EQ(imported.badRows[1].line, 4);
-  EXPECT_EQ(imported.badRows[1].reason, "start time \"2026-02-30 09:00:00\" is not a date and time");
-  EXPECT_EQ(imported.badRows[2].line, 5);
-  EXPECT_EQ(imported.badRows[2].reason, "billsec \"abc\" is not a number of seconds");
-  EXPECT_EQ(imported.badRows[3].line, 6);
-  EXPECT_EQ(imported.badRows[3].reason, "a quoted field is not closed");
+  std::vector<std::pair<std::int64_t, std::string>> found;
+  for (const BadRow& row : imported.badRows) found.emplace_back(row.line, row.reason);
+  EXPECT_EQ(found, (std::vector<std::pair<std::int64_t, std::string>>{
+                       {2, "3 columns; an Asterisk row has 16, 17, 18 or 21"},
+                       {4, "start time \"2026-02-30 09:00:00\" is not a date and time"},
+                       {5, "billsec \"abc\" is not a number of seconds"},
+                       {6, "a quoted field is not closed"}}));
   EXPECT_EQ(imported.counts.badRows, 4);
 }
 
 TEST(CdrImport, DetectsTheLayoutFromTheFirstRows) {
-  AsteriskRow eighteen;
-  eighteen.columns = 18;
-  EXPECT_EQ(Import(eighteen.Text()).format, "asterisk");
+  EXPECT_EQ(Import(AsteriskRow{.columns = 18}.Text()).format, "asterisk");
   EXPECT_THROW(Import("1,2,3\n4,5,6\n"), RuntimeError);
   EXPECT_THROW(Import("name,number\nBob,555\n"), RuntimeError);
 }
@@ -285,11 +238,9 @@ TEST(CdrImport, RingsAreTheRingTimeInRingPeriodsRoundedUp) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.answer + " / " + std::to_string(c.ringSeconds));
-    AsteriskRow row;
-    row.answer = c.answer;
     ImportRules rules = OfficeRules();
     rules.ringSeconds = c.ringSeconds;
-    const Imported imported = Import(row.Text(), rules);
+    const Imported imported = Import(AsteriskRow{.answer = c.answer}.Text(), rules);
     ASSERT_EQ(imported.calls.size(), 1u);
     EXPECT_EQ(imported.calls[0].rings, c.rings);
   }

@@ -2,36 +2,23 @@
 #include "import/log_appender.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
+#include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
-#include "support/runtime_error.h"
+#include "core/support/error_number.h"
+#include "testing/temp_folder.h"
 
 namespace cw {
 namespace {
 
+using testing::ReadBytes;
+using testing::WriteBytes;
+
 class LogAppenderTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "cw-import-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    log_ = (folder_ / "CallLog.txt").string();
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
-  std::string Read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  }
-  void Write(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
-
-  std::filesystem::path folder_;
-  std::string log_;
+  testing::TempFolder folder_;
+  const std::string log_ = folder_.File("CallLog.txt");
 };
 
 const std::string kFirst = "08/17/2026 07:52AM first\r\n";
@@ -49,25 +36,21 @@ TEST_F(LogAppenderTest, RemembersWhatItWrote) {
   // Far behind the newest call remembered, everything counts as imported.
   EXPECT_TRUE(again.State().Knows("L:3", 100 - ImportState::kRemembered - 1));
   EXPECT_EQ(again.LastRecord(), "08/17/2026 07:52AM first");
-  EXPECT_EQ(Read(log_), kFirst);
+  EXPECT_EQ(ReadBytes(log_), kFirst);
 }
 
 TEST_F(LogAppenderTest, AFullDiskLeavesTheLogAsItWas) {
-  Write(log_, kFirst);
+  WriteBytes(log_, kFirst);
   int calls = 0;
   LogAppender appender(log_, [&calls](int fd, const char* bytes, std::size_t size) -> long {
     if (++calls == 1) return static_cast<long>(::write(fd, bytes, size / 2));
     errno = ENOSPC;
     return -1;
   });
-  try {
-    appender.Append(kSecond, {ImportState::EntryOf("L:2", 200)});
-    FAIL() << "no error";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), 75);
-    EXPECT_NE(error.Description().find("No space left on device"), std::string::npos) << error.Description();
-  }
-  EXPECT_EQ(Read(log_), kFirst);
+  const test::RaisedError error = test::ErrorOf([&] { appender.Append(kSecond, {ImportState::EntryOf("L:2", 200)}); });
+  EXPECT_EQ(error.number, 75);
+  EXPECT_NE(error.description.find("No space left on device"), std::string::npos) << error.description;
+  EXPECT_EQ(ReadBytes(log_), kFirst);
   EXPECT_FALSE(LogAppender(log_).State().Knows("L:2", 200));
 }
 
@@ -85,13 +68,13 @@ TEST_F(LogAppenderTest, AnImportKilledMidBatchIsCutBackToWholeRecords) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Write(log_, c.logAfterCrash);
+    WriteBytes(log_, c.logAfterCrash);
     ImportState state;
     state.BeginBatch({kFirst.size(), kFirst.size() + kSecond.size(), {ImportState::EntryOf("L:2", 200)}});
     state.Save(ImportState::PathFor(log_));
 
     LogAppender appender(log_);
-    EXPECT_EQ(Read(log_), c.logAfterRecovery);
+    EXPECT_EQ(ReadBytes(log_), c.logAfterRecovery);
     EXPECT_EQ(appender.State().Knows("L:2", 200), c.remembered);
     EXPECT_FALSE(appender.State().Pending().has_value());
     EXPECT_EQ(appender.Repaired(), c.logAfterCrash.size() - c.logAfterRecovery.size());
@@ -99,22 +82,17 @@ TEST_F(LogAppenderTest, AnImportKilledMidBatchIsCutBackToWholeRecords) {
 }
 
 TEST_F(LogAppenderTest, NeverRunsOnFromALastLineWithoutItsLineEnd) {
-  Write(log_, "08/17/2026 07:52AM someone else's");
+  WriteBytes(log_, "08/17/2026 07:52AM someone else's");
   LogAppender appender(log_);
   EXPECT_EQ(appender.LastRecord(), "");
   appender.Append(kSecond, {});
-  EXPECT_EQ(Read(log_), "08/17/2026 07:52AM someone else's\r\n" + kSecond);
+  EXPECT_EQ(ReadBytes(log_), "08/17/2026 07:52AM someone else's\r\n" + kSecond);
 }
 
 TEST_F(LogAppenderTest, RefusesAStateFileItDidNotWrite) {
-  Write(ImportState::PathFor(log_), "some notes\n");
-  try {
-    LogAppender appender(log_);
-    FAIL() << "no error";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), 13);
-  }
-  EXPECT_EQ(Read(ImportState::PathFor(log_)), "some notes\n");
+  WriteBytes(ImportState::PathFor(log_), "some notes\n");
+  EXPECT_EQ(test::ErrorNumberOf([&] { LogAppender appender(log_); }), 13);
+  EXPECT_EQ(ReadBytes(ImportState::PathFor(log_)), "some notes\n");
 }
 
 }  // namespace

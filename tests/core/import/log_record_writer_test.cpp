@@ -13,35 +13,19 @@
 namespace cw {
 namespace {
 
-LogCall Call(int year, int month, int day, int seconds) {
-  LogCall call;
-  call.start = LocalSecondsOf(CivilDate::FromYmd(year, month, day), seconds);
-  return call;
+LocalSeconds At(int month, int day, int hour, int minute, int second = 0) {
+  return LocalSecondsOf(CivilDate::FromYmd(2026, month, day), hour * 3600 + minute * 60 + second);
 }
 
 TEST(LogRecordWriter, RecordsReadBackThroughTheReportsReader) {
-  std::vector<LogCall> calls;
-  LogCall morning = Call(2026, 8, 17, 9 * 3600 + 5 * 60 + 42);
-  morning.number = "(555) 123-4567";
-  morning.name = "Smith John";
-  morning.line = 1;
-  morning.answered = true;
-  morning.talkSeconds = 3723;
-  morning.rings = 3;
-  calls.push_back(morning);
-  LogCall night = Call(2026, 12, 31, 23 * 3600 + 59 * 60 + 59);
-  night.inbound = false;
-  night.number = "915559876543210987654";  // longer than its column
-  night.name = std::string(45, 'N');
-  night.line = 120;
-  night.talkSeconds = 40000;  // past 9:59:59
-  night.rings = 0;
-  calls.push_back(night);
-  LogCall noon = Call(2026, 1, 2, 12 * 3600);
-  noon.line = 7;
-  noon.rings = 999;
-  calls.push_back(noon);
-
+  const std::vector<LogCall> calls = {
+      {.start = At(8, 17, 9, 5, 42), .line = 1, .number = "(555) 123-4567", .name = "Smith John", .answered = true,
+       .talkSeconds = 3723, .rings = 3},
+      // Number and name longer than their columns, a talk time past 9:59:59.
+      {.start = At(12, 31, 23, 59, 59), .inbound = false, .line = 120, .number = "915559876543210987654",
+       .name = std::string(45, 'N'), .talkSeconds = 40000, .rings = 0},
+      {.start = At(1, 2, 12, 0), .line = 7, .number = "", .name = "", .rings = 999},
+  };
   std::string log;
   for (const LogCall& call : calls) AppendLogRecord(log, call);
   ReaderState reader;
@@ -67,13 +51,8 @@ TEST(LogRecordWriter, RecordsReadBackThroughTheReportsReader) {
 }
 
 TEST(LogRecordWriter, WritesTheExactColumns) {
-  LogCall call = Call(2026, 8, 17, 7 * 3600 + 52 * 60);
-  call.number = "(555) 019-8841";
-  call.name = "JOHNSON MARY";
-  call.line = 1;
-  call.answered = true;
-  call.talkSeconds = 41;
-  call.rings = 3;
+  LogCall call{.start = At(8, 17, 7, 52), .line = 1, .number = "(555) 019-8841", .name = "JOHNSON MARY",
+               .answered = true, .talkSeconds = 41, .rings = 3};
   // The same bytes as a record of the logging program.
   EXPECT_EQ(FormatLogRecord(call),
             "08/17/2026 07:52AM (555) 019-8841     JOHNSON MARY                               1 In  0:00:41 Yes   3\r\n");
@@ -83,7 +62,7 @@ TEST(LogRecordWriter, WritesTheExactColumns) {
   call.rings = 12;
   call.line = 10;
   call.name.clear();
-  call.start = LocalSecondsOf(CivilDate::FromYmd(2026, 8, 17), 0);
+  call.start = At(8, 17, 0, 0);
   EXPECT_EQ(FormatLogRecord(call),
             "08/17/2026 12:00AM (555) 019-8841                                               10 Out 0:00:00 No   12\r\n");
 }

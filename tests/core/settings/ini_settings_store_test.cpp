@@ -133,15 +133,5 @@ TEST(IniSettingsStore, FailedSaveLeavesThePreviousFileWhole) {
   EXPECT_EQ(test::ErrorNumberOf([&] { noFolder.Save("x", "Reports", "LastTab", "2"); }), err::kPermissionDenied);
 }
 
-TEST(IniSettingsStore, LinkedFileIsWrittenThroughTheLink) {
-  TempFolder temp;
-  const std::string real = temp.Write("real.ini", "[Reports]\nLastTab=1\n");
-  std::filesystem::create_symlink(real, temp.File("link.ini"));
-  IniSettingsStore store(SettingsLocation{temp.File("link.ini"), {}});
-  store.Save("x", "Reports", "LastTab", "8");
-  EXPECT_TRUE(std::filesystem::is_symlink(temp.File("link.ini")));
-  EXPECT_EQ(testing::ReadBytes(real), "[Reports]\nLastTab=8\n");
-}
-
 }  // namespace
 }  // namespace cw

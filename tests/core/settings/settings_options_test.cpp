@@ -63,6 +63,14 @@ TEST(SettingValues, LastTabAndFlags) {
   }
 }
 
+// The whole state in one line, for readable failures.
+std::string Shown(const StartupState& state) {
+  return state.edition + (state.historyMode ? " history " + state.historyNumber : " no history") +
+         (state.windowHandle ? " handle " + std::to_string(*state.windowHandle) : " no handle") + " path " +
+         state.data.path + " logs " + state.data.logs + " ini " + state.data.iniPath + " hardware " +
+         std::to_string(state.data.hardwareType) + " lines " + std::to_string(state.data.activeLines);
+}
+
 TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIni) {
   testing::TempFolder temp;
   temp.Write("callwarden.ini", "[Ports]\r\nKVXHardware=5\r\nActiveLines=4\r\n");
@@ -73,33 +81,20 @@ TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIni) {
   store.values[{"Vorn Ringtally", "Reports", "Path"}] = temp.Path().string();
   ShownBoxes boxes;
 
-  const StartupState history = ResolveStartup("h=77,5551234", store, boxes.Output());
-  EXPECT_EQ(history.edition, "Callwarden MultiLine");
-  EXPECT_TRUE(history.historyMode);
-  EXPECT_EQ(history.historyNumber, "5551234");
-  EXPECT_EQ(history.windowHandle.value_or(0), 77);
-  EXPECT_EQ(history.data.path, temp.Path().string());
-  EXPECT_EQ(history.data.logs, "/logs/CallLog.txt");
-  EXPECT_EQ(history.data.iniPath, temp.File("callwarden.ini"));
-  EXPECT_EQ(history.data.hardwareType, 5);
-  EXPECT_EQ(history.data.activeLines, 4);
-
-  const StartupState plain = ResolveStartup("", store, boxes.Output());
-  EXPECT_EQ(plain.edition, "Vorn Ringtally");
-  EXPECT_FALSE(plain.historyMode);
-  EXPECT_EQ(plain.data.logs, "");
-  EXPECT_EQ(plain.data.iniPath, temp.File("Ringtally.ini"));
-  EXPECT_EQ(plain.data.hardwareType, 3);
-  EXPECT_EQ(plain.data.activeLines, 6);
+  const std::string path = temp.Path().string();
+  EXPECT_EQ(Shown(ResolveStartup("h=77,5551234", store, boxes.Output())),
+            "Callwarden MultiLine history 5551234 handle 77 path " + path + " logs /logs/CallLog.txt ini " +
+                temp.File("callwarden.ini") + " hardware 5 lines 4");
+  EXPECT_EQ(Shown(ResolveStartup("", store, boxes.Output())),
+            "Vorn Ringtally no history no handle path " + path + " logs  ini " + temp.File("Ringtally.ini") +
+                " hardware 3 lines 6");
+  EXPECT_TRUE(boxes.texts.empty());
 
   // A failing store: one box per setting, empty locations and INI defaults.
   store.failing = true;
-  const StartupState failed = ResolveStartup("5551234", store, boxes.Output());
+  EXPECT_EQ(Shown(ResolveStartup("5551234", store, boxes.Output())),
+            "Callwarden MultiLine history 5551234 no handle path  logs  ini  hardware 3 lines 2");
   EXPECT_EQ(boxes.texts.size(), 2u);
-  EXPECT_EQ(failed.data.path, "");
-  EXPECT_EQ(failed.data.iniPath, "");
-  EXPECT_EQ(failed.data.activeLines, 2);
-  EXPECT_EQ(failed.historyNumber, "5551234");
 }
 
 }  // namespace

@@ -53,16 +53,14 @@ TEST(AtomicFile, FollowsLinksAndKeepsTheModeOfWhatItReplaces) {
     std::string lands;    // where the bytes end up
     mode_t mode;          // of the file written
   };
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
   const Case cases[] = {
       {"real.txt", "real.txt", 0640},
       {"relative-link", "real.txt", 0640},
       {"sub/up-link", "real.txt", 0640},
       {"link-to-link", "real.txt", 0640},
-      {"dangling", "made-by-writing.txt", static_cast<mode_t>(0666 & ~[] {
-         const mode_t mask = ::umask(0);
-         ::umask(mask);
-         return mask;
-       }())},
+      {"dangling", "made-by-writing.txt", static_cast<mode_t>(0666 & ~mask)},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

@@ -72,20 +72,18 @@ TEST(CivilDateTest, SerialAndCalendarAgreeDayByDay) {
 }
 
 TEST(CivilDateTest, WeekdayCountsFromSunday) {
-  EXPECT_EQ(CivilDate::FromYmd(2024, 1, 5).Weekday(), 6);    // Friday
-  EXPECT_EQ(CivilDate::FromYmd(2024, 2, 29).Weekday(), 5);   // Thursday
-  EXPECT_EQ(CivilDate::FromYmd(1969, 7, 20).Weekday(), 1);   // Sunday
-  EXPECT_EQ(CivilDate::FromSerial(0).Weekday(), 7);          // 30 Dec 1899, Saturday
-  EXPECT_EQ(CivilDate::FromSerial(-6).Weekday(), 1);         // 24 Dec 1899, Sunday
-  EXPECT_EQ(CivilDate::FromSerial(-7).Weekday(), 7);
+  // A Friday, a Thursday, a Sunday; 30 Dec 1899 (serial 0) was a Saturday.
+  for (auto [serial, weekday] : {std::pair{CivilDate::FromYmd(2024, 1, 5).Serial(), 6},
+                                 {CivilDate::FromYmd(2024, 2, 29).Serial(), 5},
+                                 {CivilDate::FromYmd(1969, 7, 20).Serial(), 1}, {0, 7}, {-6, 1}, {-7, 7}}) {
+    EXPECT_EQ(CivilDate::FromSerial(serial).Weekday(), weekday) << serial;
+  }
 }
 
 TEST(CivilDateTest, YearsOutsideOneHundredToNineThousandNineHundredNinetyNineAreInvalid) {
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(100, 1, 0); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(9999, 12, 32); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(10000, 1, 1); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(-1, 1, 1); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { CivilDate::FromYmd(2024, 2147483647, 2147483647); }), 5);
+  for (Ymd bad : {Ymd{100, 1, 0}, {9999, 12, 32}, {10000, 1, 1}, {-1, 1, 1}, {2024, 2147483647, 2147483647}}) {
+    EXPECT_EQ(ErrorNumberOf([&] { CivilDate::FromYmd(bad.year, bad.month, bad.day); }), 5) << bad.year;
+  }
 }
 
 }  // namespace

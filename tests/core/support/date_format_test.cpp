@@ -55,9 +55,9 @@ TEST(DateFormatTest, EveryTimePatternAroundMidnightAndNoon) {
     EXPECT_EQ(FormatTime(c.time, "h:Nn"), c.clock) << c.time;
     EXPECT_EQ(FormatTime(c.time, "h:Nn AM/PM"), c.spaced) << c.time;
   }
-  EXPECT_EQ(ErrorNumberOf([] { FormatTime(-1, "h"); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { FormatTime(86400, "h"); }), 5);
-  EXPECT_EQ(ErrorNumberOf([] { FormatTime(0, "hh:mm"); }), 5);
+  for (auto [time, pattern] : {std::pair{-1, "h"}, {86400, "h"}, {0, "hh:mm"}}) {
+    EXPECT_EQ(ErrorNumberOf([&] { FormatTime(time, pattern); }), 5) << time << ' ' << pattern;
+  }
 }
 
 TEST(DateFormatTest, NumberPatternsRoundHalvesToEven) {
@@ -72,17 +72,15 @@ TEST(DateFormatTest, NumberPatternsRoundHalvesToEven) {
 }
 
 TEST(DateFormatTest, CaptionDatesParseByColumnWithDateSerialRules) {
-  EXPECT_EQ(ParseCaptionDate("01/05/2024"), CivilDate::FromYmd(2024, 1, 5));
-  EXPECT_EQ(ParseCaptionDate(" 1/ 5/2024"), CivilDate::FromYmd(2024, 1, 5));
-  EXPECT_EQ(ParseCaptionDate("13/01/2024"), CivilDate::FromYmd(2025, 1, 1));
-  EXPECT_EQ(ParseCaptionDate("02/30/2024"), CivilDate::FromYmd(2024, 3, 1));
-  EXPECT_EQ(ParseCaptionDate("12/31/1999"), CivilDate::FromYmd(1999, 12, 31));
-  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("ab/05/2024"); }), 13);
-  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/xx/2024"); }), 13);
-  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/05/24"); }), 13);
-  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate(""); }), 13);
-  EXPECT_EQ(ParseCaptionDate("01/05/0099"), CivilDate::FromYmd(1999, 1, 5));
-  EXPECT_EQ(ErrorNumberOf([] { ParseCaptionDate("01/05/-001"); }), 5);
+  for (auto [text, date] : {std::pair{"01/05/2024", "01/05/2024"}, {" 1/ 5/2024", "01/05/2024"},
+                            {"13/01/2024", "01/01/2025"}, {"02/30/2024", "03/01/2024"}, {"12/31/1999", "12/31/1999"},
+                            {"01/05/0099", "01/05/1999"}}) {
+    EXPECT_EQ(FormatDate(ParseCaptionDate(text), "mm/dd/yyyy"), date) << text;
+  }
+  for (auto [text, error] : {std::pair{"ab/05/2024", 13}, {"01/xx/2024", 13}, {"01/05/24", 13}, {"", 13},
+                             {"01/05/-001", 5}}) {
+    EXPECT_EQ(ErrorNumberOf([&] { ParseCaptionDate(text); }), error) << text;
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "core/support/error_number.h"
 
@@ -17,56 +18,41 @@ cFastCat WithPageSize(std::int32_t bytes) {
   return builder;
 }
 
-// The value, the current page and the position in it.
+// The value, the current page, the position in it and the length.
 std::string State(const cFastCat& builder) {
-  return builder.Value() + "|" + std::to_string(builder.CurrentPage()) + "|" + std::to_string(builder.PagePos());
+  return builder.Value() + "|" + std::to_string(builder.CurrentPage()) + "|" + std::to_string(builder.PagePos()) +
+         "|" + std::to_string(builder.Length());
 }
 
-TEST(FastCatTest, AppendsWithinAPageJoinExactly) {
-  cFastCat builder = WithPageSize(100);
-  builder.Append("abc");
-  // Length counts the first page in bytes, two per character.
-  EXPECT_EQ(builder.Length(), 6);
-  EXPECT_EQ(builder.LengthB(), 12);
-  builder.Append("defgh");
-  builder.Append("");
-  EXPECT_EQ(State(builder), "abcdefgh|0|16");
-  EXPECT_EQ(builder.Capacity(), 100);
-
-  cFastCat exact = WithPageSize(8);
-  exact.Append("abcd");
-  EXPECT_EQ(State(exact), "abcd|0|8");
-}
-
-TEST(FastCatTest, SpillRepeatsPartOfTheTextAndLosesAsMuch) {
-  cFastCat builder = WithPageSize(8);
-  builder.Append("abc");
-  builder.Append("defgh");
-  EXPECT_EQ(State(builder), "abcddefg|1|8");
-  EXPECT_EQ(builder.Length(), 12);  // 8 / 2 characters of page 0, plus 8 bytes
-  EXPECT_EQ(builder.LengthB(), 24);
-  EXPECT_EQ(builder.Capacity(), 16);
-
-  // The tail starts r / 2 = 2 characters early when it is not clipped at the
-  // start of the text: K and L are lost, I and J repeated.
-  cFastCat long_tail = WithPageSize(20);
-  long_tail.Append("ABCDEFGHIJKL");
-  EXPECT_EQ(State(long_tail), "ABCDEFGHIJIJ|1|4");
-
-  // A page filled to the last byte spills nothing twice.
-  cFastCat full = WithPageSize(8);
-  full.Append("abcd");
-  full.Append("ef");
-  EXPECT_EQ(State(full), "abcdef|1|4");
-}
-
-TEST(FastCatTest, ASpillCrossesOneBoundaryAndCutsTheRest) {
-  cFastCat builder = WithPageSize(4);
-  builder.Append("abcdefgh");
-  // Page 1 takes what fits of the tail; the position still moves by the
-  // whole remainder, so the value ends in blanks.
-  EXPECT_EQ(State(builder), "abab    |1|12");
-  EXPECT_EQ(builder.Length(), 14);
+// Appends within a page join exactly. An append that spills over starts its
+// tail on the next page r / 2 characters early when the tail is not clipped
+// at the start of the text, so part of the text is repeated and as much lost;
+// page 1 takes what fits of the tail, the position still moves by the whole
+// remainder, and the value ends in blanks. Length counts full pages in
+// characters (two bytes each) and the current page in bytes.
+TEST(FastCatTest, AppendsJoinWithinAPageAndSpillOverAsTheyAlwaysHave) {
+  struct Case {
+    std::int32_t pageSize;
+    std::vector<std::string> appends;
+    std::string state;
+    std::int32_t capacity;
+  };
+  const Case cases[] = {
+      {100, {"abc"}, "abc|0|6|6", 100},
+      {100, {"abc", "defgh", ""}, "abcdefgh|0|16|16", 100},
+      {8, {"abcd"}, "abcd|0|8|8", 8},
+      {8, {"abc", "defgh"}, "abcddefg|1|8|12", 16},
+      {20, {"ABCDEFGHIJKL"}, "ABCDEFGHIJIJ|1|4|14", 40},  // K and L lost, I and J repeated
+      {8, {"abcd", "ef"}, "abcdef|1|4|8", 16},           // a page filled to the last byte spills nothing twice
+      {4, {"abcdefgh"}, "abab    |1|12|14", 8},
+  };
+  for (const Case& c : cases) {
+    cFastCat builder = WithPageSize(c.pageSize);
+    for (const std::string& text : c.appends) builder.Append(text);
+    EXPECT_EQ(State(builder), c.state) << c.pageSize;
+    EXPECT_EQ(builder.Capacity(), c.capacity) << c.state;
+    EXPECT_EQ(builder.LengthB(), 2 * builder.Length());
+  }
 }
 
 TEST(FastCatTest, ResetKeepsThePagesAndClearDropsThem) {
@@ -112,7 +98,7 @@ TEST(FastCatTest, RunningOutOfPageSlotsIsSubscriptOutOfRange) {
   builder.Append("cd");
   EXPECT_EQ(builder.Value(), "abcd");
   EXPECT_EQ(ErrorNumberOf([&] { builder.Append("e"); }), 9);
-  EXPECT_EQ(State(builder), "abcd|1|4");
+  EXPECT_EQ(State(builder), "abcd|1|4|6");
 
   builder.SetPageCount(3);
   builder.Append("ef");

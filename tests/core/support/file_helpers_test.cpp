@@ -20,14 +20,11 @@ namespace fs = std::filesystem;
 using test::ErrorNumberOf;
 
 // A fresh folder per test, removed afterwards.
-class FileHelpersTest : public ::testing::Test {
+class FileHelpersTest : public ::testing::Test, public testing::TempFolder {
  protected:
-  std::string PathOf(const std::string& name) const { return temp_.File(name); }
-  std::string Make(const std::string& name, const std::string& bytes = {}) const { return temp_.Write(name, bytes); }
-  std::set<std::string> Names() const { return temp_.Names(); }
-
-  testing::TempFolder temp_;
-  const fs::path& folder_ = temp_.Path();
+  std::string PathOf(const std::string& name) const { return File(name); }
+  std::string Make(const std::string& name, const std::string& bytes = {}) const { return Write(name, bytes); }
+  const fs::path& folder_ = Path();
 };
 
 // Sets TMPDIR for the life of the object.
@@ -80,24 +77,18 @@ TEST_F(FileHelpersTest, FileExistsOnlyForNormalVisibleFiles) {
   fs::create_directory(PathOf("reports.txt"));
   Make("a[1].dat");
 
-  EXPECT_TRUE(FileExists(log));
+  Make("a1.bin");
   EXPECT_FALSE(FileExists(""));
   EXPECT_FALSE(FileExists(folder_.string()));
-  EXPECT_FALSE(FileExists(PathOf("reports.txt")));
-  EXPECT_FALSE(FileExists(PathOf(".hidden.txt")));
-  EXPECT_FALSE(FileExists(PathOf("missing.log")));
   EXPECT_FALSE(FileExists(log + "/"));
-
-  EXPECT_TRUE(FileExists(PathOf("*.log")));
-  EXPECT_TRUE(FileExists(PathOf("c?lls.*")));
-  EXPECT_FALSE(FileExists(PathOf("*.txt")));  // only a folder and a hidden file match
-  EXPECT_FALSE(FileExists(PathOf("*.ini")));
-  EXPECT_FALSE(FileExists(PathOf("missing/*.log")));
-  // Brackets are plain characters, not a character set.
-  EXPECT_TRUE(FileExists(PathOf("a[1].dat")));
-  EXPECT_TRUE(FileExists(PathOf("a[1]*")));
-  Make("a1.bin");
-  EXPECT_FALSE(FileExists(PathOf("a[1].b*")));
+  // "*.txt" matches only a folder and a hidden file; brackets are plain
+  // characters, not a character set.
+  for (const auto& [name, exists] :
+       {std::pair{"calls.log", true}, {"reports.txt", false}, {".hidden.txt", false}, {"missing.log", false},
+        {"*.log", true}, {"c?lls.*", true}, {"*.txt", false}, {"*.ini", false}, {"missing/*.log", false},
+        {"a[1].dat", true}, {"a[1]*", true}, {"a[1].b*", false}}) {
+    EXPECT_EQ(FileExists(PathOf(name)), exists) << name;
+  }
 }
 
 TEST(FileHelpers, IsAllDigits) {
@@ -121,12 +112,13 @@ TEST_F(FileHelpersTest, FindFileNoCasePrefersTheExactName) {
   Make("Callwarden.ini");
   Make("CALLWARDEN.INI");
   const std::string folder = folder_.string();
-  EXPECT_EQ(FindFileNoCase(folder, "busylines.log"), PathOf("BusyLines.LOG"));
-  EXPECT_EQ(FindFileNoCase(folder, "\\BUSYLINES.log"), PathOf("BusyLines.LOG"));
-  EXPECT_EQ(FindFileNoCase(folder, "Callwarden.ini"), PathOf("Callwarden.ini"));
-  EXPECT_EQ(FindFileNoCase(folder, "CALLWARDEN.INI"), PathOf("CALLWARDEN.INI"));
-  // Neither is exact: the byte-wise smaller name, whatever the directory order.
-  EXPECT_EQ(FindFileNoCase(folder, "callwarden.ini"), PathOf("CALLWARDEN.INI"));
+  // Neither is exact for "callwarden.ini": the byte-wise smaller name,
+  // whatever the directory order.
+  for (const auto& [asked, found] : {std::pair{"busylines.log", "BusyLines.LOG"}, {"\\BUSYLINES.log", "BusyLines.LOG"},
+                                     {"Callwarden.ini", "Callwarden.ini"}, {"CALLWARDEN.INI", "CALLWARDEN.INI"},
+                                     {"callwarden.ini", "CALLWARDEN.INI"}}) {
+    EXPECT_EQ(FindFileNoCase(folder, asked), PathOf(found)) << asked;
+  }
   EXPECT_EQ(FindFileNoCase(folder, "Ringtally.ini"), std::nullopt);
   EXPECT_EQ(FindFileNoCase(PathOf("missing"), "busylines.log"), std::nullopt);
   EXPECT_EQ(FindFileNoCase(folder, ""), std::nullopt);

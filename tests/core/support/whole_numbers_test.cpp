@@ -31,15 +31,13 @@ TEST(WholeNumbersTest, SixteenAndThirtyTwoBitLimitsAfterRounding) {
   EXPECT_EQ(ToInt16(32766.5), 32766);
   EXPECT_EQ(ToInt16(-32768.5), -32768);  // the tie goes to the even -32768
   EXPECT_EQ(ToInt16(-2.5), -2);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt16(32767.5); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt16(-32769.0); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt16(std::nan("")); }), 6);
+  for (double bad : {32767.5, -32769.0, std::nan("")}) EXPECT_EQ(ErrorNumberOf([&] { ToInt16(bad); }), 6) << bad;
 
   EXPECT_EQ(ToInt32(2147483646.5), 2147483646);
   EXPECT_EQ(ToInt32(-2147483648.5), -2147483647 - 1);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt32(2147483647.5); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt32(-2147483649.0); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt32(std::numeric_limits<double>::infinity()); }), 6);
+  for (double bad : {2147483647.5, -2147483649.0, std::numeric_limits<double>::infinity()}) {
+    EXPECT_EQ(ErrorNumberOf([&] { ToInt32(bad); }), 6) << bad;
+  }
 }
 
 TEST(WholeNumbersTest, CheckedThirtyTwoBitArithmetic) {
@@ -76,12 +74,12 @@ TEST(WholeNumbersTest, NumericTextsConvertWithBlanksSignsAndFractions) {
 }
 
 TEST(WholeNumbersTest, OutOfRangeTextsAreOverflow) {
-  EXPECT_EQ(ErrorNumberOf([] { TextToInt16("32768"); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { TextToInt16("-32769"); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { TextToInt16("32767.5"); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { TextToInt32("2147483648"); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { TextToInt32("-2147483649"); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { TextToInt32("99999999999999999999999"); }), 6);
+  for (const char* text : {"32768", "-32769", "32767.5"}) {
+    EXPECT_EQ(ErrorNumberOf([&] { TextToInt16(text); }), 6) << text;
+  }
+  for (const char* text : {"2147483648", "-2147483649", "99999999999999999999999"}) {
+    EXPECT_EQ(ErrorNumberOf([&] { TextToInt32(text); }), 6) << text;
+  }
   const std::string huge(400, '9');
   EXPECT_EQ(ErrorNumberOf([&] { TextToDouble(huge); }), 6);
   EXPECT_FALSE(IsNumericText(huge));
