@@ -1,5 +1,5 @@
-// cwreport --print: the usage errors of its options, a printer that is not
-// there, and a real job through the CUPS PDF queue (scripts/start-cups-pdf.sh)
+// cwreport --print (its usage errors are with the others in options_test):
+// a printer that is not there, and a real job through the CUPS PDF queue (scripts/start-cups-pdf.sh)
 // whose PDF is read back for its pages.
 #include <gtest/gtest.h>
 
@@ -45,32 +45,6 @@ class PrintCommand : public ReportTest {
     return ReportTest::Report("--report history" + kJanuary + arguments);
   }
 };
-
-TEST_F(PrintCommand, BadPrintOptionsAreUsageErrors) {
-  struct Case {
-    std::string arguments;
-    std::string err;  // the start of the message
-  };
-  const Case cases[] = {
-      {"--print --copies 0", "cwreport: --copies needs a whole number from 1 to 32767, not \"0\""},
-      {"--print --copies -2", "cwreport: --copies needs a whole number from 1 to 32767, not \"-2\""},
-      {"--print --from-page 0", "cwreport: --from-page needs a whole number from 1 to 32767, not \"0\""},
-      {"--print --to-page 2x", "cwreport: --to-page needs a whole number from 1 to 32767, not \"2x\""},
-      {"--print --from-page 3 --to-page 2", "cwreport: --from-page 3 comes after --to-page 2"},
-      {"--print --copies", "cwreport: --copies needs a value"},
-      {"--copies 2 --pdf " + Quote(Path("report.pdf")),
-       "cwreport: --copies, --from-page and --to-page apply to --print only"},
-      {"--print A --print B", "cwreport: --print given twice"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.arguments);
-    const ProgramRun run = Report(c.arguments);
-    EXPECT_EQ(run.status, 2);
-    EXPECT_TRUE(run.err.starts_with(c.err + "\n")) << run.err;
-    EXPECT_EQ(run.out, "");
-  }
-  EXPECT_FALSE(fs::exists(Path("report.pdf")));
-}
 
 TEST_F(PrintCommand, APrinterThatIsNotThereIsAnErrorBeforeAnyOutput) {
   const ProgramRun run = Report("--print 'No Such Printer' --pdf " + Quote(Path("report.pdf")) + " --text " +
