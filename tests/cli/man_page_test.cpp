@@ -153,21 +153,5 @@ TEST(ManPage, DesktopProgramListsTheOptionsOfItsHelp) {
                     PageOptions(ReadFile(CW_SOURCE_DIR "/data/man/callwarden-reports.1")));
 }
 
-// The page parser itself, on the shapes the pages use: a switch, an option
-// with a value, an option after a subcommand heading, a tag that is no
-// option, and options outside the compared sections.
-TEST(ManPage, PageParserReadsTagsBySection) {
-  const std::string page =
-      ".SH SYNOPSIS\n.B cwreport \\-\\-version\n"
-      ".SH OPTIONS\n.SS \"Request options\"\n.TP\n.B \\-\\-chart\nAdds \\-\\-nothing.\n"
-      ".TP\n.BI \\-\\-log \" FILE\"\n.TP\n.BR \\-\\-help \", \" \\-h\n"
-      ".SH SUBCOMMANDS\n.SS \"cwreport dump SPOOL\"\nText.\n"
-      ".SS \"cwreport log\\-summary [OPTIONS]\"\n.TP\n.BI \\-\\-today \" DATE\"\n"
-      ".SH \"EXIT STATUS\"\n.TP\n.B 0\n.SH ENVIRONMENT\n.TP\n.B \\-\\-other\n";
-  const ScopedOptions expected = {
-      {"", {"--chart", "--log", "--help"}}, {"dump", {}}, {"log-summary", {"--today"}}};
-  EXPECT_EQ(PageOptions(page), expected);
-}
-
 }  // namespace
 }  // namespace cw::testing
