@@ -128,21 +128,18 @@ TEST_F(Options, HelpComesFromTheSameTable) {
   // The range a refusal names is the one the help shows; one text names the
   // settings file everywhere.
   const std::string settingsHelp = "CONFIG is\n                        $XDG_CONFIG_HOME, or ~/.config without it";
-  for (const std::string& part :
-       {std::string("resolution of the page images, 10 to 600"), std::string("N copies (1 to 32767)"),
-        std::string("last-month"), std::string("--encoding E"),
-        std::string("\n3 the document was produced, but records raised errors"), settingsHelp}) {
+  for (const std::string& part : {std::string("resolution of the page images, 10 to 600"),
+                                 std::string("N copies (1 to 32767)"),
+                                 std::string("\n3 the document was produced, but records raised errors"), settingsHelp}) {
     EXPECT_THAT(help.out, HasSubstr(part));
   }
   EXPECT_THAT(Cwreport("help log-summary").out, HasSubstr(settingsHelp));
-  for (const auto& [subcommand, expected] : {std::pair{"log-summary", "--path DIR"},
-                                             std::pair{"dump", "usage: cwreport dump SPOOL"},
-                                             std::pair{"export", "--png DIR"}}) {
-    SCOPED_TRACE(subcommand);
-    const ProgramRun viaHelp = Cwreport(std::string("help ") + subcommand);
+  // What each subcommand's help says is compared with the manual (ManPage).
+  for (const std::string subcommand : {"log-summary", "dump", "export"}) {
+    const ProgramRun viaHelp = Cwreport("help " + subcommand);
     ExpectRun(viaHelp, 0);
-    EXPECT_THAT(viaHelp.out, HasSubstr(expected));
-    EXPECT_EQ(viaHelp.out, Cwreport(std::string(subcommand) + " --help").out);
+    EXPECT_THAT(viaHelp.out, HasSubstr("usage: cwreport " + subcommand));
+    EXPECT_EQ(viaHelp.out, Cwreport(subcommand + " --help").out) << subcommand;
   }
 }
 

@@ -96,8 +96,8 @@ TEST_F(OutputSafety, DevicesAreWrittenInto) {
 }
 
 // An earlier report, kept through a link with its own permissions; a request
-// whose PDF cannot be written leaves it whole, and one that succeeds writes
-// through the link and keeps the permissions.
+// whose PDF cannot be written leaves it whole and no CSV beside it, and one
+// that succeeds writes through the link and keeps the permissions.
 TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
   const std::string kept = Write("kept.txt", "an earlier report\r\n");
   ::chmod(kept.c_str(), 0640);
@@ -105,7 +105,8 @@ TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
   const std::vector<std::string> before = Names();
   const std::string request = "--report history" + kJanuary + "--text " + Quote(Path("report.txt"));
 
-  ExpectRun(Report(request + " --pdf " + Quote(Path("missing/report.pdf"))), 1, "missing/report.pdf");
+  ExpectRun(Report(request + " --csv " + Quote(Path("calls.csv")) + " --pdf " + Quote(Path("missing/report.pdf"))), 1,
+            "missing/report.pdf");
   EXPECT_EQ(ReadFile(kept), "an earlier report\r\n");
   EXPECT_EQ(Names(), before);  // and no temporary file is left
 
@@ -117,16 +118,12 @@ TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
   EXPECT_EQ(info.st_mode & 0777, 0640u);
 }
 
-// Beside a failing output, the CSV is not left behind; alone, it is the only
-// output (nothing on standard output) and takes the separator chosen. Its
-// figures and UTF-8 names are the core CSV tests' (CsvFigures, CsvExport).
-TEST_F(OutputSafety, TheCsvIsOneMoreStagedOutput) {
-  const std::string csv = "--report history" + kJanuary + "--csv " + Quote(Path("calls.csv"));
-  const std::vector<std::string> before = Names();
-  ExpectRun(Report(csv + " --pdf " + Quote(Path("missing/report.pdf"))), 1);
-  EXPECT_EQ(Names(), before);
-
-  const ProgramRun done = Report(csv + " --csv-separator ';'");
+// The CSV alone is the only output (nothing on standard output) and takes the
+// separator chosen. Its figures and UTF-8 names are the core CSV tests'
+// (CsvFigures, CsvExport).
+TEST_F(OutputSafety, TheCsvIsOneMoreOutput) {
+  const ProgramRun done = Report("--report history" + kJanuary + "--csv " + Quote(Path("calls.csv")) +
+                                 " --csv-separator ';'");
   ExpectRun(done, 0);
   EXPECT_EQ(done.out, "");
   EXPECT_TRUE(ReadFile(Path("calls.csv")).starts_with("Date;Time;Number;Name;")) << ReadFile(Path("calls.csv"));
