@@ -6,9 +6,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "core/data/log_lines.h"
 #include "run_cwreport.h"
@@ -21,17 +23,13 @@ namespace fs = std::filesystem;
 
 // 300 calls over January 2026: a detail listing of several pages.
 std::string LongLog() {
-  std::string log;
+  std::vector<Call> calls;
   for (int i = 0; i < 300; ++i) {
-    const std::string day = std::to_string(1 + i % 28);
-    log += Call()
-               .Date("01/" + std::string(day.size() == 1 ? "0" : "") + day + "/2026")
-               .Name("CALLER " + std::to_string(i))
-               .Number("555-010-" + std::to_string(1000 + i))
-               .Text() +
-           "\r\n";
+    char date[16];
+    std::snprintf(date, sizeof date, "01/%02d/2026", 1 + i % 28);
+    calls.push_back(Call().Date(date).Name("CALLER " + std::to_string(i)).Number("555-010-" + std::to_string(1000 + i)));
   }
-  return log;
+  return LogOf(calls);
 }
 
 // A detail listing of the whole month; the print options follow.
