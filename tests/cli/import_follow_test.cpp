@@ -44,8 +44,7 @@ class Follow : public CliTest {
   }
 
   void Start(const std::string& cdr, const std::string& log) {
-    const char* fromEnvironment = std::getenv("CWREPORT");
-    const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
+    const std::string program = CwreportProgram();
     const std::string out = Path("out.txt"), err = Path("err.txt");
     child_ = ::fork();
     ASSERT_GE(child_, 0);
@@ -62,9 +61,7 @@ class Follow : public CliTest {
   std::string WaitForRecords(const std::string& log, std::size_t records) {
     for (int i = 0; i < 600; ++i) {
       const std::string text = ReadFile(log);
-      std::size_t lines = 0;
-      for (char c : text) lines += c == '\n';
-      if (lines >= records) return text;
+      if (Count(text, "\n") >= records) return text;
       int status = 0;
       if (::waitpid(child_, &status, WNOHANG) == child_) {
         child_ = -1;
@@ -126,14 +123,7 @@ TEST_F(Follow, AddsCallsAsTheyComeThroughRotationsAndStopsOnASignal) {
   EXPECT_EQ(WEXITSTATUS(status), 0) << ReadFile(Path("err.txt"));
   EXPECT_NE(ReadFile(Path("out.txt")).find("Stopped; 6 calls added"), std::string::npos) << ReadFile(Path("out.txt"));
 
-  const std::string written = ReadFile(log);
-  std::size_t records = 0;
-  for (std::size_t start = 0, end; (end = written.find("\r\n", start)) != std::string::npos; start = end + 2) {
-    EXPECT_EQ(end - start, 102u);
-    ++records;
-  }
-  EXPECT_EQ(records, 6u);
-  EXPECT_TRUE(written.ends_with("\r\n"));
+  EXPECT_EQ(WholeRecords(ReadFile(log)), 6u);
 }
 
 }  // namespace

@@ -1,14 +1,16 @@
-// cwreport --print: the usage errors of its options, a printer that is not
-// there, and a real job through the CUPS PDF queue (scripts/start-cups-pdf.sh)
+// cwreport --print (its usage errors are with the others in options_test):
+// a printer that is not there, and a real job through the CUPS PDF queue (scripts/start-cups-pdf.sh)
 // whose PDF is read back for its pages.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "core/data/log_lines.h"
 #include "run_cwreport.h"
@@ -21,17 +23,13 @@ namespace fs = std::filesystem;
 
 // 300 calls over January 2026: a detail listing of several pages.
 std::string LongLog() {
-  std::string log;
+  std::vector<Call> calls;
   for (int i = 0; i < 300; ++i) {
-    const std::string day = std::to_string(1 + i % 28);
-    log += Call()
-               .Date("01/" + std::string(day.size() == 1 ? "0" : "") + day + "/2026")
-               .Name("CALLER " + std::to_string(i))
-               .Number("555-010-" + std::to_string(1000 + i))
-               .Text() +
-           "\r\n";
+    char date[16];
+    std::snprintf(date, sizeof date, "01/%02d/2026", 1 + i % 28);
+    calls.push_back(Call().Date(date).Name("CALLER " + std::to_string(i)).Number("555-010-" + std::to_string(1000 + i)));
   }
-  return log;
+  return LogOf(calls);
 }
 
 // A detail listing of the whole month; the print options follow.
@@ -45,32 +43,6 @@ class PrintCommand : public ReportTest {
     return ReportTest::Report("--report history" + kJanuary + arguments);
   }
 };
-
-TEST_F(PrintCommand, BadPrintOptionsAreUsageErrors) {
-  struct Case {
-    std::string arguments;
-    std::string err;  // the start of the message
-  };
-  const Case cases[] = {
-      {"--print --copies 0", "cwreport: --copies needs a whole number from 1 to 32767, not \"0\""},
-      {"--print --copies -2", "cwreport: --copies needs a whole number from 1 to 32767, not \"-2\""},
-      {"--print --from-page 0", "cwreport: --from-page needs a whole number from 1 to 32767, not \"0\""},
-      {"--print --to-page 2x", "cwreport: --to-page needs a whole number from 1 to 32767, not \"2x\""},
-      {"--print --from-page 3 --to-page 2", "cwreport: --from-page 3 comes after --to-page 2"},
-      {"--print --copies", "cwreport: --copies needs a value"},
-      {"--copies 2 --pdf " + Quote(Path("report.pdf")),
-       "cwreport: --copies, --from-page and --to-page apply to --print only"},
-      {"--print A --print B", "cwreport: --print given twice"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.arguments);
-    const ProgramRun run = Report(c.arguments);
-    EXPECT_EQ(run.status, 2);
-    EXPECT_TRUE(run.err.starts_with(c.err + "\n")) << run.err;
-    EXPECT_EQ(run.out, "");
-  }
-  EXPECT_FALSE(fs::exists(Path("report.pdf")));
-}
 
 TEST_F(PrintCommand, APrinterThatIsNotThereIsAnErrorBeforeAnyOutput) {
   const ProgramRun run = Report("--print 'No Such Printer' --pdf " + Quote(Path("report.pdf")) + " --text " +

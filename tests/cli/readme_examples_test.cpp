@@ -1,7 +1,6 @@
 // The README's cwreport examples, run as written against the demo office: a
 // newcomer's first command must work.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <sstream>
@@ -32,9 +31,7 @@ std::vector<std::string> CwreportExamples() {
 
 // The example with this build's program for "cwreport".
 std::string Runnable(std::string example) {
-  const char* fromEnvironment = std::getenv("CWREPORT");
-  const std::string program = fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
-  return example.replace(0, std::string("cwreport").size(), Quote(program));
+  return example.replace(0, std::string("cwreport").size(), Quote(CwreportProgram()));
 }
 
 class ReadmeExamples : public CliTest {};

@@ -15,19 +15,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class RecordsWithErrors : public CliTest {
+class RecordsWithErrors : public ReportTest {
  protected:
   ProgramRun Report(const std::vector<Call>& calls, const std::string& arguments) {
-    const std::string log = Write("CallLog.txt", LogOf(calls));
-    const std::string settings = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
-    return Cwreport("--settings " + Quote(settings) + " --path " + Quote(folder_.string()) + " --log " + Quote(log) +
-                    " " + arguments + " --text " + Quote(Path("report.txt")));
-  }
-
-  static int Count(const std::string& text, const std::string& part) {
-    int count = 0;
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-    return count;
+    UseLog(LogOf(calls));
+    return ReportTest::Report(arguments + " --text " + Quote(Path("report.txt")));
   }
 };
 
@@ -47,10 +39,10 @@ TEST_F(RecordsWithErrors, BadRecordsAreToldOnceAndTheDocumentIsWrittenWithStatus
     SCOPED_TRACE(c.report);
     std::vector<Call> calls(25, c.bad);
     calls.push_back(Call().Date("01/06/2026").Line("1"));
-    const ProgramRun run = Report(calls, "--report " + c.report + " --from 01/01/2026 --to 01/31/2026");
+    const ProgramRun run = Report(calls, "--report " + c.report + kJanuary);
     EXPECT_EQ(run.status, 3) << run.err;
     EXPECT_TRUE(run.err.starts_with(c.box)) << run.err;
-    EXPECT_EQ(Count(run.err, "Error: "), 1) << run.err;
+    EXPECT_EQ(Count(run.err, "Error: "), 1u) << run.err;
     EXPECT_TRUE(run.err.ends_with("\ncwreport: 24 more errors like those above were not shown\n")) << run.err;
     EXPECT_NE(ReadFile(Path("report.txt")).find("Total"), std::string::npos);
     fs::remove(Path("report.txt"));
@@ -73,7 +65,7 @@ TEST_F(RecordsWithErrors, CallsOnLinesThatAreNotActiveAreANoteOnly) {
   // No logging-program INI in the folder: two active lines.
   const std::vector<Call> calls{Call().Date("01/05/2026").Line("1"), Call().Date("01/05/2026").Line("3"),
                                 Call().Date("01/05/2026").Line("4")};
-  const ProgramRun run = Report(calls, "--report line-usage --from 01/01/2026 --to 01/31/2026");
+  const ProgramRun run = Report(calls, "--report line-usage" + kJanuary);
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.err,
             "Note: 2 calls on lines above line 2 are not counted: the logging program's settings give 2 active "

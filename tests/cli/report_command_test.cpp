@@ -46,7 +46,6 @@ TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
                          settings_ + " is empty" + kGiveLog},
       // Nothing in the settings and no --from.
       {DataOptions() + "--report daily --to 01/31/2026", kNoFrom},
-      {DataOptions() + "--report daily --from '  ' --to 01/31/2026", kNoFrom},
       {DataOptions() + "--report name" + kJanuary, "Missing Search Criteria: Please Enter a Name\n" + kNoSearch},
       {DataOptions() + "--report number --search ' '" + kJanuary,
        "Missing Search Criteria: Please Enter a Number\n" + kNoSearch},
@@ -76,59 +75,37 @@ TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
   EXPECT_EQ(ReadFile(settings_), settingsBefore);
 }
 
+// The filter options reach the request, which stores them (which keys, and
+// the figures of the report, are Dispatch's and DetailReports').
 TEST_F(ReportCommand, AnAbandonedCallsRequestStoresItsFilter) {
   const ProgramRun run = Report("--report abandoned --direction In --unanswered --rings 4" + kJanuary);
   ExpectRun(run, 0);
   EXPECT_EQ(run.err, "");
   EXPECT_THAT(run.out, HasSubstr("MILLER SUSAN"));
-  EXPECT_THAT(run.out, Not(HasSubstr("SMITH JOHN")));
-  EXPECT_THAT(run.out, HasSubstr("1 of 2  (50%)"));
-  const std::string settings = ReadFile(settings_);
-  for (const char* line : {"Select Seconds=0", "Abandoned Seconds=", "Abandoned Rings=4", "Select Rings=1",
-                           "Select Answered=1"}) {
-    EXPECT_THAT(settings, HasSubstr(line));
+  for (const char* line : {"Select Seconds=0", "Abandoned Rings=4", "Select Rings=1", "Select Answered=1"}) {
+    EXPECT_THAT(ReadFile(settings_), HasSubstr(line));
   }
 }
 
+// Where each report's box names its procedure is the core report tests'.
 TEST_F(ReportCommand, ALogDateThatCannotBeBuiltIsAnErrorAndLeavesNoOutput) {
   std::string log = JanuaryLog();
   log.replace(log.find("01/06/2026"), 10, "01/xx/2026");
   // The box echoes the record; its control bytes must not reach a terminal.
   log.replace(log.find("MILLER SUSAN"), 12, "MILLER \x1b[2J\a");
   Write("CallLog.txt", log);
-  Write("kept.txt", "an earlier report\r\n");
-  // Table: the report, and where the error box names the procedure.
-  for (const auto& [report, box] : {std::pair{"daily", "in Form fReport procedure Process_DailySummary."},
-                                    std::pair{"line-usage", "in Form fReport procedure Process_LineUsage."},
-                                    std::pair{"history", "Procedure Name: Print_Detail."}}) {
+  for (const auto& [report, echo] : {std::pair{"daily", "MILLER \\x1b[2J\\x07"}, {"history", "Print_Detail"}}) {
     SCOPED_TRACE(report);
     const ProgramRun run = Report(std::string("--report ") + report + kJanuary + "--pdf " + Quote(Path("new.pdf")) +
                                   " --text " + Quote(Path("new.txt")) + " --spool " + Quote(Path("new.spl")));
-    ExpectRun(run, 1, box);
+    ExpectRun(run, 1, echo);
     EXPECT_TRUE(run.err.starts_with("Error: ")) << run.err;
-    EXPECT_THAT(run.err, HasSubstr("13"));
-    EXPECT_THAT(run.err, Not(HasSubstr("\x1b")));
-    EXPECT_THAT(run.err, Not(HasSubstr("\a")));
-    if (std::string(report) != "history") {
-      EXPECT_THAT(run.err, HasSubstr("MILLER \\x1b[2J\\x07"));
-    }
+    EXPECT_EQ(run.err.find_first_of("\x1b\a"), std::string::npos) << run.err;
     for (const char* name : {"new.pdf", "new.txt", "new.spl"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
   }
-  EXPECT_EQ(ReadFile(Path("kept.txt")), "an earlier report\r\n");
-  // An empty To is not checked: it fails in the request's conversion.
-  const ProgramRun run = Report("--report history --from 01/01/2026 --to ''");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(run.err.starts_with("Error: Error 13 Type mismatch\nin Form fReport procedure cmdPrintQuery_Click.\n"
-                                  "The error Occurred at line: "))
-      << run.err;
-}
-
-TEST_F(ReportCommand, AnOutputThatCannotBeWrittenTakesTheOthersWithIt) {
-  ExpectRun(Report("--report history" + kJanuary + "--text " + Quote(Path("first.txt")) + " --pdf " +
-                   Quote(Path("no-such-folder/report.pdf"))),
-            1, "Print_Detail");
-  EXPECT_FALSE(fs::exists(Path("first.txt")));
-  EXPECT_FALSE(fs::exists(Path("no-such-folder")));
+  // An empty To is not checked: it fails in the request's conversion (the
+  // box is Dispatch's).
+  ExpectRun(Report("--report history --from 01/01/2026 --to ''"), 1, "procedure cmdPrintQuery_Click.");
 }
 
 TEST_F(ReportCommand, OutputsOfOneDocumentAgree) {
@@ -151,45 +128,12 @@ TEST_F(ReportCommand, OutputsOfOneDocumentAgree) {
   int status = -1;
   const std::string fromPdf = RunShell("pdftotext -layout " + Quote(Path("report.pdf")) + " -", &status);
   ASSERT_EQ(status, 0);
-  for (const char* expected : {"LOGGED CALLS DETAIL REPORT", "Report Period: Jan 01, 2026 to Jan 31, 2026",
-                               "SMITH JOHN", "MILLER SUSAN", "Smith John", "Total Calls", "Page: 1"}) {
+  for (const char* expected : {"LOGGED CALLS DETAIL REPORT", "Jan 01, 2026 to Jan 31, 2026", "MILLER SUSAN"}) {
     EXPECT_THAT(fromPdf, HasSubstr(expected));
-    if (std::string(expected) != "Page: 1") {
-      EXPECT_THAT(exported.out, HasSubstr(expected));
-    }
+    EXPECT_THAT(exported.out, HasSubstr(expected));
   }
   EXPECT_TRUE(fs::exists(Path("pages/page-0001.png")));
   EXPECT_FALSE(fs::exists(Path("pages/page-0002.png")));
-}
-
-TEST_F(ReportCommand, TextGoesToStandardOutputByDefault) {
-  const ProgramRun run = Report("--report name --search 'smith john'" + kJanuary);
-  ASSERT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(run.err, "");
-  // An exact name match ignores case: both spellings, not the other caller.
-  for (const char* part : {"CALLER DETAIL REPORT", "SMITH JOHN", "Smith John"}) EXPECT_THAT(run.out, HasSubstr(part));
-  EXPECT_THAT(run.out, Not(HasSubstr("MILLER")));
-}
-
-TEST_F(ReportCommand, HistoryOfANumberAndPeriodsFromTheClockGiven) {
-  // The history runs over the whole log up to the day given as today.
-  ProgramRun run = Report("--history 5551234567 --today 02/01/2026");
-  ASSERT_EQ(run.status, 0) << run.err;
-  for (const char* part : {"CALLER DETAIL REPORT", "Report Period: Jan 05, 2026 to Feb 01, 2026", "(555) 123-4567",
-                           "555-123-4567"}) {
-    EXPECT_THAT(run.out, HasSubstr(part));
-  }
-  EXPECT_THAT(run.out, Not(HasSubstr("555-884-3016")));
-  // A week runs from Sunday to the To date, which --to may give.
-  for (const auto& [period, subtitle] : {std::pair{"all", "Jan 05, 2026 to Jan 08, 2026"},
-                                         std::pair{"month", "Jan 01, 2026 to Jan 08, 2026"},
-                                         std::pair{"today", "Jan 08, 2026 to Jan 08, 2026"},
-                                         std::pair{"week --to 01/31/2026", "Jan 04, 2026 to Jan 31, 2026"}}) {
-    SCOPED_TRACE(period);
-    run = Report(std::string("--report history --today 01/08/2026 --period ") + period);
-    ASSERT_EQ(run.status, 0) << run.err;
-    EXPECT_THAT(run.out.substr(0, 400), HasSubstr(std::string("Report Period: ") + subtitle));
-  }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <stdlib.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace cw::testing {
 
@@ -27,6 +29,24 @@ struct ProgramRun {
 };
 
 inline std::string Quote(const std::string& text) { return "'" + text + "'"; }
+
+inline std::size_t Count(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++count;
+  return count;
+}
+
+// The number of records in a call log, each checked to be whole: 102
+// characters and CR LF.
+inline std::size_t WholeRecords(const std::string& log) {
+  std::size_t start = 0;
+  std::size_t records = 0;
+  for (std::size_t end; (end = log.find("\r\n", start)) != std::string::npos; start = end + 2, ++records) {
+    EXPECT_EQ(end - start, 102u) << log.substr(start, end - start);
+  }
+  EXPECT_EQ(start, log.size()) << "a record without its line end";
+  return records;
+}
 
 inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -76,6 +96,13 @@ class CliTest : public ::testing::Test {
     return Path(name);
   }
   ProgramRun Cwreport(const std::string& arguments) { return RunCwreport(arguments, folder_ / "stderr.txt"); }
+  // The names in the folder, hidden ones too, sorted.
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_)) names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
 
   std::filesystem::path folder_;
 };

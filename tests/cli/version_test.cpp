@@ -18,26 +18,19 @@ std::string ProjectVersion() {
   return match[1];
 }
 
-// The commit of the checkout, "" outside one (a source archive).
-std::string CheckoutCommit() {
-  int status = -1;
-  std::string commit = RunShell("git -C " + Quote(CW_SOURCE_DIR) + " rev-parse --short=12 HEAD 2>/dev/null", &status);
-  if (status != 0) return "";
-  while (!commit.empty() && commit.back() == '\n') commit.pop_back();
-  return commit;
-}
-
 TEST(Version, BothProgramsTellTheProjectVersionAndCommit) {
   const std::string version = ProjectVersion();
   ASSERT_FALSE(version.empty()) << "no project version in CMakeLists.txt";
-  const std::string commit = CheckoutCommit();
+  // The commit of the checkout, none outside one (a source archive).
+  int status = -1;
+  std::string commit = RunShell("git -C " + Quote(CW_SOURCE_DIR) + " rev-parse --short=12 HEAD 2>/dev/null", &status);
+  commit = status == 0 ? commit.substr(0, commit.find('\n')) : "";
   const std::string expected =
       commit.empty() ? version + "\n" : version + " \\(git " + commit + "(-modified)?\\)\n";
   for (const std::string program : {"src/cli/cwreport", "src/app/callwarden-reports"}) {
     const std::string path = CW_BINARY_DIR "/" + program;
     const std::string name = program.substr(program.rfind('/') + 1);
     if (!std::filesystem::exists(path)) continue;  // the desktop program is not part of every build
-    int status = -1;
     const std::string out = RunShell(Quote(path) + " --version", &status);
     EXPECT_EQ(status, 0) << name;
     EXPECT_TRUE(std::regex_match(out, std::regex(name + " " + expected))) << name << " says: " << out;
