@@ -21,10 +21,14 @@ std::string ProjectVersion() {
 TEST(Version, BothProgramsTellTheProjectVersionAndCommit) {
   const std::string version = ProjectVersion();
   ASSERT_FALSE(version.empty()) << "no project version in CMakeLists.txt";
-  // The commit of the checkout, none outside one (a source archive).
+  // The commit of the checkout, none outside one: a source archive, even one
+  // unpacked inside some other checkout, has no commit of its own.
   int status = -1;
-  std::string commit = RunShell("git -C " + Quote(CW_SOURCE_DIR) + " rev-parse --short=12 HEAD 2>/dev/null", &status);
-  commit = status == 0 ? commit.substr(0, commit.find('\n')) : "";
+  const std::string source = Quote(CW_SOURCE_DIR);
+  const std::string top = RunShell("git -C " + source + " rev-parse --show-toplevel 2>/dev/null", &status);
+  const bool ownCheckout = status == 0 && std::filesystem::equivalent(top.substr(0, top.find('\n')), CW_SOURCE_DIR);
+  std::string commit = ownCheckout ? RunShell("git -C " + source + " rev-parse --short=12 HEAD", &status) : "";
+  commit = commit.substr(0, commit.find('\n'));
   const std::string expected =
       commit.empty() ? version + "\n" : version + " \\(git " + commit + "(-modified)?\\)\n";
   for (const std::string program : {"src/cli/cwreport", "src/app/callwarden-reports"}) {
