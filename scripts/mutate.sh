@@ -20,7 +20,6 @@ count=${1:-64}
 work=${CW_MUTATE_DIR:-$root/build-mutate}
 src=$work/src
 build=$work/build
-core_tests=(cw_support_tests cw_data_tests cw_settings_tests cw_printer_tests cw_reports_tests)
 
 # A copy of HEAD, made again only when HEAD has moved, so that an unchanged
 # copy keeps its build.
@@ -31,6 +30,12 @@ if [ "$(cat "$work/head" 2>/dev/null)" != "$head" ]; then
   git -C "$root" archive HEAD | tar -x -C "$src"
   echo "$head" >"$work/head"
 fi
+
+# The core's test programs, one for each folder of tests/core.
+core_tests=()
+for folder in "$src"/tests/core/*/; do
+  ls "$folder"*.cpp >/dev/null 2>&1 && core_tests+=("cw_$(basename "$folder")_tests")
+done
 
 # Every mutation site, one per line: KIND FILE LINE COLUMN FROM TO, split by
 # the unit separator (a tab would fold the empty FROM away); COLUMN counted
