@@ -89,6 +89,12 @@ TEST_F(LogAppenderTest, NeverRunsOnFromALastLineWithoutItsLineEnd) {
   EXPECT_EQ(ReadBytes(log_), "08/17/2026 07:52AM someone else's\r\n" + kSecond);
 }
 
+// The last record dates the log, whatever blank lines an editor left after it.
+TEST_F(LogAppenderTest, TheLastRecordIsFoundAboveTrailingBlankLines) {
+  WriteBytes(log_, kFirst + kSecond + "\r\n   \r\n");
+  EXPECT_EQ(LogAppender(log_).LastRecord(), "08/17/2026 08:00AM second");
+}
+
 TEST_F(LogAppenderTest, RefusesAStateFileItDidNotWrite) {
   WriteBytes(ImportState::PathFor(log_), "some notes\n");
   EXPECT_EQ(test::ErrorNumberOf([&] { LogAppender appender(log_); }), 13);
