@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
+#include <string>
+
 #include "import/call_builder.h"
 #include "import/cdr_time.h"
 #include "support/runtime_error.h"
@@ -67,10 +71,17 @@ TEST(ImportRules, NumbersNamesAndTimesAsTheLogShowsThem) {
   EXPECT_EQ(TimeOfDayOf(*time), 9 * 3600 + 5 * 60 + 42);
   EXPECT_EQ(ParseCdrTime("2026-08-17T09:05:42.250"), time);
   for (const char* bad : {"", "2026-08-17", "2026-13-01 00:00:00", "2026-02-29 00:00:00", "2026-08-17 24:00:00",
-                          "17/08/2026 09:05:42", "2026-08-17 09:05:42x"}) {
+                          "17/08/2026 09:05:42", "2026-08-17 09:05:42x", "2026-08-1/ 09:05:42"}) {
     SCOPED_TRACE(bad);
     EXPECT_FALSE(ParseCdrTime(bad).has_value());
   }
+  // Seconds since 1970 are read in the system's time zone.
+  const std::string zone = std::getenv("TZ") != nullptr ? std::getenv("TZ") : "";
+  ::setenv("TZ", "UTC", 1);
+  ::tzset();
+  EXPECT_EQ(ParseCdrTime("1786957542"), time);
+  zone.empty() ? ::unsetenv("TZ") : ::setenv("TZ", zone.c_str(), 1);
+  ::tzset();
 }
 
 }  // namespace
