@@ -5,6 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <optional>
+
+#include "import/call_log_batch.h"
 
 #include "core/support/error_number.h"
 #include "testing/temp_folder.h"
@@ -93,6 +96,24 @@ TEST_F(LogAppenderTest, NeverRunsOnFromALastLineWithoutItsLineEnd) {
 TEST_F(LogAppenderTest, TheLastRecordIsFoundAboveTrailingBlankLines) {
   WriteBytes(log_, kFirst + kSecond + "\r\n   \r\n");
   EXPECT_EQ(LogAppender(log_).LastRecord(), "08/17/2026 08:00AM second");
+}
+
+// A follower appends batch after batch; a call that comes in late, dated
+// before what an earlier batch wrote, must not go after it.
+TEST_F(LogAppenderTest, ABatchNeverGoesBeforeTheDayOfAnEarlierBatch) {
+  LogAppender appender(log_);
+  std::optional<CivilDate> lastDay;
+  const auto callOn = [](const char* key, int day) {
+    LogCall call;
+    call.start = call.end = LocalSecondsOf(CivilDate::FromYmd(2026, 8, day), 9 * 3600);
+    call.line = 1;
+    return KeyedCall{key, call};
+  };
+  EXPECT_EQ(AppendCalls(appender, {callOn("L:1", 17)}, lastDay).written, 1);
+  const BatchResult late = AppendCalls(appender, {callOn("L:2", 16), callOn("L:3", 18)}, lastDay);
+  EXPECT_EQ(late.tooOld, 1);
+  EXPECT_EQ(late.written, 1);
+  EXPECT_EQ(lastDay, CivilDate::FromYmd(2026, 8, 18));
 }
 
 TEST_F(LogAppenderTest, RefusesAStateFileItDidNotWrite) {
