@@ -2,10 +2,10 @@
 
 #include <QImage>
 #include <QLabel>
-#include <QTimer>
 #include <QtTest>
 
 #include "forms/calendar_form.h"
+#include "forms/forms_rig.h"
 
 using namespace cw;
 
@@ -13,11 +13,11 @@ namespace {
 
 CivilDate Date(int month, int day, int year) { return CivilDate::FromYmd(year, month, day); }
 
-QString Title(fCalendar& calendar) { return calendar.findChild<QLabel*>(QStringLiteral("lblTitle"))->text(); }
+QString Title(fCalendar& calendar) { return testing::Control<QLabel>(calendar, "lblTitle")->text(); }
 
 // Pixels of pure blue in the painted month: today's number, when it is drawn.
 int BluePixels(fCalendar& calendar) {
-  const QImage month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"))->grab().toImage();
+  const QImage month = testing::Control<QWidget>(calendar, "picMonth")->grab().toImage();
   int count = 0;
   for (int y = 0; y < month.height(); ++y) {
     for (int x = 0; x < month.width(); ++x) {
@@ -67,8 +67,7 @@ class CalendarTest : public QObject {
   void keysAndArrowsMoveTheShownDate() {
     fCalendar calendar(Date(1, 31, 2024), Date(11, 22, 2026));
     calendar.show();
-    QWidget* month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"));
-    QVERIFY(month != nullptr);
+    QWidget* month = testing::Control<QWidget>(calendar, "picMonth");
 
     // Table: the key and the date shown after it, from January 31st, 2024.
     const std::pair<Qt::Key, CivilDate> steps[] = {
@@ -89,7 +88,7 @@ class CalendarTest : public QObject {
 
     fCalendar closed(Date(5, 5, 2024), Date(11, 22, 2026));
     closed.show();
-    QTest::keyClick(closed.findChild<QWidget*>(QStringLiteral("picMonth")), Qt::Key_Escape);
+    QTest::keyClick(testing::Control<QWidget>(closed, "picMonth"), Qt::Key_Escape);
     QVERIFY(!closed.isVisible());
     QCOMPARE(closed.result(), int(QDialog::Rejected));
     QVERIFY(!closed.Chosen());
@@ -97,10 +96,10 @@ class CalendarTest : public QObject {
     // The arrows beside the title step a month, keeping the day where it can.
     fCalendar stepped(Date(3, 31, 2024), Date(11, 22, 2026));
     stepped.show();
-    QTest::mouseClick(stepped.findChild<QWidget*>(QStringLiteral("lblPrev")), Qt::LeftButton);
+    QTest::mouseClick(testing::Control<QWidget>(stepped, "lblPrev"), Qt::LeftButton);
     QCOMPARE(stepped.ShownDate(), Date(2, 29, 2024));
-    QTest::mouseClick(stepped.findChild<QWidget*>(QStringLiteral("lblNext")), Qt::LeftButton);
-    QTest::mouseClick(stepped.findChild<QWidget*>(QStringLiteral("lblNext")), Qt::LeftButton);
+    QTest::mouseClick(testing::Control<QWidget>(stepped, "lblNext"), Qt::LeftButton);
+    QTest::mouseClick(testing::Control<QWidget>(stepped, "lblNext"), Qt::LeftButton);
     QCOMPARE(stepped.ShownDate(), Date(4, 29, 2024));
     QCOMPARE(Title(stepped), QStringLiteral("April 2024"));
   }
@@ -110,7 +109,7 @@ class CalendarTest : public QObject {
     // Tuesday in the fourth row.
     fCalendar calendar(Date(6, 10, 2024), Date(11, 22, 2026));
     calendar.show();
-    QWidget* month = calendar.findChild<QWidget*>(QStringLiteral("picMonth"));
+    QWidget* month = testing::Control<QWidget>(calendar, "picMonth");
     const int w = calendar.CellWidth();
     const int h = calendar.CellHeight();
     QVERIFY(w > 0 && h > 0);
@@ -129,18 +128,11 @@ class CalendarTest : public QObject {
     const CivilDate today = Date(11, 22, 2026);
     // Once the calendar is up: one day later, then the key.
     const auto pressWhenShown = [](Qt::Key key) {
-      auto* timer = new QTimer;
-      timer->setInterval(10);
-      QObject::connect(timer, &QTimer::timeout, [timer, key] {
-        QWidget* calendar = QApplication::activeModalWidget();
-        if (calendar == nullptr) return;
-        timer->stop();
-        timer->deleteLater();
-        QWidget* month = calendar->findChild<QWidget*>(QStringLiteral("picMonth"));
+      testing::WhenModalShows([key](QWidget& calendar) {
+        QWidget* month = testing::Control<QWidget>(calendar, "picMonth");
         QTest::keyClick(month, Qt::Key_Right);
         QTest::keyClick(month, key);
       });
-      timer->start();
     };
 
     pressWhenShown(Qt::Key_Enter);

@@ -9,15 +9,16 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 #include <future>
+#include <map>
 #include <optional>
 #include <vector>
 
 #include "forms/cursor_scope.h"
 #include "forms/desktop_command_line.h"
 #include "forms/desktop_report_host.h"
+#include "forms/forms_rig.h"
 #include "forms/print_opt_form.h"
 #include "forms/print_progress_form.h"
 #include "forms/running_copy.h"
@@ -35,17 +36,12 @@ std::optional<Qt::CursorShape> Pointer() {
 
 // Runs `inBox` on the next message box once it is up, then closes it.
 void WhenBoxShows(std::function<void(QMessageBox&)> inBox) {
-  auto* timer = new QTimer;
-  timer->setInterval(10);
-  QObject::connect(timer, &QTimer::timeout, [timer, inBox = std::move(inBox)] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    timer->stop();
-    timer->deleteLater();
+  testing::WhenModalShows([inBox = std::move(inBox)](QWidget& window) {
+    auto* box = qobject_cast<QMessageBox*>(&window);
+    QVERIFY(box != nullptr);
     inBox(*box);
     box->accept();
   });
-  timer->start();
 }
 
 }  // namespace
@@ -132,29 +128,17 @@ class DesktopProgramTest : public QObject {
     QCOMPARE(plain.font().pointSize(), form.font().pointSize());
   }
 
-  // Table: what the arguments ask for before any window opens.
+  // What the arguments ask for before any window opens: the table
+  // desktop_command_lines.txt.
   void commandLineBeforeAnyWindow() {
-    struct Row {
-      QStringList arguments;
-      DesktopAction action;
-      const char* messagePart;
-    };
-    const DesktopAction run = DesktopAction::kRun, help = DesktopAction::kHelp, refuse = DesktopAction::kRefuse;
-    const std::vector<Row> rows = {
-        {{}, run, ""}, {{"--help"}, help, ""}, {{"-h"}, help, ""}, {{"--version"}, DesktopAction::kVersion, ""},
-        {{"5551234567"}, run, ""}, {{"(555)", "123-4567"}, run, ""}, {{"h=4242"}, run, ""},
-        {{"h=4242,5551234567"}, run, ""}, {{"h=Callwarden"}, run, ""},
-        // A mistyped option is no number to report on.
-        {{"--hlep"}, refuse, "unknown option --hlep"}, {{"--help", "5551234567"}, refuse, "unknown option --help"},
-        {{"smith"}, refuse, "\"smith\" is not a telephone number"},
-        {{"h=4242,abc"}, refuse, "\"abc\" is not a telephone number"},
-        // A handle that is no number is the form's error box to show.
-        {{"h=abc"}, run, ""},
-    };
-    for (const Row& row : rows) {
-      const DesktopCommand command = ReadDesktopCommand(QStringList{QStringLiteral("callwarden-reports")} + row.arguments);
-      QVERIFY2(command.action == row.action, qPrintable(row.arguments.join(' ')));
-      QVERIFY2(command.message.contains(QString::fromLatin1(row.messagePart)), qPrintable(command.message));
+    const std::map<QString, DesktopAction> actions = {{"run", DesktopAction::kRun}, {"help", DesktopAction::kHelp},
+                                                      {"version", DesktopAction::kVersion},
+                                                      {"refuse", DesktopAction::kRefuse}};
+    for (const QStringList& row : testing::TableRows(QStringLiteral("desktop_command_lines.txt"))) {
+      const QStringList arguments = row[0].split(' ', Qt::SkipEmptyParts);
+      const DesktopCommand command = ReadDesktopCommand(QStringList{QStringLiteral("callwarden-reports")} + arguments);
+      QVERIFY2(command.action == actions.at(row.value(1)), qPrintable(row[0]));
+      QVERIFY2(command.message.contains(row.value(2)), qPrintable(command.message));
     }
     QVERIFY(DesktopUsage(QStringLiteral("callwarden-reports")).startsWith(QStringLiteral("Usage: callwarden-reports")));
   }
@@ -201,7 +185,7 @@ class DesktopProgramTest : public QObject {
     // The progress window says where the job goes.
     PrintProgressForm named(QStringLiteral("Call Detail"), QStringLiteral("Front"));
     named.show();
-    auto* printer = named.findChild<QLabel*>(QStringLiteral("lblPrinter"));
+    auto* printer = testing::Control<QLabel>(named, "lblPrinter");
     QVERIFY(printer->isVisible());
     QVERIFY(printer->text().contains(QStringLiteral("Front")));
   }

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "forms/forms_rig.h"
+
 namespace cw {
 
 class FindFormTest : public QObject {
@@ -19,9 +21,8 @@ class FindFormTest : public QObject {
   // presses OK (or Cancel); returns what the list offered on opening.
   static QStringList Search(FindValues& values, const QString& text, bool fromTop = false, bool ok = true) {
     FindForm form(values);
-    auto* search = form.findChild<QComboBox*>("SearchText");
-    QStringList offered;
-    for (int row = 0; row < search->count(); ++row) offered << search->itemText(row);
+    auto* search = testing::Control<QComboBox>(form, "SearchText");
+    const QStringList offered = testing::Rows(*search);
     search->setEditText(text);
     form.findChild<QCheckBox*>("StartTopChk")->setChecked(fromTop);
     QTest::mouseClick(form.findChild<QPushButton*>(ok ? "OKBtn" : "CancelBtn"), Qt::LeftButton);
