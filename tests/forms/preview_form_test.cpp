@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFile>
 #include <QFileDialog>
 #include <QTimer>
 #include <QLabel>
@@ -21,6 +22,7 @@
 
 #include "core/printer/engine_test_rig.h"
 #include "core/printer/spool_test_files.h"
+#include "forms/forms_rig.h"
 #include "forms/preview_page_image.h"
 #include "forms/save_report_dialog.h"
 #include "forms/preview_zoom.h"
@@ -104,16 +106,22 @@ class PreviewFormTest : public QObject {
     QCoreApplication::processEvents();
   }
   static void Pick(PreviewForm& form, const QString& row) {
-    auto* zoom = form.findChild<QComboBox*>("ZoomList");
+    auto* zoom = testing::Control<QComboBox>(form, "ZoomList");
     const int index = zoom->findText(row);
     zoom->setCurrentIndex(index);
     emit zoom->activated(index);
   }
-  template <class T>
-  static T* Child(PreviewForm& form, const char* name) {
-    return form.findChild<T*>(name);
+  static void Click(PreviewForm& form, const char* button) {
+    QTest::mouseClick(testing::Control<QPushButton>(form, button), Qt::LeftButton);
   }
-  static QWidget* PageImg(PreviewForm& form) { return Child<QWidget>(form, "PageImg"); }
+  // Saves through the Save button under that name in the test's folder:
+  // what the file holds, "" when there is none.
+  std::string Save(PreviewForm& form, Report& report, const char* name) {
+    report.saveName = folder_.filePath(name).toStdString();
+    Click(form, "SaveBtn");
+    return QFile::exists(QString::fromStdString(report.saveName)) ? testing::ReadBytes(report.saveName) : "";
+  }
+  static QWidget* PageImg(PreviewForm& form) { return testing::Control<QWidget>(form, "PageImg"); }
   static QImage Canvas(PreviewForm& form) { return static_cast<PreviewPageImage*>(PageImg(form))->Canvas().copy(); }
 
  private slots:
@@ -149,11 +157,9 @@ class PreviewFormTest : public QObject {
   void zoomListRowsAndPercentages() {
     Report report;
     auto form = Open(report.Make(2));
-    auto* zoom = Child<QComboBox>(*form, "ZoomList");
-    QStringList rows;
-    for (int i = 0; i < zoom->count(); ++i) rows << zoom->itemText(i);
-    QCOMPARE(rows, QStringList({"50%", "60%", "70%", "80%", "90%", "100%", "125%", "150%", "200%", "Full Page",
-                                "Page Width"}));
+    QCOMPARE(testing::Rows(*testing::Control<QComboBox>(*form, "ZoomList")),
+             QStringList({"50%", "60%", "70%", "80%", "90%", "100%", "125%", "150%", "200%", "Full Page",
+                          "Page Width"}));
     for (int percent : {50, 60, 70, 80, 90, 100, 125, 150, 200}) {
       Pick(*form, QString::number(percent) + "%");
       QCOMPARE(form->ZoomFactor(), percent / 100.0);
@@ -172,9 +178,9 @@ class PreviewFormTest : public QObject {
     for (const Row& row : {Row{1, {900, 700}}, Row{2, {1000, 500}}, Row{2, {500, 900}}}) {
       Report report;
       auto form = Open(report.Make(1, row.orientation), row.window);
-      auto* panel = Child<QWidget>(*form, "Panel");
-      auto* vscroll = Child<QScrollBar>(*form, "VScroll");
-      auto* hscroll = Child<QScrollBar>(*form, "HScroll");
+      auto* panel = testing::Control<QWidget>(*form, "Panel");
+      auto* vscroll = testing::Control<QScrollBar>(*form, "VScroll");
+      auto* hscroll = testing::Control<QScrollBar>(*form, "HScroll");
       QVERIFY(vscroll->isVisible() || hscroll->isVisible());  // 100 % does not fit
       const auto fits = [&] {
         return PageImg(*form)->width() <= panel->width() && PageImg(*form)->height() <= panel->height();
@@ -191,20 +197,16 @@ class PreviewFormTest : public QObject {
     }
   }
 
+  // The row the window opens at from the document's zoom percentage, and
+  // its factor: the table initial_zoom.txt.
   void initialZoomFromZoomPercent() {
-    struct Row {
-      int percent;
-      int index;      // -1: nothing selected
-      double factor;  // 0: a fitted size
-    };
-    for (Row row : {Row{75, 5, 1}, Row{0, 5, 1}, Row{150, 7, 1.5}, Row{200, 8, 2}, Row{-1, 9, 0}, Row{-2, 10, 0},
-                    Row{-3, -1, 1}}) {
+    for (const QStringList& row : testing::TableRows(QStringLiteral("initial_zoom.txt"))) {
       Report report;
       report.Make(1);
-      report.document->Options().zoomPercent = static_cast<std::int16_t>(row.percent);
+      report.document->Options().zoomPercent = static_cast<std::int16_t>(row.value(0).toInt());
       auto form = Open(*report.document);
-      QCOMPARE(Child<QComboBox>(*form, "ZoomList")->currentIndex(), row.index);
-      if (row.factor != 0) QCOMPARE(form->ZoomFactor(), row.factor);
+      QCOMPARE(testing::Control<QComboBox>(*form, "ZoomList")->currentText(), row.value(1));
+      if (row.value(2) != "fitted") QCOMPARE(form->ZoomFactor(), row.value(2).toDouble());
     }
   }
 
@@ -212,8 +214,8 @@ class PreviewFormTest : public QObject {
     Report report;
     auto form = Open(report.Make(6));
     QWidget* page = PageImg(*form);
-    auto* scroll = Child<QScrollBar>(*form, "PageScroll");
-    auto* label = Child<QLabel>(*form, "PageLabel");
+    auto* scroll = testing::Control<QScrollBar>(*form, "PageScroll");
+    auto* label = testing::Control<QLabel>(*form, "PageLabel");
     QCOMPARE(scroll->minimum(), 1);
     QCOMPARE(scroll->maximum(), 6);
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
@@ -243,7 +245,7 @@ class PreviewFormTest : public QObject {
     QCOMPARE(label->text(), QString("Page 1 of 6"));
 
     // Keys pressed on another control page all the same, and hand the focus back.
-    auto* zoom = Child<QComboBox>(*form, "ZoomList");
+    auto* zoom = testing::Control<QComboBox>(*form, "ZoomList");
     zoom->setFocus();
     QTest::keyClick(zoom, Qt::Key_PageDown);
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
@@ -261,10 +263,10 @@ class PreviewFormTest : public QObject {
     auto form = Open(report.Make(1), QSize(600, 500));
     Pick(*form, "200%");
     QWidget* page = PageImg(*form);
-    auto* vscroll = Child<QScrollBar>(*form, "VScroll");
-    auto* hscroll = Child<QScrollBar>(*form, "HScroll");
+    auto* vscroll = testing::Control<QScrollBar>(*form, "VScroll");
+    auto* hscroll = testing::Control<QScrollBar>(*form, "HScroll");
     QVERIFY(vscroll->isVisible() && hscroll->isVisible());
-    auto* corner = Child<QWidget>(*form, "ScrollCorner");
+    auto* corner = testing::Control<QWidget>(*form, "ScrollCorner");
     QCOMPARE(corner->geometry(), QRect(vscroll->x(), hscroll->y(), vscroll->width(), hscroll->height()));
     // Above the page: the topmost child there is the corner.
     QCOMPARE(corner->parentWidget()->childAt(corner->geometry().center()), corner);
@@ -293,8 +295,8 @@ class PreviewFormTest : public QObject {
     auto form = Open(report.Make(1), QSize(700, 500));
     Pick(*form, "100%");
     QWidget* page = PageImg(*form);
-    auto* vscroll = Child<QScrollBar>(*form, "VScroll");
-    auto* zoom = Child<QComboBox>(*form, "ZoomList");
+    auto* vscroll = testing::Control<QScrollBar>(*form, "VScroll");
+    auto* zoom = testing::Control<QComboBox>(*form, "ZoomList");
     QVERIFY(vscroll->isVisible());
     auto wheel = [&](QWidget* over, int notches, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
       const QPointF at(over->width() / 2.0, over->height() / 2.0);
@@ -306,7 +308,7 @@ class PreviewFormTest : public QObject {
     wheel(page, -1);
     QCOMPARE(vscroll->value(), vscroll->singleStep());
     QCOMPARE(page->y(), -vscroll->singleStep());
-    wheel(Child<QWidget>(*form, "Panel"), -2);
+    wheel(testing::Control<QWidget>(*form, "Panel"), -2);
     QCOMPARE(vscroll->value(), 3 * vscroll->singleStep());
     wheel(page, 1000);
     QCOMPARE(vscroll->value(), 0);
@@ -322,19 +324,12 @@ class PreviewFormTest : public QObject {
     QCOMPARE(zoom->currentText(), QStringLiteral("90%"));
   }
 
-  // Table: Ctrl+wheel from a zoom shown (a fitted page lies between rows).
+  // The row Ctrl+wheel goes to from a zoom shown: the table zoom_wheel_steps.txt.
   void zoomRowAfterAWheelStep() {
-    struct Row {
-      double factor;
-      int steps;
-      const char* row;
-    };
-    const Row rows[] = {
-        {1.0, 1, "125%"}, {1.0, -1, "90%"},  {0.87, 1, "90%"},  {0.87, -1, "80%"},
-        {2.0, 1, "200%"}, {0.5, -1, "50%"},  {0.3, 1, "50%"},   {3.0, -1, "200%"},
-    };
-    for (const Row& row : rows) {
-      QCOMPARE(kZoomRows[ZoomRowAfter(row.factor, row.steps)], std::string_view(row.row));
+    for (const QStringList& row : testing::TableRows(QStringLiteral("zoom_wheel_steps.txt"))) {
+      const std::size_t next = ZoomRowAfter(row.value(0).toDouble(), row.value(1).toInt());
+      const std::string_view shown = kZoomRows[next];
+      QCOMPARE(QString::fromLatin1(shown.data(), static_cast<qsizetype>(shown.size())), row.value(2));
     }
   }
 
@@ -355,18 +350,6 @@ class PreviewFormTest : public QObject {
     QCOMPARE(host_.busyChanges.size(), busyBefore);
   }
 
-  void onePageReportDoesNotPage() {
-    Report report;
-    auto form = Open(report.Make(1));
-    const std::int64_t start = form->PageStartRecord();
-    for (Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageUp}) {
-      QTest::keyClick(PageImg(*form), key);
-      QTest::keyClick(PageImg(*form), key, Qt::ControlModifier);
-    }
-    QCOMPARE(form->PageStartRecord(), start);
-    QCOMPARE(Child<QLabel>(*form, "PageLabel")->text(), QString("Page 1 of 1"));
-  }
-
   // Where each page starts, back from the middle of page 5 to page 2 among
   // them, is PageLocatorTest's; the window must draw the page it lands on.
   void pagingBackShowsThePageAsFirstDrawn() {
@@ -380,7 +363,7 @@ class PreviewFormTest : public QObject {
     auto form = Open(*report.document);
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
     const QImage pageTwo = Canvas(*form);
-    Child<QScrollBar>(*form, "PageScroll")->setValue(5);
+    testing::Control<QScrollBar>(*form, "PageScroll")->setValue(5);
     QVERIFY(Canvas(*form) != pageTwo);
     for (int i = 0; i < 3; ++i) QTest::keyClick(PageImg(*form), Qt::Key_PageUp);
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
@@ -392,9 +375,18 @@ class PreviewFormTest : public QObject {
     QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
   }
 
-  void windowSizeRules() {
+  // A one-page report, whose paging keys change nothing, and the window's
+  // smallest size.
+  void onePageReportAndWindowSizeRules() {
     Report report;
     auto form = Open(report.Make(1));
+    const std::int64_t start = form->PageStartRecord();
+    for (Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageUp}) {
+      QTest::keyClick(PageImg(*form), key);
+      QTest::keyClick(PageImg(*form), key, Qt::ControlModifier);
+    }
+    QCOMPARE(form->PageStartRecord(), start);
+    QCOMPARE(testing::Control<QLabel>(*form, "PageLabel")->text(), QString("Page 1 of 1"));
     Resize(*form, QSize(10, 10));
     QVERIFY(form->width() * form->TwipsPerPixelX() >= 2000);
     QVERIFY(form->height() * form->TwipsPerPixelY() >= 2000);
@@ -413,12 +405,12 @@ class PreviewFormTest : public QObject {
     report.Make(1);
     report.document->Options().closeButtonCaption.clear();
     auto form = Open(*report.document);
-    auto* close = Child<QPushButton>(*form, "CloseBtn");
+    auto* close = testing::Control<QPushButton>(*form, "CloseBtn");
     QCOMPARE(close->text(), QString("Close"));
     // A long caption is not cut.
     report.document->Options().closeButtonCaption = "Close this report and go back to the form";
     PreviewForm longCaption(*report.document, host_, PageSetup{});
-    auto* wide = Child<QPushButton>(longCaption, "CloseBtn");
+    auto* wide = testing::Control<QPushButton>(longCaption, "CloseBtn");
     QVERIFY(wide->width() >= wide->fontMetrics().horizontalAdvance(wide->text()));
 
     // The document chooses which buttons are shown.
@@ -427,9 +419,9 @@ class PreviewFormTest : public QObject {
     options.showPreviewSave = true;
     options.showPreviewFind = false;
     auto chosen = Open(*report.document);
-    QVERIFY(!Child<QPushButton>(*chosen, "PrintBtn")->isVisible());
-    QVERIFY(Child<QPushButton>(*chosen, "SaveBtn")->isVisible());
-    QVERIFY(!Child<QPushButton>(*chosen, "FindBtn")->isVisible());
+    QVERIFY(!testing::Control<QPushButton>(*chosen, "PrintBtn")->isVisible());
+    QVERIFY(testing::Control<QPushButton>(*chosen, "SaveBtn")->isVisible());
+    QVERIFY(!testing::Control<QPushButton>(*chosen, "FindBtn")->isVisible());
 
     QTest::mouseClick(close, Qt::LeftButton);
     QVERIFY(!form->isVisible());
@@ -444,7 +436,7 @@ class PreviewFormTest : public QObject {
     const QImage before = Canvas(*form);
     const QWidgetList windows = QApplication::topLevelWidgets();
 
-    QTest::mouseClick(Child<QPushButton>(*form, "FindBtn"), Qt::LeftButton);
+    Click(*form, "FindBtn");
     QTest::keyClick(PageImg(*form), Qt::Key_F);
     QTest::keyClick(PageImg(*form), Qt::Key_F3);
     QTest::keyClick(PageImg(*form), Qt::Key_F3, Qt::ShiftModifier);
@@ -454,53 +446,31 @@ class PreviewFormTest : public QObject {
     QVERIFY(host_.messages.empty());
   }
 
+  // Print and Save go through the engine; a name ending in .csv saves the
+  // report's data when the report kept any, the text otherwise.
   void printAndSaveGoThroughTheEngine() {
     Report report;
-    auto form = Open(report.Make(2));
-    QTest::mouseClick(Child<QPushButton>(*form, "PrintBtn"), Qt::LeftButton);
-    QCOMPARE(report.printCalls, 1);
-
-    const std::string saved = folder_.filePath("saved.txt").toStdString();
-    report.saveName = saved;
-    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
-    const std::string text = testing::ReadBytes(saved);
-    QVERIFY(text.find("Body of page 2") != std::string::npos);
-
-    // A save to a folder that is not there: the error box, and the window goes on.
-    report.saveName = folder_.filePath("no-such-folder/saved.txt").toStdString();
-    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
-    QCOMPARE(host_.messages.size(), std::size_t{1});
-    QCOMPARE(host_.messages[0].title, std::string("Error"));
-    QVERIFY(Has(host_.messages[0].text, "procedure SaveBtn_Click."));
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
-  }
-
-  void saveOffersTheReportsDataAsCsv() {
-    Report report;
-    report.Make(1);
+    report.Make(2);
     ReportData data(true);
     data.Begin({"Name", "Calls"});
     const std::string row[] = {"M\xDCLLER, ANNA", "2"};
     data.AddRow(row);
     auto form = Open(*report.document, QSize(900, 700), &data);
-    // A name ending in .csv is the data; any other name the text.
-    const std::string csv = folder_.filePath("calls.CSV").toStdString();
-    report.saveName = csv;
-    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
-    QCOMPARE(testing::ReadBytes(csv), std::string("Name,Calls\r\n\"M\xC3\x9CLLER, ANNA\",2\r\n"));
-    const std::string text = folder_.filePath("calls.txt").toStdString();
-    report.saveName = text;
-    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
-    QVERIFY(testing::ReadBytes(text).find("Body of page 1") != std::string::npos);
+    Click(*form, "PrintBtn");
+    QCOMPARE(report.printCalls, 1);
+    QCOMPARE(Save(*form, report, "calls.CSV"), std::string("Name,Calls\r\n\"M\xC3\x9CLLER, ANNA\",2\r\n"));
+    QVERIFY(Has(Save(*form, report, "calls.txt"), "Body of page 2"));
+    auto plain = Open(*report.document);
+    QVERIFY(Has(Save(*plain, report, "plain.csv"), "Body of page 2"));
     QVERIFY(host_.messages.empty());
 
-    // Without data kept, a .csv name gets the text.
-    auto plain = Open(*report.document);
-    const std::string textAsCsv = folder_.filePath("plain.csv").toStdString();
-    report.saveName = textAsCsv;
-    QTest::mouseClick(Child<QPushButton>(*plain, "SaveBtn"), Qt::LeftButton);
-    QVERIFY(testing::ReadBytes(textAsCsv).find("Body of page 1") != std::string::npos);
+    // A save to a folder that is not there: the error box, and the window goes on.
+    Save(*form, report, "no-such-folder/saved.txt");
+    QCOMPARE(host_.messages.size(), std::size_t{1});
+    QCOMPARE(host_.messages[0].title, std::string("Error"));
+    QVERIFY(Has(host_.messages[0].text, "procedure SaveBtn_Click."));
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
   }
 
   void saveReportDialog() {
@@ -540,7 +510,7 @@ class PreviewFormTest : public QObject {
       }
     });
     auto form = Open(*report.document);
-    auto* scroll = Child<QScrollBar>(*form, "PageScroll");
+    auto* scroll = testing::Control<QScrollBar>(*form, "PageScroll");
 
     form->FindInReport("total", true);  // page 1's own hit
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
@@ -587,13 +557,11 @@ class PreviewFormTest : public QObject {
     Report report;
     auto form = Open(report.Make(3));
     std::filesystem::remove(report.document->PrintFile());
-    report.saveName = folder_.filePath("never.txt").toStdString();
-    QTest::mouseClick(Child<QPushButton>(*form, "SaveBtn"), Qt::LeftButton);
-    QTest::mouseClick(Child<QPushButton>(*form, "PrintBtn"), Qt::LeftButton);
+    QCOMPARE(Save(*form, report, "never.txt"), std::string());
+    Click(*form, "PrintBtn");
     QCOMPARE(host_.messages.size(), std::size_t{2});
     QVERIFY(Has(host_.messages[0].text, "has been removed"));
     QCOMPARE(report.printCalls, 0);
-    QVERIFY(!QFile::exists(folder_.filePath("never.txt")));
     // What the preview holds is still shown.
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
     QCOMPARE(form->CurrentPage(), std::int16_t{3});

@@ -19,6 +19,7 @@
 #include <QtTest>
 #include <functional>
 
+#include "forms/forms_rig.h"
 #include "forms/print_opt_form.h"
 #include "forms/print_progress_form.h"
 #include "forms/qt_print_report.h"
@@ -88,20 +89,6 @@ std::string Token(const char* kind) {
       .toStdString();
 }
 
-// Answers the next modal dialog once it is up.
-void WhenDialogShows(std::function<void(QWidget&)> answer) {
-  auto* timer = new QTimer;
-  timer->setInterval(20);
-  QObject::connect(timer, &QTimer::timeout, [timer, answer = std::move(answer)] {
-    QWidget* dialog = QApplication::activeModalWidget();
-    if (dialog == nullptr) return;
-    timer->stop();
-    timer->deleteLater();
-    answer(*dialog);
-  });
-  timer->start();
-}
-
 }  // namespace
 
 class PrintCupsTest : public QObject {
@@ -124,21 +111,16 @@ class PrintCupsTest : public QObject {
 
     // What the dialog showed when it came up, checked once it has closed.
     QString shown;
-    WhenDialogShows([&](QWidget& dialog) {
-      auto* from = dialog.findChild<QLineEdit*>(QStringLiteral("FromPageEdit"));
-      auto* copies = dialog.findChild<QLineEdit*>(QStringLiteral("CopiesEdit"));
-      auto* list = dialog.findChild<QComboBox*>(QStringLiteral("PrinterList"));
-      auto* ok = dialog.findChild<QPushButton*>(QStringLiteral("OKBtn"));
-      if (from == nullptr || copies == nullptr || list == nullptr || ok == nullptr) {
-        dialog.close();
-        return;
-      }
-      shown = from->text() + "-" + dialog.findChild<QLineEdit*>(QStringLiteral("ToPageEdit"))->text() + " x" +
+    testing::WhenModalShows([&](QWidget& dialog) {
+      auto* from = testing::Control<QLineEdit>(dialog, "FromPageEdit");
+      auto* copies = testing::Control<QLineEdit>(dialog, "CopiesEdit");
+      auto* list = testing::Control<QComboBox>(dialog, "PrinterList");
+      shown = from->text() + "-" + testing::Control<QLineEdit>(dialog, "ToPageEdit")->text() + " x" +
               copies->text() + " on " + list->currentText();
       list->setCurrentIndex(list->findText(queue));
       from->setText(QStringLiteral("2"));
       copies->setText(QStringLiteral("2"));
-      ok->click();
+      testing::Control<QPushButton>(dialog, "OKBtn")->click();
     });
     QCOMPARE(PrintReportOnPrinter(document), PrintOutcome::kPrinted);
     // Filled from the document: the whole document once; the unknown printer
@@ -158,7 +140,7 @@ class PrintCupsTest : public QObject {
     QCOMPARE(cw::testing::PdfPageCount(kept.toStdString()), 4);
 
     // Cancelling the dialog prints nothing and changes nothing.
-    WhenDialogShows([](QWidget& dialog) { dialog.findChild<QPushButton*>(QStringLiteral("CancelBtn"))->click(); });
+    testing::WhenModalShows([](QWidget& dialog) { testing::Control<QPushButton>(dialog, "CancelBtn")->click(); });
     QCOMPARE(PrintReportOnPrinter(document), PrintOutcome::kCancelled);
     QCOMPARE(document.Options().printCopies, std::int16_t{2});
     document.DestroyReport();

@@ -9,24 +9,19 @@
 #include <QPushButton>
 #include <QtTest>
 
+#include "forms/forms_rig.h"
 #include "forms/print_opt_form.h"
 #include "forms/print_progress_form.h"
 #include "printer/orl_printer.h"
 
 using namespace cw;
+using cw::testing::Control;
 
 namespace {
 
 PrinterCatalog ThreePrinters() {
   return {{QStringLiteral("Office_Laser"), QStringLiteral("CW_PDF"), QStringLiteral("Front Desk")},
           QStringLiteral("CW_PDF")};
-}
-
-template <class T>
-T* Control(QWidget& form, const char* name) {
-  T* control = form.findChild<T*>(QString::fromLatin1(name));
-  if (control == nullptr) qFatal("no control %s", name);
-  return control;
 }
 
 }  // namespace
