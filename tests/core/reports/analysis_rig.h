@@ -10,6 +10,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -43,6 +44,60 @@ inline void ExpectMatchesFixture(const std::string& actual, std::string_view exp
   const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + std::string(expectedName) + ".actual";
   std::ofstream(actualFile, std::ios::binary) << actual;
   ADD_FAILURE() << "text export differs from " << expectedName << "; actual text in " << actualFile;
+}
+
+// The lines of a text export, without their line ends.
+inline std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+inline std::vector<std::string> Words(const std::string& line) {
+  std::vector<std::string> found;
+  std::istringstream in(line);
+  for (std::string word; in >> word;) found.push_back(word);
+  return found;
+}
+
+// The cases of a table under tests/data/reports/: one case a line, its
+// columns split at "|" and kept as written (blanks count); "#" lines say what
+// the columns are.
+inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
+  std::vector<std::vector<std::string>> cases;
+  for (const std::string& line : Lines(ReportFixture(name))) {
+    if (line.empty() || line[0] == '#') continue;
+    cases.emplace_back();
+    for (std::size_t start = 0, bar = 0; bar != std::string::npos; start = bar + 1) {
+      bar = line.find('|', start);
+      cases.back().push_back(line.substr(start, bar - start));
+    }
+  }
+  return cases;
+}
+
+// What a request did, as an expected file shows it: its outcome, then every
+// box it showed (title, icon and buttons, then the text, without the source
+// line of an error, which moves with any change to the code). The boxes are
+// taken from the host, so that the next request starts with none.
+inline std::string TakeBoxes(RecordingHost& host, std::optional<RequestOutcome> outcome = {}) {
+  static const char* const kOutcomes[] = {"produced", "produced with errors", "refused", "failed"};
+  static const char* const kIcons[] = {"none", "critical", "question", "exclamation", "information"};
+  std::string text = outcome ? std::string("outcome: ") + kOutcomes[static_cast<int>(*outcome)] + "\n" : "";
+  for (const RecordingHost::Message& box : host.messages) {
+    text += "box: " + box.title + " (" + kIcons[static_cast<int>(box.icon)] +
+            (box.buttons == MessageButtons::kOk ? ", ok" : ", retry/cancel") + ")\n";
+    for (const std::string& line : Lines(box.text)) {
+      const bool sourceLine = line.starts_with("The error Occurred at line: ") || line.starts_with("Line: ");
+      text += "  " + (sourceLine ? line.substr(0, line.find(':') + 1) + " N" : line) + "\n";
+    }
+  }
+  host.messages.clear();
+  return text;
 }
 
 // What a conversion gives: its value and 0, or -1 and its error number.
@@ -184,24 +239,6 @@ inline void ExpectOneBox(const RecordingHost& host, std::string_view head, std::
   if (!record.empty()) {
     EXPECT_TRUE(text.ends_with("\r\nProcessing: " + std::string(Trim(record)))) << text;
   }
-}
-
-// The lines of a text export, without their line ends.
-inline std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-  }
-  return lines;
-}
-
-inline std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> found;
-  std::istringstream in(line);
-  for (std::string word; in >> word;) found.push_back(word);
-  return found;
 }
 
 // The words of the first exported row that starts (after blanks) with label,
