@@ -220,6 +220,19 @@ struct BasicRig {
     return Run();
   }
 
+  // Runs the request over the period and compares what it did (see
+  // TakeBoxes), then the text export of the document it previewed, if any,
+  // with an expected file, where the scratch folder is "<folder>".
+  void ExpectRun(std::string_view from, std::string_view to, std::string_view expected, bool chart = false) {
+    const std::size_t before = host.previews.size();
+    std::string done = TakeBoxes(host, Run(from, to, chart));
+    if (host.previews.size() > before) done += host.previews.back().text;
+    for (std::size_t at; (at = done.find(folder.Path().string())) != std::string::npos;) {
+      done.replace(at, folder.Path().string().size(), "<folder>");
+    }
+    ExpectMatchesFixture(done, expected);
+  }
+
   // The text export of the one document previewed.
   std::string Text() const {
     EXPECT_EQ(host.previews.size(), 1u);
