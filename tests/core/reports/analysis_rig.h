@@ -243,31 +243,4 @@ struct BasicRig {
 };
 using AnalysisRig = BasicRig<>;
 
-// The one box of a request: its text starts with head (error, procedure) and,
-// when a record is given, ends with that record trimmed.
-inline void ExpectOneBox(const RecordingHost& host, std::string_view head, std::string_view record = {}) {
-  ASSERT_EQ(host.messages.size(), 1u);
-  const std::string& text = host.messages[0].text;
-  EXPECT_TRUE(text.starts_with(head)) << text;
-  if (!record.empty()) {
-    EXPECT_TRUE(text.ends_with("\r\nProcessing: " + std::string(Trim(record)))) << text;
-  }
-}
-
-// The words of the first exported row that starts (after blanks) with label,
-// from the label's end on; skip passes over that many matching rows first.
-// Empty when there is none. When a value would run into its label the export
-// moves the row's values to the next line; they are taken from there.
-inline std::vector<std::string> RowAfter(const std::string& text, std::string_view label, int skip = 0) {
-  const std::vector<std::string> lines = Lines(text);
-  for (std::size_t k = 0; k < lines.size(); ++k) {
-    const std::size_t start = lines[k].find_first_not_of(' ');
-    if (start == std::string::npos || lines[k].compare(start, label.size(), label) != 0 || skip-- > 0) continue;
-    std::vector<std::string> row = Words(lines[k].substr(start + label.size()));
-    if (row.empty() && k + 1 < lines.size()) row = Words(lines[k + 1]);
-    return row;
-  }
-  return {};
-}
-
 }  // namespace cw::testing
