@@ -77,6 +77,7 @@ inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
       cases.back().push_back(line.substr(start, bar - start));
     }
   }
+  EXPECT_FALSE(cases.empty()) << name << " holds no case";
   return cases;
 }
 
