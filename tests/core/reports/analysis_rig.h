@@ -64,18 +64,23 @@ inline std::vector<std::string> Words(const std::string& line) {
   return found;
 }
 
+// The parts of text between the separators, kept as written.
+inline std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0, end = 0; end != std::string::npos; start = end + 1) {
+    end = text.find(separator, start);
+    parts.push_back(text.substr(start, end - start));
+  }
+  return parts;
+}
+
 // The cases of a table under tests/data/reports/: one case a line, its
 // columns split at "|" and kept as written (blanks count); "#" lines say what
 // the columns are.
 inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
   std::vector<std::vector<std::string>> cases;
   for (const std::string& line : Lines(ReportFixture(name))) {
-    if (line.empty() || line[0] == '#') continue;
-    cases.emplace_back();
-    for (std::size_t start = 0, bar = 0; bar != std::string::npos; start = bar + 1) {
-      bar = line.find('|', start);
-      cases.back().push_back(line.substr(start, bar - start));
-    }
+    if (!line.empty() && line[0] != '#') cases.push_back(Split(line, '|'));
   }
   EXPECT_FALSE(cases.empty()) << name << " holds no case";
   return cases;
