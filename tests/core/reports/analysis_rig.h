@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "testing/case_table.h"
 #include "testing/temp_folder.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/scale_mode.h"
@@ -64,26 +65,9 @@ inline std::vector<std::string> Words(const std::string& line) {
   return found;
 }
 
-// The parts of text between the separators, kept as written.
-inline std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  for (std::size_t start = 0, end = 0; end != std::string::npos; start = end + 1) {
-    end = text.find(separator, start);
-    parts.push_back(text.substr(start, end - start));
-  }
-  return parts;
-}
-
-// The cases of a table under tests/data/reports/: one case a line, its
-// columns split at "|" and kept as written (blanks count); "#" lines say what
-// the columns are.
+// The cases of a table under tests/data/reports/ (see TableCases).
 inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
-  std::vector<std::vector<std::string>> cases;
-  for (const std::string& line : Lines(ReportFixture(name))) {
-    if (!line.empty() && line[0] != '#') cases.push_back(Split(line, '|'));
-  }
-  EXPECT_FALSE(cases.empty()) << name << " holds no case";
-  return cases;
+  return TableCases("reports/" + std::string(name));
 }
 
 // What a request did, as an expected file shows it: its outcome, then every
