@@ -27,21 +27,12 @@ using testing::LogOf;
 using testing::Outcome;
 using testing::ReportFixture;
 
+// A negative length is a call measured across midnight; the largest are
+// years of calls on several lines.
 TEST(SecondsToText, MinutesUnderAnHourAndHoursFromThereOn) {
-  struct Case {
-    std::int64_t seconds;
-    const char* shortText;
-    const char* longText;
-  };
-  for (const Case& c : {Case{0, "0:00", "00:00"}, Case{59, "0:59", "00:59"}, Case{605, "10:05", "10:05"},
-                        Case{3599, "59:59", "59:59"}, Case{3600, "1:00:00", "1:00:00"},
-                        Case{86399, "23:59:59", "23:59:59"}, Case{360000, "100:00:00", "100:00:00"},
-                        // A negative length is a call measured across midnight.
-                        Case{-1, "23:59:59", "23:59:59"}, Case{-86340, "1:00", "01:00"},
-                        // Years of calls on several lines.
-                        Case{3000000000LL, "833333:20:00", "833333:20:00"}}) {
-    EXPECT_EQ(SecondsToText(c.seconds, true), c.shortText) << c.seconds;
-    EXPECT_EQ(SecondsToText(c.seconds, false), c.longText) << c.seconds;
+  for (const std::vector<std::string>& c : testing::Cases("seconds-text.txt")) {
+    EXPECT_EQ(SecondsToText(std::stoll(c[0]), true), c[1]) << c[0];
+    EXPECT_EQ(SecondsToText(std::stoll(c[0]), false), c[2]) << c[0];
   }
 }
 
