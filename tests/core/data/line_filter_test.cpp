@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/support/error_number.h"
+#include "testing/case_table.h"
 #include "support/runtime_error.h"
 #include "support/whole_numbers.h"
 
@@ -14,18 +15,9 @@ namespace cw {
 namespace {
 
 TEST(ExpandLineFilter, WritesOutEveryRange) {
-  struct Case {
-    std::string_view answer;
-    std::string_view expanded;
-  };
-  const Case cases[] = {
-      {"1,3-5,7", "1,3,4,5,7"}, {"2-4", "2,3,4"}, {"5-3", ""}, {"1,5-3,7", "1,7"}, {"1,2,", "1,2"},
-      {"1,11-16,18-20,22", "1,11,12,13,14,15,16,18,19,20,22"}, {"3-3", "3"}, {"1-2,4-5", "1,2,4,5"},
-      {" 2 - 4 ", "2,3,4"}, {"7", "7"}, {"", ""},
-      // Without a range the text is left as typed, but for a trailing comma.
-      {"1,,2,", "1,,2"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(ExpandLineFilter(c.answer), c.expanded) << c.answer;
+  for (const std::vector<std::string>& c : testing::TableCases("data/line-filters.txt")) {
+    EXPECT_EQ(ExpandLineFilter(c[0]), c[1]) << c[0];
+  }
 }
 
 TEST(ExpandLineFilter, RangeEndsAre16BitNumbers) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/support/error_number.h"
+#include "testing/case_table.h"
 
 namespace cw {
 namespace {
@@ -21,56 +22,25 @@ TEST(ParseLogDate, PartThatIsNotANumberIsTypeMismatch) {
 // parts out of range roll over as the calendar does, but such a date is told
 // apart from the calendar date it rolls to.
 TEST(ParseLogDate, ReadsTheColumnsAndTellsRolledDatesApart) {
-  struct Case {
-    const char* text;
-    bool calendar;
-    CivilDate readAs;
-  };
-  const Case cases[] = {
-      {"10/31/2026", true, CivilDate::FromYmd(2026, 10, 31)},
-      {"10/32/2026", false, CivilDate::FromYmd(2026, 11, 1)},
-      {"02/29/2024", true, CivilDate::FromYmd(2024, 2, 29)},  // a leap year
-      {"02/29/2026", false, CivilDate::FromYmd(2026, 3, 1)},
-      {"02/30/2026", false, CivilDate::FromYmd(2026, 3, 2)},
-      {"13/01/2026", false, CivilDate::FromYmd(2027, 1, 1)},
-      {"00/10/2026", false, CivilDate::FromYmd(2025, 12, 10)},
-      {"04/00/2026", false, CivilDate::FromYmd(2026, 3, 31)},
-      {"12/31/1999", true, CivilDate::FromYmd(1999, 12, 31)},
-      {" 3/ 4/2023", true, CivilDate::FromYmd(2023, 3, 4)},  // read by the general conversion
-      {"03/04/0026", true, CivilDate::FromYmd(2026, 3, 4)},  // a two-digit year moves the century only
-      {"03-04-2023", true, CivilDate::FromYmd(2023, 3, 4)},
-      {"03/04/ 2023", true, CivilDate::FromYmd(2023, 3, 4)},  // the year is the last four characters
-      {"00/00/2024", false, CivilDate::FromYmd(2023, 11, 30)},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    const LogDateParts parts = SplitLogDate(c.text);
-    const CivilDate date = ParseLogDate(c.text);
-    EXPECT_EQ(date, c.readAs);
-    EXPECT_EQ(IsCalendarDate(parts, date), c.calendar);
+  for (const std::vector<std::string>& c : testing::TableCases("data/log-dates.txt")) {
+    SCOPED_TRACE(c[0]);
+    const CivilDate date = ParseLogDate(c[0]);
+    EXPECT_EQ(date, CivilDate::FromYmd(std::stoi(c[2]), std::stoi(c[3]), std::stoi(c[4])));
+    EXPECT_EQ(IsCalendarDate(SplitLogDate(c[0]), date), c[1] == "calendar");
   }
 }
 
-TEST(DurationToSeconds, CountsHoursMinutesAndSeconds) {
-  EXPECT_EQ(DurationToSeconds("1:02:03"), 3723);
-  EXPECT_EQ(DurationToSeconds("02:03"), 123);
-  EXPECT_EQ(DurationToSeconds("0:00:00"), 0);
-  EXPECT_EQ(DurationToSeconds("99:59"), 99 * 60 + 59);
-  // Any other number of parts gives 0.
-  for (const char* other : {"5", "", "1:2:3:4"}) EXPECT_EQ(DurationToSeconds(other), 0) << other;
-  // A part that is not a number counts as 0; the others still count.
-  EXPECT_EQ(DurationToSeconds("1:xx:03"), 3603);
-  EXPECT_EQ(DurationToSeconds("ab:10"), 10);
-  EXPECT_EQ(DurationToSeconds(":"), 0);
-  EXPECT_EQ(DurationToSeconds(" 1: 02"), 62);
-}
-
-TEST(DurationToSeconds, OverflowOf32BitsIsAnError) {
-  EXPECT_EQ(DurationToSeconds("596523:14:07"), 2147483647);
-  EXPECT_EQ(ErrorNumberOf([] { DurationToSeconds("596523:14:08"); }), err::kOverflow);
-  EXPECT_EQ(ErrorNumberOf([] { DurationToSeconds("99999999999:00"); }), err::kOverflow);
-  // Ten digits that would wrap to 0 in 32 bits.
-  EXPECT_EQ(ErrorNumberOf([] { DurationToSeconds("0:4294967296"); }), err::kOverflow);
+// Hours, minutes and seconds, or minutes and seconds; any other number of
+// parts gives 0, a part that is not a number counts as 0, and more than 32
+// bits of seconds is an error.
+TEST(DurationToSeconds, CountsHoursMinutesAndSecondsInto32Bits) {
+  for (const std::vector<std::string>& c : testing::TableCases("data/durations.txt")) {
+    if (c[1] == "overflow") {
+      EXPECT_EQ(ErrorNumberOf([&] { DurationToSeconds(c[0]); }), err::kOverflow) << c[0];
+    } else {
+      EXPECT_EQ(DurationToSeconds(c[0]), std::stol(c[1])) << c[0];
+    }
+  }
 }
 
 }  // namespace

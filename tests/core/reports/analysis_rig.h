@@ -10,6 +10,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "testing/case_table.h"
 #include "testing/temp_folder.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/scale_mode.h"
@@ -43,6 +45,49 @@ inline void ExpectMatchesFixture(const std::string& actual, std::string_view exp
   const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + std::string(expectedName) + ".actual";
   std::ofstream(actualFile, std::ios::binary) << actual;
   ADD_FAILURE() << "text export differs from " << expectedName << "; actual text in " << actualFile;
+}
+
+// The lines of a text export, without their line ends.
+inline std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+inline std::vector<std::string> Words(const std::string& line) {
+  std::vector<std::string> found;
+  std::istringstream in(line);
+  for (std::string word; in >> word;) found.push_back(word);
+  return found;
+}
+
+// The cases of a table under tests/data/reports/ (see TableCases).
+inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
+  return TableCases("reports/" + std::string(name));
+}
+
+// What a request did, as an expected file shows it: its outcome, then every
+// box it showed (title, icon and buttons, then the text, without the source
+// line of an error, which moves with any change to the code). The boxes are
+// taken from the host, so that the next request starts with none.
+inline std::string TakeBoxes(RecordingHost& host, std::optional<RequestOutcome> outcome = {}) {
+  static const char* const kOutcomes[] = {"produced", "produced with errors", "refused", "failed"};
+  static const char* const kIcons[] = {"none", "critical", "question", "exclamation", "information"};
+  std::string text = outcome ? std::string("outcome: ") + kOutcomes[static_cast<int>(*outcome)] + "\n" : "";
+  for (const RecordingHost::Message& box : host.messages) {
+    text += "box: " + box.title + " (" + kIcons[static_cast<int>(box.icon)] +
+            (box.buttons == MessageButtons::kOk ? ", ok" : ", retry/cancel") + ")\n";
+    for (const std::string& line : Lines(box.text)) {
+      const bool sourceLine = line.starts_with("The error Occurred at line: ") || line.starts_with("Line: ");
+      text += "  " + (sourceLine ? line.substr(0, line.find(':') + 1) + " N" : line) + "\n";
+    }
+  }
+  host.messages.clear();
+  return text;
 }
 
 // What a conversion gives: its value and 0, or -1 and its error number.
@@ -165,6 +210,19 @@ struct BasicRig {
     return Run();
   }
 
+  // Runs the request over the period and compares what it did (see
+  // TakeBoxes), then the text export of the document it previewed, if any,
+  // with an expected file, where the scratch folder is "<folder>".
+  void ExpectRun(std::string_view from, std::string_view to, std::string_view expected, bool chart = false) {
+    const std::size_t before = host.previews.size();
+    std::string done = TakeBoxes(host, Run(from, to, chart));
+    if (host.previews.size() > before) done += host.previews.back().text;
+    for (std::size_t at; (at = done.find(folder.Path().string())) != std::string::npos;) {
+      done.replace(at, folder.Path().string().size(), "<folder>");
+    }
+    ExpectMatchesFixture(done, expected);
+  }
+
   // The text export of the one document previewed.
   std::string Text() const {
     EXPECT_EQ(host.previews.size(), 1u);
@@ -174,50 +232,5 @@ struct BasicRig {
   std::string ChartFile() const { return folder.File("Chart.bmp"); }
 };
 using AnalysisRig = BasicRig<>;
-
-// The one box of a request: its text starts with head (error, procedure) and,
-// when a record is given, ends with that record trimmed.
-inline void ExpectOneBox(const RecordingHost& host, std::string_view head, std::string_view record = {}) {
-  ASSERT_EQ(host.messages.size(), 1u);
-  const std::string& text = host.messages[0].text;
-  EXPECT_TRUE(text.starts_with(head)) << text;
-  if (!record.empty()) {
-    EXPECT_TRUE(text.ends_with("\r\nProcessing: " + std::string(Trim(record)))) << text;
-  }
-}
-
-// The lines of a text export, without their line ends.
-inline std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-  }
-  return lines;
-}
-
-inline std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> found;
-  std::istringstream in(line);
-  for (std::string word; in >> word;) found.push_back(word);
-  return found;
-}
-
-// The words of the first exported row that starts (after blanks) with label,
-// from the label's end on; skip passes over that many matching rows first.
-// Empty when there is none. When a value would run into its label the export
-// moves the row's values to the next line; they are taken from there.
-inline std::vector<std::string> RowAfter(const std::string& text, std::string_view label, int skip = 0) {
-  const std::vector<std::string> lines = Lines(text);
-  for (std::size_t k = 0; k < lines.size(); ++k) {
-    const std::size_t start = lines[k].find_first_not_of(' ');
-    if (start == std::string::npos || lines[k].compare(start, label.size(), label) != 0 || skip-- > 0) continue;
-    std::vector<std::string> row = Words(lines[k].substr(start + label.size()));
-    if (row.empty() && k + 1 < lines.size()) row = Words(lines[k + 1]);
-    return row;
-  }
-  return {};
-}
 
 }  // namespace cw::testing

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -28,80 +29,30 @@ Call Answered(std::string date, std::string time, std::string number) {
   return Call().Date(std::move(date)).Time(std::move(time)).Number(std::move(number)).Direction("In").Line("3");
 }
 
-struct Outcome {
-  CallBackWait wait;
-  int returnedBy;  // index of the returning call in the log; -1: none
-  friend bool operator==(const Outcome&, const Outcome&) = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const Outcome& o) {
-  return out << CallBackWaitText(o.wait) << " by " << o.returnedBy;
-}
-
+// The cases of callback-matching.txt: the calls of a log, and what became of
+// each missed call.
 TEST(CallBackMatching, FindsTheFirstLaterCallToTheSameNumberWithinTheWindow) {
-  using W = CallBackWait;
-  const std::string day = "11/02/2026";
-  const std::string next = "11/03/2026";
-  struct Case {
-    std::string what;
-    std::vector<Call> log;
-    std::int32_t windowDays;
-    std::string periodEnd;  // calls after it can only return missed ones
-    std::vector<Outcome> expected;
-  };
-  const std::vector<Case> cases{
-      {"the same number written differently",
-       {Missed(day, "9:00AM", "(555) 123-4567"), Out(day, "9:30AM", "555-123-4567")}, 7, day,
-       {{W::kWithinHour, 1}}},
-      {"a call back before the missed call is no call back",
-       {Out(day, "8:00AM", "5551234567"), Missed(day, "9:00AM", "5551234567")}, 7, day,
-       {{W::kNever, -1}}},
-      {"another number does not return it",
-       {Missed(day, "9:00AM", "5551234567"), Out(day, "9:10AM", "5551234568")}, 7, day,
-       {{W::kNever, -1}}},
-      {"an hour exactly is within the hour; a minute more the same day",
-       {Missed(day, "9:00AM", "111"), Missed(day, "9:00AM", "222"), Out(day, "10:00AM", "111"),
-        Out(day, "10:01AM", "222")},
-       7, day, {{W::kWithinHour, 2}, {W::kSameDay, 3}}},
-      {"the window's edge: a day exactly is in, a minute more is out",
-       {Missed(day, "9:00AM", "111"), Missed(day, "9:00AM", "222"), Out(next, "9:00AM", "111"),
-        Out(next, "9:01AM", "222")},
-       1, next, {{W::kLater, 2}, {W::kNever, -1}}},
-      {"the first later call decides, even when it comes too late",
-       {Missed(day, "9:00AM", "111"), Out("11/05/2026", "9:00AM", "111"), Out("11/05/2026", "9:30AM", "111")},
-       1, "11/05/2026", {{W::kNever, -1}}},
-      {"one call back returns every missed call of its number, each with its own wait",
-       {Missed(day, "9:00AM", "111"), Missed(day, "10:00AM", "(111)"), Out(day, "10:30AM", "1-1-1")}, 7, day,
-       {{W::kSameDay, 2}, {W::kWithinHour, 2}}},
-      {"an answered call from the number returns it; an unanswered one does not",
-       {Missed(day, "9:00AM", "111"), Missed(day, "11:00AM", "111"), Answered(day, "2:00PM", "111")}, 7, day,
-       {{W::kSameDay, 2}, {W::kSameDay, 2}}},
-      {"a call missed on the period's last day is returned the next day",
-       {Missed(day, "5:00PM", "111"), Out(next, "10:00AM", "111"), Missed(next, "11:00AM", "333")}, 7, day,
-       {{W::kLater, 1}}},
-      {"a number without digits cannot be returned",
-       {Missed(day, "9:00AM", "PRIVATE"), Out(day, "9:05AM", "PRIVATE")}, 7, day, {{W::kNever, -1}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const std::vector<std::string>& c : testing::Cases("callback-matching.txt")) {
+    SCOPED_TRACE(c[0]);
     std::vector<std::string> lines;
-    for (const Call& call : c.log) lines.push_back(call.Text());
-    CallBackMatcher matcher(c.windowDays, AbandonedFilter{});
-    const CivilDate end = ParseLogDate(c.periodEnd);
+    for (const std::string& call : testing::Split(c[3], ';')) {
+      const std::vector<std::string> f = testing::Split(call, ',');
+      lines.push_back((f[0] == "missed" ? Missed(f[1], f[2], f[3]) : f[0] == "out" ? Out(f[1], f[2], f[3])
+                                                                                   : Answered(f[1], f[2], f[3])).Text());
+    }
+    CallBackMatcher matcher(std::stoi(c[1]), AbandonedFilter{});
+    const CivilDate end = ParseLogDate(c[2]);
     for (const std::string& line : lines) {
       const CallRecord record(line);
       const CivilDate date = ParseLogDate(record.Date());
       matcher.Add(record, date, date <= end);
     }
-    std::vector<Outcome> found;
+    std::vector<std::string> found;
     for (const MissedCall& missed : matcher.Missed()) {
-      int by = -1;
-      for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (missed.returnedBy.Text().data() == lines[i].data()) by = static_cast<int>(i);
-      }
-      found.push_back({missed.Wait(), by});
+      const auto by = std::ranges::find_if(lines, [&](const std::string& line) { return missed.returnedBy.Text().data() == line.data(); });
+      found.push_back(std::string(CallBackWaitText(missed.Wait())) + " by " + (by == lines.end() ? "none" : std::to_string(by - lines.begin())));
     }
-    EXPECT_EQ(found, c.expected);
+    EXPECT_EQ(found, testing::Split(c[4], ';'));
   }
 }
 

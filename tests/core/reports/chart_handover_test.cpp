@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/printer/engine_test_rig.h"
+#include "testing/case_table.h"
 #include "testing/temp_folder.h"
 #include "printer/orl_printer.h"
 #include "printer/spool_reader.h"
@@ -32,14 +33,9 @@ class SilentChartHost : public RecordingHost {
 };
 
 TEST(ChartScale, RoundsTheLargestValueUpToTheAxisTopForEveryChart) {
-  struct Case {
-    std::int32_t largest, maxY, ticks;
-  };
-  for (const Case& c : {Case{0, 10, 2}, Case{10, 10, 2}, Case{11, 20, 5}, Case{20, 20, 5}, Case{21, 40, 10},
-                        Case{25, 40, 10}, Case{40, 40, 10}, Case{41, 50, 12}, Case{50, 50, 12}, Case{51, 100, 25},
-                        Case{99, 100, 25}, Case{100, 200, 50}, Case{250, 300, 75}}) {
-    EXPECT_EQ(ChartMaxY(c.largest), c.maxY) << c.largest;
-    EXPECT_EQ(ChartTicks(ChartMaxY(c.largest)), c.ticks) << c.largest;
+  for (const std::vector<std::string>& c : testing::TableCases("reports/chart-scales.txt")) {
+    EXPECT_EQ(ChartMaxY(std::stoi(c[0])), std::stoi(c[1])) << c[0];
+    EXPECT_EQ(ChartTicks(ChartMaxY(std::stoi(c[0]))), std::stoi(c[2])) << c[0];
   }
   const BarChartSpec lines = LineBarChart({3, 51, 0});
   EXPECT_EQ(lines.colLabels, (std::vector<std::string>{"L1", "L2", "L3"}));

@@ -16,54 +16,23 @@ namespace cw {
 namespace {
 
 TEST(CsvFigures, EveryReportKindWritesItsDataBesideItsPage) {
-  struct Case {
-    const char* name;  // of the expected files: csv-<name>.csv, and csv-<name>.txt unless its page
-                       // is another test's expected file
-    const char* callLog;
-    const char* busyLog;
-    std::int16_t kind;
-    const char* direction;
-    const char* from;
-    const char* to;
-    const char* search = "";
-    bool dtmf = false;
-    bool chart = false;
-    const char* variant = "Detailed";
-    bool ownPage = true;
-  };
-  const Case cases[] = {
-      {"history-dtmf", "detail-calls.log", "", kind::kCallHistory, "InOut", "10/01/2026", "12/31/2026", "", true},
-      {"history-in", "detail-calls.log", "", kind::kCallHistory, "In", "10/01/2026", "12/31/2026"},
-      {"name", "detail-calls.log", "", kind::kByName, "InOut", "10/01/2026", "12/31/2026", "smith john"},
-      {"number", "detail-calls.log", "", kind::kByTelNumber, "InOut", "10/01/2026", "12/31/2026", "555-123-4567"},
-      {"line", "detail-calls.log", "", kind::kByLineNumber, "InOut", "10/01/2026", "12/31/2026"},
-      {"abandoned", "detail-abandoned.log", "", kind::kAbandonedCalls, "In", "11/10/2026", "11/10/2026"},
-      {"condensed", "detail-calls.log", "", kind::kCallHistory, "InOut", "10/01/2026", "12/31/2026", "", false, true},
-      {"daily", "daily-week.log", "busy-summary.log", kind::kDailyCallStatistics, "InOut", "11/02/2026", "11/08/2026",
-       "", false, false, "Detailed", false},
-      {"line-usage", "line-usage-four.log", "", kind::kLineUsageStatistics, "InOut", "10/01/2026", "12/31/2026"},
-      {"busy-summary", "daily-week.log", "busy-summary.log", kind::kAllLinesBusy, "InOut", "11/01/2026", "11/08/2026",
-       "", false, false, "Summary", false},
-      {"busy-listing", "daily-week.log", "busy-listing.log", kind::kAllLinesBusy, "In", "11/03/2026", "11/05/2026",
-       "", false, false, "Detailed", false},
-      {"callbacks", "detail-calls.log", "", kind::kCallBacks, "In", "10/01/2026", "11/05/2026"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    testing::AnalysisRig rig(testing::ReportFixture(c.callLog), c.kind, 4, true);
-    if (*c.busyLog != '\0') rig.folder.Write("BusyLines.log", testing::ReportFixture(c.busyLog));
+  for (const std::vector<std::string>& c : testing::Cases("csv-cases.txt")) {
+    SCOPED_TRACE(c[0]);
+    const std::int16_t kind = static_cast<std::int16_t>(std::stoi(c[3]));
+    testing::AnalysisRig rig(testing::ReportFixture(c[1]), kind, 4, true);
+    if (!c[2].empty()) rig.folder.Write("BusyLines.log", testing::ReportFixture(c[2]));
     ReportRequest& request = rig.Request();
-    request.direction = c.direction;
-    request.searchText = c.search;
-    request.dtmf = c.dtmf;
-    request.columns = DetailColumnPositions(c.dtmf);
-    request.variant = c.variant;
+    request.direction = c[4];
+    request.searchText = c[7];
+    request.dtmf = c[8] == "dtmf";
+    request.columns = DetailColumnPositions(request.dtmf);
+    request.variant = c[10];
     request.lines.lines = {1};
     request.callBackWindowDays = 30;
-    if (c.kind == kind::kAbandonedCalls) request.abandoned = {false, "", true, "3", false, 0};
-    ASSERT_EQ(rig.Run(c.from, c.to, c.chart), RequestOutcome::kProduced);
-    if (c.ownPage) testing::ExpectMatchesFixture(rig.Text(), std::string("csv-") + c.name + ".txt");
-    testing::ExpectMatchesFixture(rig.host.previews.at(0).csv, std::string("csv-") + c.name + ".csv");
+    if (kind == kind::kAbandonedCalls) request.abandoned = {false, "", true, "3", false, 0};
+    ASSERT_EQ(rig.Run(c[5], c[6], c[9] == "chart"), RequestOutcome::kProduced);
+    if (c[11] == "page") testing::ExpectMatchesFixture(rig.Text(), "csv-" + c[0] + ".txt");
+    testing::ExpectMatchesFixture(rig.host.previews.at(0).csv, "csv-" + c[0] + ".csv");
   }
 }
 
