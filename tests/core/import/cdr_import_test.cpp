@@ -85,9 +85,10 @@ TEST(CdrImport, BuildsOneCallFromTheLegsOfEachCall) {
   const AsteriskRow voicemail{.dstchannel = "", .lastapp = "VoiceMail", .lastdata = "201@default",
                               .start = "2026-08-17 09:05:20", .answer = "2026-08-17 09:05:21",
                               .end = "2026-08-17 09:05:51", .billsec = "30"};
-  // Answered, then transferred to another phone.
+  // Answered, then passed on by the phone that took it: its leg keeps the
+  // trunk's context but is no trunk of its own.
   const AsteriskRow first{.answer = "2026-08-17 09:05:05", .end = "2026-08-17 09:05:35", .billsec = "30"};
-  const AsteriskRow second{.dstchannel = "SIP/202-00000009", .start = "2026-08-17 09:05:35",
+  const AsteriskRow second{.channel = "SIP/201-00000002", .dstchannel = "SIP/202-00000009", .start = "2026-08-17 09:05:35",
                            .answer = "2026-08-17 09:05:35", .end = "2026-08-17 09:06:35", .billsec = "60",
                            .uniqueid = "1787000000.9"};
   // The office calls out on the second trunk.
@@ -138,10 +139,15 @@ TEST(CdrImport, SkipsInternalCallsAndNamesUnlistedTrunks) {
   const AsteriskRow strangerOut{.dcontext = "from-internal", .channel = "SIP/201-00000020",
                                 .dstchannel = "IAX2/cheapcalls-00000023", .lastdata = "IAX2/cheapcalls/5559876543",
                                 .linkedid = "1787000000.23"};
+  // A dial string without a technology names no peer, so no way out.
+  AsteriskRow internalBare = internal;
+  internalBare.lastdata = "202,20";
+  internalBare.linkedid = "1787000000.25";
   const AsteriskRow fine{.linkedid = "1787000000.24"};
-  const Imported imported = Import(internal.Text() + strangerIn.Text() + strangerOut.Text() + fine.Text());
+  const Imported imported =
+      Import(internal.Text() + strangerIn.Text() + strangerOut.Text() + fine.Text() + internalBare.Text());
   EXPECT_EQ(imported.calls.size(), 1u);
-  EXPECT_EQ(imported.counts.internal, 1);
+  EXPECT_EQ(imported.counts.internal, 2);
   EXPECT_EQ(imported.counts.unlisted, 2);
   EXPECT_EQ(imported.unlisted, (std::map<std::string, std::int64_t>{{"IAX2/cheapcalls", 3}, {"SIP/othertelco", 2}}));
 }
