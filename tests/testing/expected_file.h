@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -39,6 +41,30 @@ inline void ExpectMatchesFile(const std::string& actual, std::string_view name) 
   const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + flat + ".actual";
   WriteBytes(actualFile, actual);
   ADD_FAILURE() << "output differs from tests/data/" << name << "; actual output in " << actualFile;
+}
+
+// A table kept as a file: one case a line, its input in double quotes, then
+// " | " and what the code makes of it; a line starting with # is a note. The
+// inputs are read from the file, every outcome is worked out afresh, and the
+// whole table is compared with the file.
+inline void ExpectTableMatches(std::string_view name, const std::function<std::string(const std::string&)>& outcome) {
+  std::istringstream in(ExpectedFile(name));
+  std::string actual;
+  int cases = 0;
+  for (std::string line; std::getline(in, line);) {
+    const std::size_t end = line.rfind("\" | ");
+    if (line.starts_with("#")) {
+      actual += line + "\n";
+    } else if (line.starts_with("\"") && end != std::string::npos) {
+      const std::string input = line.substr(1, end - 1);
+      actual += "\"" + input + "\" | " + outcome(input) + "\n";
+      ++cases;
+    } else {
+      ADD_FAILURE() << name << ": neither a note nor a case: " << line;
+    }
+  }
+  if (cases == 0) ADD_FAILURE() << name << " holds no case";
+  ExpectMatchesFile(actual, name);
 }
 
 }  // namespace cw::testing
