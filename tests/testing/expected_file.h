@@ -43,6 +43,22 @@ inline void ExpectMatchesFile(const std::string& actual, std::string_view name) 
   ADD_FAILURE() << "output differs from tests/data/" << name << "; actual output in " << actualFile;
 }
 
+// Line ends written out as \r and \n, so that one line of a table holds them.
+inline std::string Visible(std::string_view text) {
+  std::string shown;
+  for (char c : text) shown += c == '\r' ? "\\r" : c == '\n' ? "\\n" : std::string(1, c);
+  return shown;
+}
+
+inline std::string Unescaped(std::string_view text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool escape = text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == 'r' || text[i + 1] == 'n');
+    bytes += escape ? (text[++i] == 'r' ? '\r' : '\n') : text[i];
+  }
+  return bytes;
+}
+
 // A table kept as a file: one case a line, its input in double quotes, then
 // " | " and what the code makes of it; a line starting with # is a note. The
 // inputs are read from the file, every outcome is worked out afresh, and the
