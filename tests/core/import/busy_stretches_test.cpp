@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <string>
 #include <vector>
+
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -18,30 +22,22 @@ LogCall On(std::int32_t line, int from, int to) {
 }
 
 TEST(BusyStretches, EveryLineCarryingACall) {
-  struct Case {
-    std::string name;
+  testing::ExpectTableMatches("import/busy-stretches.txt", [](const std::string& row) {
+    const std::size_t slash = row.find(" / ");
     std::vector<LogCall> calls;
-    std::vector<std::int32_t> lines;
-    std::vector<std::pair<int, int>> stretches;
-  };
-  const Case cases[] = {
-      {"overlap", {On(1, 100, 400), On(2, 200, 300)}, {1, 2}, {{200, 300}}},
-      {"one line free throughout", {On(1, 100, 400), On(1, 200, 300)}, {1, 2}, {}},
-      {"a line handed from call to call stays busy", {On(1, 0, 100), On(1, 100, 200), On(2, 50, 150)}, {1, 2},
-       {{50, 150}}},
-      {"touching calls on different lines do not overlap", {On(1, 0, 100), On(2, 100, 200)}, {1, 2}, {}},
-      {"two stretches", {On(1, 0, 1000), On(2, 100, 200), On(2, 300, 350)}, {1, 2}, {{100, 200}, {300, 350}}},
-      {"a line not counted", {On(1, 0, 100), On(7, 0, 100)}, {1}, {{0, 100}}},
-      {"no lines", {On(1, 0, 100)}, {}, {}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    std::vector<std::pair<int, int>> found;
-    for (const BusyStretch& stretch : AllLinesBusy(c.calls, c.lines)) {
-      found.emplace_back(static_cast<int>(stretch.start - kDay), static_cast<int>(stretch.end - kDay));
+    std::istringstream callText(row.substr(0, slash));
+    for (int line = 0, from = 0, to = 0; callText >> line && callText.ignore() >> from && callText.ignore() >> to;) {
+      calls.push_back(On(line, from, to));
     }
-    EXPECT_EQ(found, c.stretches);
-  }
+    std::vector<std::int32_t> lines;
+    std::istringstream lineText(row.substr(slash + 3));
+    for (std::int32_t line = 0; lineText >> line;) lines.push_back(line);
+    std::string shown;
+    for (const BusyStretch& stretch : AllLinesBusy(calls, lines)) {
+      shown += (shown.empty() ? "" : " ") + std::to_string(stretch.start - kDay) + "-" + std::to_string(stretch.end - kDay);
+    }
+    return shown.empty() ? "none" : shown;
+  });
 }
 
 TEST(BusyStretches, WrittenAsTheBusyLogHoldsThem) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "testing/expected_file.h"
+
 namespace cw {
 namespace {
 
@@ -19,29 +21,14 @@ std::vector<std::string> Wrap(std::string_view text, double available) {
 }
 
 TEST(MemoWrap, BreaksLinesAsMemoOutDoes) {
-  struct Case {
-    const char* why;
-    std::string text;
-    double available;
-    std::vector<std::string> lines;
-  };
-  const std::vector<Case> cases{
-      {"an empty memo is one empty line", "", 10, {""}},
-      {"words stay with their trailing space", "one two three", 8, {"one two ", "three"}},
-      {"a line exactly as wide as the space fits", "one two", 7, {"one two"}},
-      {"an over-wide first word follows an empty line", "abcdefghijkl xy", 5, {"", "abcdefghijkl ", "xy"}},
-      {"an over-wide word in the middle has a line of its own", "ab abcdefghijkl xy", 5,
-       {"ab ", "abcdefghijkl ", "xy"}},
-      {"CR LF forces a break and is dropped", "ab\r\ncd", 10, {"ab", "cd"}},
-      {"two breaks make an empty line", "ab\r\n\r\ncd", 10, {"ab", "", "cd"}},
-      {"a closing break leaves an empty last line", "ab\r\n", 10, {"ab", ""}},
-      {"a word that overflows before a break is its own line", "aaaa bbbbbb\r\ncc", 6,
-       {"aaaa ", "bbbbbb", "cc"}},
-      {"a break before the next space ends the word there", "ab cd\r\nef gh", 100, {"ab cd", "ef gh"}},
-      {"a lone line feed is no break", "a\nb c", 100, {"a\nb c"}},
-      {"runs of spaces are kept", "a  b", 100, {"a  b"}},
-  };
-  for (const Case& c : cases) EXPECT_EQ(Wrap(c.text, c.available), c.lines) << c.why;
+  testing::ExpectTableMatches("printer/memo-wraps.txt", [](const std::string& row) {
+    const std::size_t colon = row.find(": ");
+    std::string shown;
+    for (const std::string& line : Wrap(testing::Unescaped(row.substr(colon + 2)), std::stod(row.substr(0, colon)))) {
+      shown += "[" + testing::Visible(line) + "]";
+    }
+    return shown;
+  });
 }
 
 }  // namespace

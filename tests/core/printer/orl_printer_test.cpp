@@ -11,6 +11,7 @@
 #include "printer/spool_format.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -37,6 +38,13 @@ class OrlPrinterTest : public ::testing::Test {
     document.BeginDoc();
     document.SetScaleMode(1);
   }
+  // The spool as it stands, one line a command, compared with the test's own
+  // file under printer/orl/ by ExpectSpools.
+  void KeepSpool(std::string_view heading) { spools += testing::Section(heading, DescribeSpool(document.PrintFile())); }
+  void ExpectSpools() {
+    const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    testing::ExpectMatchesFile(spools, "printer/orl/" + test + ".txt");
+  }
   // The automatic heading block in 10-point Arial.
   void Headings() {
     document.SetAutoHeadings(true);
@@ -48,6 +56,7 @@ class OrlPrinterTest : public ::testing::Test {
   testing::EngineTestRig rig;
   OrlPrinter document{rig.Environment()};
   std::vector<std::int16_t> newPages;  // the pages OnNewPage was raised for
+  std::string spools;
 };
 
 TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
@@ -88,8 +97,8 @@ TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppendin
             (std::vector<double>{2, 1, 1.5, 1, 11, 5, 1}));
   EXPECT_EQ((std::vector<std::string>{h.autoHeadingsFontName, h.title, h.subTitle}),
             (std::vector<std::string>{"Arial Narrow", "Call Detail", "Report Period: 11/01/2026 - 11/22/2026"}));
-  EXPECT_EQ(DescribeSpool(document.PrintFile()),
-            (Lines{"1 TEXTOUT 0,0 first", "1 TEXTOUT 0,0 second", "1 ENDDOC"}));
+  KeepSpool("both texts in order");
+  ExpectSpools();
 }
 
 TEST_F(OrlPrinterTest, AutoNewPageAndSubTitleCarryOverToTheNextDocument) {
@@ -136,9 +145,8 @@ TEST_F(OrlPrinterTest, SetFontCutsAndTrimsTheNameAndMapsTheAttributeBits) {
   document.SetFont(std::string(199, 'n') + "  tail", 12, 1);
   document.TextOut(0, "abc");  // bold 12 points: 3 x 158.4 twips
   document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()),
-            (Lines{"1 SETFONT Times New Roman 9 italic underline", "1 SETFONT " + std::string(199, 'n') + " 12 bold",
-                   "1 TEXTOUT 0,0 abc", "1 ENDDOC"}));
+  KeepSpool("the name trimmed, then cut to 199 characters");
+  ExpectSpools();
   EXPECT_DOUBLE_EQ(document.X(), 3 * 158.4);
 }
 
@@ -158,10 +166,8 @@ TEST_F(OrlPrinterTest, PagesBreakOnlyWhenYIsStrictlyBelowTheBottomLimit) {
   document.NewPage();
   document.NewPage();
   document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()),
-            (Lines{"1 TEXTOUT 0,20000 no automatic breaks yet", "1 TEXTOUT 0,15000 on the limit",
-                   "1 TEXTOUT 0,15000 still on it", "1 NEWPAGE", "2 TEXTOUT 100,0 past it", "2 LINEOUT 0,1 2,3",
-                   "2 NEWPAGE", "3 NEWPAGE", "4 ENDDOC"}));
+  KeepSpool("the break comes only past the limit");
+  ExpectSpools();
   EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2, 3, 4}));
   EXPECT_EQ(document.TotalPages(), 4);
   EXPECT_FLOAT_EQ(document.MaxYPos(), 15000);
@@ -182,21 +188,8 @@ TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNe
   // half an inch from the right edge; two lines of 240 x 1.3 twips down; the
   // subtitle centred and one more line; then the body font again. (A reader
   // cannot tell trailing spaces from the field's padding.)
-  auto heading = [](const std::string& page) {
-    return Lines{page + " SETFONT Arial 10",
-                 page + " TEXTOUT 720,720 Date: 11/22/2026",
-                 page + " TEXTOUT 5460,720 Call Detail",
-                 page + " TEXTOUT 10680,720 Page: " + page,
-                 page + " SETFONT Arial 10",
-                 page + " TEXTOUT 5160,1344   Report Period",
-                 page + " SETFONT Times New Roman 9 bold italic underline"};
-  };
-  Lines expected{"1 SETFONT Times New Roman 9 bold italic underline"};
-  for (const Lines& part : {heading("1"), Lines{"1 TEXTOUT 0,1656 body", "1 TEXTOUT 2000,1656 same line", "1 NEWPAGE"},
-                            heading("2"), Lines{"2 ENDDOC"}}) {
-    expected.insert(expected.end(), part.begin(), part.end());
-  }
-  EXPECT_EQ(DescribeSpool(document.PrintFile()), expected);
+  KeepSpool("a heading block on each page");
+  ExpectSpools();
   EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2}));
 }
 
@@ -208,11 +201,7 @@ TEST_F(OrlPrinterTest, TopMarginHoldsTheFirstLineDownIncludingTheHeading) {
   document.SetFont("Arial", 10, 0);
   document.TextOut(0, "body");
   document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()),
-            (Lines{"1 SETFONT Arial 10", "1 SETFONT Arial 10", "1 TEXTOUT 720,1000 Date: 11/22/2026",
-                   "1 TEXTOUT 6120,1000 ",  // an empty title, centred
-                   "1 TEXTOUT 10680,1000 Page: 1", "1 SETFONT Arial 10", "1 SETFONT Arial 10",
-                   "1 TEXTOUT 0,1624 body", "1 ENDDOC"}));
+  KeepSpool("the heading at the margin, an empty title centred");
 
   // Set later, a top margin moves Y only when Y is above it.
   document.SetY(500);
@@ -220,6 +209,7 @@ TEST_F(OrlPrinterTest, TopMarginHoldsTheFirstLineDownIncludingTheHeading) {
   EXPECT_EQ(document.Y(), 500);
   document.SetTopMargin(800);
   EXPECT_EQ(document.Y(), 800);
+  ExpectSpools();
 }
 
 TEST_F(OrlPrinterTest, CentringUsesThePageWidthAndTextContinuesWhereTheLastEnded) {
@@ -233,9 +223,8 @@ TEST_F(OrlPrinterTest, CentringUsesThePageWidthAndTextContinuesWhereTheLastEnded
   document.NewLine();                 // 312 twips
   document.TextOut(1, std::nullopt);  // a null text is written empty
   document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()),
-            (Lines{"1 SETFONT Arial 10", "1 TEXTOUT 4.125,0.25 abc", "1 TEXTOUT 4.375,0.25 de",
-                   "1 TEXTOUT 1,0.466667 ", "1 ENDDOC"}));
+  KeepSpool("centred, continued, a new line");
+  ExpectSpools();
   EXPECT_EQ(document.PageWidth(), 8);  // 8.5 inches, rounded half to even
   EXPECT_EQ(document.PageHeight(), 11);
   EXPECT_FLOAT_EQ(document.MaxYPos(), 9);
@@ -250,9 +239,8 @@ TEST_F(OrlPrinterTest, MemoOutWrapsWordsAndPutsAnOverWideWordOnALineOfItsOwn) {
   EXPECT_EQ(document.Y(), 3 * 312);
   EXPECT_EQ(document.X(), 100 + 2 * 120);
   document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()),
-            (Lines{"1 SETFONT Courier 10", "1 TEXTOUT 100,0 aaa", "1 TEXTOUT 100,312 bbbbbbbbbbbbbbb",
-                   "1 TEXTOUT 100,624 cc dd", "1 TEXTOUT 100,936 ee", "1 ENDDOC"}));
+  KeepSpool("ten characters wide");
+  ExpectSpools();
 }
 
 TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {

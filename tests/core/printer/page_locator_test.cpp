@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <sstream>
 #include <vector>
 
 #include "engine_test_rig.h"
 #include "printer/orl_printer.h"
 #include "printer/spool_reader.h"
 #include "spool_test_files.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -50,30 +52,18 @@ TEST(PageLocatorTest, WalksForwardAndBackFromWhereTheFileStands) {
   const PageLocator locator = LocatorFor(path);
   ASSERT_EQ(locator.RecordCount(), 14);
 
-  struct Row {
-    std::int16_t wanted, shown;
-    std::int64_t position, expected;
-    const char* why;
-  };
-  const std::vector<Row> rows = {
-      {1, 0, 2, 2, "the first page drawn, the file just past its header"},
-      {2, 1, 6, 6, "paging on: the file stands at the next page's first record"},
-      {3, 2, 8, 8, "an empty page is its NEWPAGE record"},
-      {5, 1, 6, 11, "forward over pages not shown"},
-      {5, 4, 12, 12, "forward reading stops at once inside the wanted page"},
-      {6, 5, 14, 15, "forward past the last page: one past the last record"},
-      {6, 5, 99, 15, "a position past the end is taken as the last record"},
-      {2, 5, 12, 6, "back from the middle of page 5 to page 2"},
-      {1, 5, 14, 2, "back to page 1 ends on record 2, never the header"},
-      {5, 5, 14, 11, "the shown page drawn again (zoom, resize)"},
-      {3, 5, 12, 8, "back to an empty page"},
-      {4, 4, 6, 7, "back from a file standing before the page stops at once"},
-      {0, 3, 8, 2, "no page 0: back to record 2"},
-      {2, 5, 1, 3, "a position on the header is taken as record 2"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(locator.LocatePageRecord(row.wanted, row.shown, row.position), row.expected) << row.why;
+  std::istringstream rows(testing::ExpectedFile("printer/page-locator.txt"));
+  int cases = 0;
+  for (std::string row; std::getline(rows, row);) {
+    if (row.starts_with("#")) continue;
+    std::istringstream fields(row);
+    std::int16_t wanted = 0, shown = 0;
+    std::int64_t position = 0, expected = 0;
+    fields >> wanted >> shown >> position >> expected;
+    EXPECT_EQ(locator.LocatePageRecord(wanted, shown, position), expected) << row;
+    ++cases;
   }
+  EXPECT_EQ(cases, 14);
 }
 
 TEST(PageLocatorTest, HeaderOnlyFileStartsAtRecordTwo) {

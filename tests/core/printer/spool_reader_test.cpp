@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <filesystem>
 #include <limits>
 
 #include "core/support/error_number.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -19,13 +21,18 @@ using testing::SpoolBytes;
 using testing::TempFolder;
 using testing::WriteBytes;
 
-std::vector<std::string> ReadAll(const std::string& path, std::vector<std::int64_t>* usable = nullptr) {
+// The problems a reader lists for the file, then the records it hands out
+// as usable.
+std::string ReadAll(const std::string& path) {
   SpoolReader reader(path);
   SpoolCommand command;
+  std::string usable = "usable records:";
   while (reader.Next(command)) {
-    if (usable != nullptr && command.usable) usable->push_back(command.recordNumber);
+    if (command.usable) usable += " " + std::to_string(command.recordNumber);
   }
-  return reader.Problems().Lines();
+  std::vector<std::string> lines = reader.Problems().Lines();
+  lines.push_back(usable);
+  return testing::Section(std::filesystem::path(path).filename().string(), lines);
 }
 
 TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
@@ -37,11 +44,7 @@ TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
   const std::string cut = folder.File("cut-short.spl");
   WriteBytes(cut, SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 1, "whole")}) +
                       Bytes(MakeTextRecord(1, 2, 2, "partial")).substr(0, 100));
-  std::vector<std::int64_t> usable;
-  EXPECT_EQ(ReadAll(cut, &usable),
-            (std::vector<std::string>{"record 3: cut short: only 100 of 422 bytes; ignored",
-                                      "no ENDDOC record: the file ends after record 2"}));
-  EXPECT_EQ(usable, (std::vector<std::int64_t>{2}));
+  std::string read = ReadAll(cut);
 
   // Unknown keywords, impossible pages, coordinates and font sizes.
   const std::string odd = folder.File("strange-records.spl");
@@ -55,29 +58,13 @@ TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
                                                MakeTextRecord(1, -2, 10.5, "fine"),
                                                MakePageRecord(1, spool::kEndDoc),
                                                MakeTextRecord(1, 0, 0, "after the end")}));
-  usable.clear();
-  EXPECT_EQ(ReadAll(odd, &usable),
-            (std::vector<std::string>{
-                "record 2: unknown keyword \"CIRCLE\"; skipped",
-                "record 3: no keyword; skipped",
-                "record 4: page number 0 is not a page; skipped",
-                "record 5: text position (nan, 1) is off any page; skipped",
-                "record 6: LINEOUT coordinates (0, inf, 1, 1) are off any page; skipped",
-                "record 7: IMAGEOUT coordinates (1e+300, 0, 1, 1) are off any page; skipped",
-                "record 8: font size 0 is not a usable size; skipped",
-                "record 11: follows the ENDDOC of record 10",
-            }));
-  EXPECT_EQ(usable, (std::vector<std::int64_t>{9, 10, 11}));
+  read += ReadAll(odd);
 
   // Less than a header.
   const std::string tiny = folder.File("no-header.spl");
   WriteBytes(tiny, "VPR");
-  SpoolReader reader(tiny);
-  EXPECT_FALSE(reader.HasHeader());
-  SpoolCommand command;
-  EXPECT_FALSE(reader.Next(command));
-  EXPECT_EQ(reader.Problems().Lines(),
-            (std::vector<std::string>{"the file holds no header record (3 bytes)"}));
+  EXPECT_FALSE(SpoolReader(tiny).HasHeader());
+  read += ReadAll(tiny);
 
   // A header with a unit and an orientation no document has.
   SpoolRecord header = DefaultHeader();
@@ -85,12 +72,9 @@ TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
   PutInt16(header.data(), spool::kOrientation, 7);
   const std::string units = folder.File("unknown-unit.spl");
   WriteBytes(units, SpoolBytes(header, {MakePageRecord(1, spool::kEndDoc)}));
-  SpoolReader unitReader(units);
-  EXPECT_EQ(unitReader.TwipsPerUnit(), 1.0);
-  EXPECT_EQ(unitReader.Problems().Lines(),
-            (std::vector<std::string>{
-                "record 1: ScaleMode 9 is not a known unit; coordinates are read as twips",
-                "record 1: Orientation 7 is neither portrait (1) nor landscape (2); read as portrait"}));
+  EXPECT_EQ(SpoolReader(units).TwipsPerUnit(), 1.0);
+  read += ReadAll(units);
+  testing::ExpectMatchesFile(read, "printer/damaged-spools.txt");
 }
 
 TEST(SpoolReader, KeepsOnlyTheFirstThousandProblemsWordForWord) {

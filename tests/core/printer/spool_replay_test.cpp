@@ -5,6 +5,7 @@
 #include "recording_device.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -15,7 +16,6 @@ using testing::RecordingDevice;
 using testing::SpoolBytes;
 using testing::TempFolder;
 using testing::WriteBytes;
-using Calls = std::vector<std::string>;
 
 // Three pages in inches; the records are numbered 2 to 11.
 std::vector<SpoolRecord> ThreePages() {
@@ -39,31 +39,38 @@ class SpoolReplayTest : public ::testing::Test {
     return path;
   }
 
+  // The device's calls so far, kept under a heading and compared, at
+  // ExpectReplays, with the test's own file under printer/replay/.
+  void KeepCalls(std::string_view heading) {
+    replays += testing::Section(heading, device.calls);
+    device.calls.clear();
+  }
+  void ExpectReplays() {
+    const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    testing::ExpectMatchesFile(replays, "printer/replay/" + test + ".txt");
+  }
+
   TempFolder folder;
   RecordingDevice device;
+  std::string replays;
 };
 
 TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
   ReplayResult result = ReplaySpool(Spool(SpoolBytes(DefaultHeader(), ThreePages())), device, {});
-  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Font Arial 9 bold",
-                                 "Text 1440,1440 p1", "Line 0,2160 11520,2160", "EndPage", "BeginPage",
-                                 "Text 1440,1440 p2", "Box 1440,2880 4320,5760", "EndPage", "BeginPage",
-                                 "Image chart.bmp 1440,2880 4320x5760", "Text 1440,720 p3", "EndPage",
-                                 "EndDocument"}));
+  KeepCalls("three pages in inches");
   EXPECT_EQ(result.pagesBegun, 3);
   EXPECT_EQ(result.recordsRead, 10);
   EXPECT_TRUE(result.problems.Empty());
 
   // A landscape header turns the paper.
-  device.calls.clear();
   SpoolRecord landscape = DefaultHeader();
   PutInt16(landscape.data(), spool::kOrientation, 2);
   ReplayOptions a4;
   a4.page = PageSetup{11906, 16838, 1};
   ReplaySpool(Spool(SpoolBytes(landscape, {MakeTextRecord(1, 0, 0, "wide"), MakePageRecord(1, spool::kEndDoc)})),
               device, a4);
-  ASSERT_FALSE(device.calls.empty());
-  EXPECT_EQ(device.calls.front(), "BeginDocument 16838x11906 landscape");
+  KeepCalls("landscape on A4");
+  ExpectReplays();
 }
 
 TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
@@ -73,25 +80,23 @@ TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
   ReplaySpool(spool, device, options);
   // The font of page 1 is skipped with its page; the NEWPAGE of page 2 is the
   // range's last and starts nothing.
-  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1440,1440 p2",
-                                 "Box 1440,2880 4320,5760", "EndPage", "EndDocument"}));
+  KeepCalls("page 2 alone");
 
-  device.calls.clear();
   options.fromPage = 3;
   options.toPage = 2;
   ReplayResult nothing = ReplaySpool(spool, device, options);
-  EXPECT_EQ(device.calls, Calls{});
+  KeepCalls("from 3 to 2: nothing");
   EXPECT_EQ(nothing.pagesBegun, 0);
   EXPECT_EQ(nothing.recordsRead, 8);  // pages 1 and 2 lie below From; page 3 is past To
 
   // A range that holds only an empty page starts no page either.
-  device.calls.clear();
   options.fromPage = options.toPage = 1;
   ReplaySpool(Spool(SpoolBytes(DefaultHeader(),
                                {MakeFontRecord(1, "Arial", 9, false, false, false), MakePageRecord(1, spool::kNewPage),
                                 MakeTextRecord(2, 0, 0, "two"), MakePageRecord(2, spool::kEndDoc)})),
               device, options);
-  EXPECT_EQ(device.calls, Calls{});
+  KeepCalls("an empty page 1: nothing");
+  ExpectReplays();
 }
 
 TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
@@ -106,14 +111,8 @@ TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
   std::vector<std::pair<std::int64_t, std::int64_t>> progress;
   options.progress = [&](std::int64_t done, std::int64_t total) { progress.emplace_back(done, total); };
   ReplayResult result = ReplaySpool(spool, device, options);
-  const Calls copy{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1080,1260 p2", "Box 1080,2700 3960,5580",
-                   "EndPage", "BeginPage", "Image chart.bmp 1080,2700 4320x5760", "Text 1080,540 p3", "EndPage",
-                   "EndDocument"};
-  Calls expected{"Title for copy 1"};
-  expected.insert(expected.end(), copy.begin(), copy.end());
-  expected.push_back("Title for copy 2");
-  expected.insert(expected.end(), copy.begin(), copy.end());
-  EXPECT_EQ(device.calls, expected);
+  KeepCalls("pages 2 and 3 twice, moved by the offsets");
+  ExpectReplays();
   EXPECT_EQ(result.pagesBegun, 4);
   ASSERT_EQ(progress.size(), 20u);
   EXPECT_EQ(progress.front(), (std::pair<std::int64_t, std::int64_t>{1, 22}));
@@ -128,24 +127,15 @@ TEST_F(SpoolReplayTest, DamagedSpoolsReplayWhatIsValidAndReportTheRest) {
                                    MakeTextRecord(1, 1, 2, "after")}) +
       Bytes(MakeTextRecord(1, 1, 3, "cut")).substr(0, 10);
   ReplayResult result = ReplaySpool(Spool(bytes), device, {});
-  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1440,1440 before",
-                                 "Image chart.bmp 1440,2880 0x0", "Text 1440,2880 after", "EndPage",
-                                 "EndDocument"}));
+  KeepCalls("what is valid");
+  replays += testing::Section("problems", result.problems.Lines());
   EXPECT_EQ(result.missingImages, (std::vector<std::string>{"chart.bmp"}));
-  EXPECT_EQ(result.problems.Lines(),
-            (std::vector<std::string>{
-                "record 3: unknown keyword \"CIRCLE\"; skipped",
-                "record 4: picture file \"chart.bmp\" cannot be loaded; the page is left as drawn so far",
-                "record 5: page number -4 is not a page; skipped",
-                "record 7: cut short: only 10 of 422 bytes; ignored",
-                "no ENDDOC record: the file ends after record 6",
-            }));
 
   // Nothing at all to replay.
-  device.calls.clear();
   ReplayResult empty = ReplaySpool(Spool(""), device, {});
-  EXPECT_EQ(device.calls, Calls{});
-  EXPECT_EQ(empty.problems.Lines(), (std::vector<std::string>{"the file holds no header record (0 bytes)"}));
+  KeepCalls("an empty file: nothing");
+  replays += testing::Section("problems of the empty file", empty.problems.Lines());
+  ExpectReplays();
   EXPECT_THROW(ReplaySpool(folder.File("absent.spl"), device, {}), RuntimeError);
 }
 
@@ -175,11 +165,9 @@ TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
   options.shouldStop = [&] { return ++asked > 3; };
   ReplayResult stopped = ReplaySpool(spool, device, options);
   EXPECT_TRUE(stopped.stopped);
-  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Font Arial 9 bold",
-                                 "Text 1440,1440 p1", "Line 0,2160 11520,2160", "EndPage", "EndDocument"}));
+  KeepCalls("stopped after page 1");
 
   // A failing text is retried once when the host says so.
-  device.calls.clear();
   int failures = 0;
   device.beforeCall = [&](const std::string& call) {
     if (call == "Text 1440,1440 p2" && failures++ == 0) throw RuntimeError(482, "Printer error");
@@ -190,20 +178,18 @@ TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
   retry.onPrinterError = [&] { return ++retries == 1; };
   ReplayResult retried = ReplaySpool(spool, device, retry);
   EXPECT_FALSE(retried.printerFailed);
-  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage", "Text 1440,1440 p2",
-                                 "Box 1440,2880 4320,5760", "EndPage", "EndDocument"}));
+  KeepCalls("page 2 with its text retried");
 
   // Without a retry the rest is dropped.
-  device.calls.clear();
   failures = 0;
   retries = 1;
   ReplayResult failed = ReplaySpool(spool, device, retry);
   EXPECT_TRUE(failed.printerFailed);
-  EXPECT_EQ(device.calls, (Calls{"BeginDocument 12240x15840 portrait", "BeginPage"}));
+  KeepCalls("page 2 dropped at its text");
+  ExpectReplays();
 
   // A printer that stays away is asked about a bounded number of times even
   // when the host always answers retry, then the job is dropped.
-  device.calls.clear();
   device.beforeCall = [&](const std::string& call) {
     if (call == "Text 1440,1440 p2") throw RuntimeError(482, "Printer error");
   };
@@ -232,14 +218,13 @@ TEST_F(SpoolReplayTest, ThePageIndexFindsEachPageForTheirOwnReplay) {
   // Backwards from the last page to the second, as the preview pages; where
   // each page starts shows in what is replayed.
   EXPECT_EQ(ReplayPage(reader, index, 3, device), (std::vector<std::string>{}));
-  EXPECT_EQ(device.calls, (Calls{"BeginPage", "Image chart.bmp 1440,2880 4320x5760", "Text 1440,720 p3", "EndPage"}));
-  device.calls.clear();
+  KeepCalls("page 3");
   ReplayPage(reader, index, 2, device);
-  EXPECT_EQ(device.calls, (Calls{"BeginPage", "Text 1440,1440 p2", "Box 1440,2880 4320,5760", "EndPage"}));
-  device.calls.clear();
+  KeepCalls("page 2");
   ReplayPage(reader, index, 4, device);
   ReplayPage(reader, index, 9, device);
-  EXPECT_EQ(device.calls, (Calls{"BeginPage", "EndPage", "BeginPage", "EndPage"}));
+  KeepCalls("the empty page 4, then page 9 past the end");
+  ExpectReplays();
 
   device.missingImages = {"chart.bmp"};
   EXPECT_EQ(ReplayPage(reader, index, 3, device), (std::vector<std::string>{"chart.bmp"}));

@@ -8,6 +8,7 @@
 #include "core/support/error_number.h"
 #include "spool_test_files.h"
 #include "support/runtime_error.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -20,9 +21,7 @@ using testing::SpoolBytes;
 using testing::TempFolder;
 using testing::WriteBytes;
 
-std::string Expected(const std::string& name) {
-  return ReadBytes(std::string(CW_TEST_DATA_DIR) + "/printer/text-export/" + name);
-}
+std::string Expected(const std::string& name) { return testing::ExpectedFile("printer/text-export/" + name); }
 
 // Exports the spool made of `bytes` and returns the text file's bytes.
 std::string Export(TempFolder& folder, const std::string& bytes, std::vector<std::string>* problems = nullptr) {
@@ -87,13 +86,7 @@ TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
       Bytes(MakeTextRecord(1, 0, 2, "cut")).substr(0, 300);
   std::vector<std::string> problems;
   EXPECT_EQ(Export(folder, bytes, &problems), Expected("damaged-spool.txt"));
-  EXPECT_EQ(problems, (std::vector<std::string>{
-                          "record 3: unknown keyword \"CIRCLE\"; skipped",
-                          "record 4: text position (nan, 1) is off any page; skipped",
-                          "record 5: text at column 43200 is beyond the widest line (32767); skipped",
-                          "record 6: cut short: only 300 of 422 bytes; ignored",
-                          "no ENDDOC record: the file ends after record 5",
-                      }));
+  testing::ExpectMatchesFile(testing::Section("problems", problems), "printer/text-export/damaged-spool-problems.txt");
 }
 
 TEST(TextExport, AFailedWriteLeavesNothingUnderTheTargetName) {

@@ -5,6 +5,7 @@
 
 #include "settings/edition.h"
 #include "support/runtime_error.h"
+#include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 
 namespace cw {
@@ -13,17 +14,8 @@ namespace {
 using testing::TempFolder;
 
 TEST(ProfileIntValue, LeadingWholeNumberLikeTheProfileFunction) {
-  struct Case {
-    const char* text;
-    std::int32_t expected;
-  };
-  const Case cases[] = {
-      {"4", 4},          {"  12abc", 12},   {"\t7 lines", 7},   {"-3", -3},     {"+5", 5},
-      {"abc", 0},        {"-", 0},          {"0x1F", 31},       {"0XfF", 255},  {"0x", 0},
-      {"1.9", 1},        {"4294967297", 1},  // wraps at 32 bits
-      {"2147483648", INT32_MIN},
-  };
-  for (const Case& c : cases) EXPECT_EQ(ProfileIntValue(c.text), c.expected) << '"' << c.text << '"';
+  testing::ExpectTableMatches("settings/profile-ints.txt",
+                              [](const std::string& text) { return std::to_string(ProfileIntValue(text)); });
 }
 
 TEST(ProfileIntFromText, DefaultsForWhatIsMissing) {

@@ -11,6 +11,7 @@
 #include "settings/settings_values.h"
 #include "settings/startup.h"
 #include "support/runtime_error.h"
+#include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 
 namespace cw {
@@ -52,15 +53,10 @@ TEST(GetOptionsSaveOptions, StoreFailuresShowTheModernBox) {
 }
 
 TEST(SettingValues, LastTabAndFlags) {
-  for (auto [stored, tab] : {std::pair{"1", 1}, {"7", 7}, {"0", 1}, {"-4", 1}, {"12", 8}, {"", 1}, {"two", 1}}) {
-    EXPECT_EQ(ClampLastTab(stored, 8), tab) << stored;
-  }
-
-  for (const char* yes : {"1", "-1", " True "}) EXPECT_TRUE(SettingIsTrue(yes)) << yes;
-  for (const char* no : {"0", "FALSE"}) EXPECT_FALSE(SettingIsTrue(no)) << no;
-  for (const char* bad : {"", "yes", "on"}) {
-    EXPECT_EQ(test::ErrorNumberOf([&] { SettingIsTrue(bad); }), err::kTypeMismatch) << bad;
-  }
+  testing::ExpectTableMatches("settings/setting-values.txt", [](const std::string& stored) {
+    return "tab " + std::to_string(ClampLastTab(stored, 8)) + ", flag " +
+           test::OutcomeText([&] { return std::string(SettingIsTrue(stored) ? "true" : "false"); });
+  });
 }
 
 // The whole state in one line, for readable failures.

@@ -37,4 +37,14 @@ RaisedError ErrorOf(Call&& call) {
   return {};
 }
 
+// What a call gives, as text, or "error N" for the runtime error it raises.
+template <typename Call>
+std::string OutcomeText(Call&& call) {
+  try {
+    return call();
+  } catch (const RuntimeError& error) {
+    return "error " + std::to_string(error.Number());
+  }
+}
+
 }  // namespace cw::test

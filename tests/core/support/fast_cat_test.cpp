@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/support/error_number.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -24,35 +26,18 @@ std::string State(const cFastCat& builder) {
          "|" + std::to_string(builder.Length());
 }
 
-// Appends within a page join exactly. An append that spills over starts its
-// tail on the next page r / 2 characters early when the tail is not clipped
-// at the start of the text, so part of the text is repeated and as much lost;
-// page 1 takes what fits of the tail, the position still moves by the whole
-// remainder, and the value ends in blanks. Length counts full pages in
-// characters (two bytes each) and the current page in bytes.
+// Before the colon the page size, after it the appends, split at ", ".
 TEST(FastCatTest, AppendsJoinWithinAPageAndSpillOverAsTheyAlwaysHave) {
-  struct Case {
-    std::int32_t pageSize;
-    std::vector<std::string> appends;
-    std::string state;
-    std::int32_t capacity;
-  };
-  const Case cases[] = {
-      {100, {"abc"}, "abc|0|6|6", 100},
-      {100, {"abc", "defgh", ""}, "abcdefgh|0|16|16", 100},
-      {8, {"abcd"}, "abcd|0|8|8", 8},
-      {8, {"abc", "defgh"}, "abcddefg|1|8|12", 16},
-      {20, {"ABCDEFGHIJKL"}, "ABCDEFGHIJIJ|1|4|14", 40},  // K and L lost, I and J repeated
-      {8, {"abcd", "ef"}, "abcdef|1|4|8", 16},           // a page filled to the last byte spills nothing twice
-      {4, {"abcdefgh"}, "abab    |1|12|14", 8},
-  };
-  for (const Case& c : cases) {
-    cFastCat builder = WithPageSize(c.pageSize);
-    for (const std::string& text : c.appends) builder.Append(text);
-    EXPECT_EQ(State(builder), c.state) << c.pageSize;
-    EXPECT_EQ(builder.Capacity(), c.capacity) << c.state;
+  testing::ExpectTableMatches("support/fast-cat-appends.txt", [](const std::string& row) {
+    const std::size_t colon = row.find(": ");
+    cFastCat builder = WithPageSize(std::stoi(row.substr(0, colon)));
+    std::istringstream appends(row.substr(colon + 2));
+    for (std::string text; std::getline(appends, text, ',');) {
+      builder.Append(text.starts_with(' ') ? text.substr(1) : text);
+    }
     EXPECT_EQ(builder.LengthB(), 2 * builder.Length());
-  }
+    return State(builder) + " capacity " + std::to_string(builder.Capacity());
+  });
 }
 
 TEST(FastCatTest, ResetKeepsThePagesAndClearDropsThem) {
