@@ -68,13 +68,14 @@ TEST_F(OutputSafety, AnOutputThatIsAnInputOrNoFileIsRefusedHoweverItIsSpelt) {
       {"--png " + Quote(log_), "not a folder"},
   };
   const std::string before = ReadFile(log_);
+  const std::string settingsBefore = ReadFile(settings_);
   for (const auto& [output, said] : cases) {
     SCOPED_TRACE(output);
     ExpectRun(Report("--report daily" + kJanuary + output), 2, said);
   }
   EXPECT_EQ(ReadFile(log_), before);
   EXPECT_EQ(ReadFile(busy_), "01/05/2026,9:00AM,60\r\n");
-  EXPECT_EQ(ReadFile(settings_), "[Reports]\r\nCallType=InOut\r\n");
+  EXPECT_EQ(ReadFile(settings_), settingsBefore);
   EXPECT_TRUE(fs::is_symlink(Path("link-to-settings")));
   EXPECT_TRUE(fs::is_directory(Path("folder")));
 
