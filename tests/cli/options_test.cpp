@@ -100,28 +100,11 @@ TEST_F(Options, TypedNamesAreReadInTheLogsCharacterSet) {
             "--search holds \"\xE2\x86\x92\", which the call log cannot hold");
 }
 
+// The messages are in the transcript.
 TEST_F(Options, OptionsWinOverBrokenSettingsWhichAreNamed) {
-  Write("settings.ini", "[Reports]\r\nFromDate=banana\r\nToDate=01/31/2026\r\n");
-  const ProgramRun overridden = Report("--report history --from 01/01/2026");
-  ExpectRun(overridden, 0);
-  EXPECT_EQ(overridden.err, "");
-  ExpectRun(Report("--report history --period month --today 01/20/2026"), 0);
-  const ProgramRun stored = Report("--report history");
-  EXPECT_EQ(stored.status, 2);
-  EXPECT_EQ(stored.err, "cwreport: the setting \"FromDate\" in " + settings_ +
-                            " is \"banana\", not a date mm/dd/yyyy: give --from or correct the setting\n");
-
-  // A settings file that cannot hold settings is said to be ignored, named
-  // by --settings or by CW_SETTINGS (a folder is OutputSafety's).
-  const std::string garbage = Write("garbage.ini", std::string("\x7F" "ELF\0\0\x01", 7));
-  const std::string request =
-      " --log " + Quote(log_) + " --path " + Quote(folder_.string()) + " --report history --from 01/01/2026";
-  const ProgramRun run = Cwreport("--settings " + Quote(garbage) + request);
-  ExpectRun(run, 0);
-  EXPECT_TRUE(run.err.starts_with("cwreport: the settings file \"" + garbage + "\" ")) << run.err;
-  ::setenv("CW_SETTINGS", garbage.c_str(), 1);
-  EXPECT_EQ(Cwreport(request).err, run.err);
-  ::unsetenv("CW_SETTINGS");
+  Write("broken.ini", "[Reports]\r\nFromDate=banana\r\nToDate=01/31/2026\r\nLogs=" + log_ + "\r\n");
+  Write("garbage.ini", std::string("\x7F" "ELF\0\0\x01", 7));
+  ExpectTranscript("broken-settings.txt");
 }
 
 }  // namespace

@@ -40,16 +40,6 @@ class OutputSafety : public ReportTest {
   std::string Shell(const std::string& arguments) const {
     return Quote(CwreportProgram()) + " " + arguments + " 2>" + Quote(Path("err.txt"));
   }
-  // A shell command in a child process, its standard output on `out` if given.
-  static pid_t Spawn(const std::string& command, int out = -1) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-      if (out >= 0) ::dup2(out, STDOUT_FILENO);
-      ::execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
-      ::_exit(127);
-    }
-    return child;
-  }
 
   std::string busy_;
 };

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -65,6 +66,17 @@ inline std::string RunShell(const std::string& command, int* status = nullptr) {
   const int result = ::pclose(pipe);
   if (status != nullptr) *status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
   return out;
+}
+
+// A shell command in a child process, its standard output on `out` if given.
+inline pid_t Spawn(const std::string& command, int out = -1) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (out >= 0) ::dup2(out, STDOUT_FILENO);
+    ::execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+    ::_exit(127);
+  }
+  return child;
 }
 
 inline std::string CwreportProgram() {
@@ -131,20 +143,23 @@ class CliTest : public ::testing::Test {
     return Path(name);
   }
   ProgramRun Cwreport(const std::string& arguments) { return RunCwreport(arguments, folder_ / "stderr.txt"); }
-  // Runs the "$ cwreport ..." lines of a transcript in tests/data/cli, as
-  // the shell would in the test's folder with `environment` set, and
-  // compares the transcript of what they did with the file: after each
-  // command its standard output, its standard error with every line marked
-  // "! ", and its exit status; at the end, the names left in the folder. The
-  // folder's own path reads as $DIR. Lines that begin with # are comments.
+  // Runs the "$ cwreport ..." lines of a transcript in tests/data/cli (a
+  // variable may be set before the program's name), as the shell would in
+  // the test's folder with `environment` set, and compares the transcript
+  // of what they did with the file: after each command its standard output,
+  // its standard error with every line marked "! ", and its exit status; at
+  // the end, the names left in the folder. The folder's own path reads as
+  // $DIR. Lines that begin with # are comments.
   void ExpectTranscript(const std::string& name, const std::string& environment = {}) {
     std::istringstream expected(ReadFile(kCliData + name));
     std::string actual;
     for (std::string line; std::getline(expected, line);) {
       if (line.starts_with("#")) actual += line + "\n";
-      if (!line.starts_with("$ cwreport ")) continue;
-      const std::string before = "cd " + Quote(folder_.string()) + " && " + environment + " ";
-      const ProgramRun run = RunCwreport(line.substr(11), folder_ / ".stderr", before);
+      const std::size_t program = line.find("cwreport ");
+      if (!line.starts_with("$ ") || program == std::string::npos) continue;
+      const std::string before =
+          "cd " + Quote(folder_.string()) + " && " + environment + " " + line.substr(2, program - 2);
+      const ProgramRun run = RunCwreport(line.substr(program + 9), folder_ / ".stderr", before);
       std::string err = run.err.empty() ? "" : "! " + Replaced(run.err, "\n", "\n! ");
       err.resize(err.size() - (err.ends_with("! ") ? 2 : 0));
       actual += line + "\n" + Replaced(run.out + err, folder_.string(), "$DIR") + "[exit " +
