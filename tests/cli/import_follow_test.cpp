@@ -44,17 +44,10 @@ class Follow : public CliTest {
   }
 
   void Start(const std::string& cdr, const std::string& log) {
-    const std::string program = CwreportProgram();
-    const std::string out = Path("out.txt"), err = Path("err.txt");
-    child_ = ::fork();
-    ASSERT_GE(child_, 0);
-    if (child_ == 0) {
-      if (!std::freopen(out.c_str(), "w", stdout) || !std::freopen(err.c_str(), "w", stderr)) std::_Exit(99);
-      ::execl(program.c_str(), program.c_str(), "import", "--follow", "--settings", "/dev/null", "--cdr", cdr.c_str(),
-              "--log", log.c_str(), "--trunk", "SIP/telco=1", "--inbound-context", "from-pstn",
-              static_cast<char*>(nullptr));
-      std::_Exit(98);
-    }
+    child_ = Spawn("exec " + Quote(CwreportProgram()) + " import --follow --settings /dev/null --cdr " + Quote(cdr) +
+                   " --log " + Quote(log) + " --trunk SIP/telco=1 --inbound-context from-pstn >" +
+                   Quote(Path("out.txt")) + " 2>" + Quote(Path("err.txt")));
+    ASSERT_GT(child_, 0);
   }
 
   // Waits until the log holds `records` records (or the follower ended).

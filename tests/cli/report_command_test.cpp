@@ -1,5 +1,6 @@
-// cwreport report requests, run as the program itself: exit status, the exact
+// cwreport report requests, run as the program itself: exit status, the
 // messages on stderr, the outputs and what is left of them after an error.
+// The requests refused are with the usage errors (Options).
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -28,53 +29,6 @@ class ReportCommand : public ReportTest {
   }
 };
 
-// Table: the arguments, and all of standard error: the form's box, then a
-// line that says what to give. The log is looked for first: a missing From
-// is not mentioned.
-TEST_F(ReportCommand, RefusedRequestsExitWithTwoAndTheMessageOfTheForm) {
-  const std::string kMissingLog =
-      "Cannot Find the Call Logs File: If you are using a shared log then please make sure the file exists and "
-      "reset the path to the proper log folder.\n";
-  const std::string kGiveLog = "): give it with --log FILE, and the logging program's folder with --path DIR\n";
-  const std::string kNoFrom = "Missing Start Date\ncwreport: give the first day with --from DATE, or a --period\n";
-  const std::string kNoSearch = "cwreport: give the name or number to look for with --search TEXT\n";
-  const std::string kOwnSettings = "--settings " + Quote(settings_) + " --report daily";
-  const std::pair<std::string, std::string> cases[] = {
-      {kOwnSettings + " --log " + Quote(Path("missing.txt")),
-       kMissingLog + "cwreport: there is no call log at \"" + Path("missing.txt") + "\" (from --log" + kGiveLog},
-      {kOwnSettings, kMissingLog + "cwreport: no call log is named (no --log, and the setting \"Logs\" in " +
-                         settings_ + " is empty" + kGiveLog},
-      // Nothing in the settings and no --from.
-      {DataOptions() + "--report daily --to 01/31/2026", kNoFrom},
-      {DataOptions() + "--report name" + kJanuary, "Missing Search Criteria: Please Enter a Name\n" + kNoSearch},
-      {DataOptions() + "--report number --search ' '" + kJanuary,
-       "Missing Search Criteria: Please Enter a Number\n" + kNoSearch},
-      {DataOptions() + "--report abandoned" + kJanuary,
-       "Missing Filter: Please Choose One or More Options\n"
-       "cwreport: choose the calls with --unanswered, --rings N and/or --not-lasting SECONDS\n"},
-      {DataOptions() + "--report abandoned --not-lasting 12a" + kJanuary,
-       "Missing Filter (Time In Seconds): Please Enter a Valid Numberic Time In Seconds\n"
-       "cwreport: --not-lasting needs a whole number of seconds\n"},
-      {DataOptions() + "--report abandoned --unanswered --rings ''" + kJanuary,
-       "Missing Filter (Rings): Please Enter a Valid Numberic Ring Count\n"
-       "cwreport: --rings needs a whole number of rings\n"},
-      {DataOptions() + "--report line" + kJanuary,
-       "Callwarden Reports: No line # was selected.\nChoose a line # or check the \"All Lines\" option.\n"
-       "cwreport: choose lines with --lines LIST, or every line with --lines all\n"},
-  };
-  const std::string settingsBefore = ReadFile(settings_);
-  for (const auto& [arguments, err] : cases) {
-    SCOPED_TRACE(arguments);
-    const ProgramRun run = Cwreport(arguments + " --pdf " + Quote(Path("refused.pdf")));
-    EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.err, err);
-    EXPECT_EQ(run.out, "");
-    EXPECT_FALSE(fs::exists(Path("refused.pdf")));
-  }
-  // A refused request changes no setting.
-  EXPECT_EQ(ReadFile(settings_), settingsBefore);
-}
-
 // The filter options reach the request, which stores them (which keys, and
 // the figures of the report, are Dispatch's and DetailReports').
 TEST_F(ReportCommand, AnAbandonedCallsRequestStoresItsFilter) {
@@ -87,25 +41,17 @@ TEST_F(ReportCommand, AnAbandonedCallsRequestStoresItsFilter) {
   }
 }
 
-// Where each report's box names its procedure is the core report tests'.
+// The messages are in the transcript, whose list of files shows that no
+// output was left.
 TEST_F(ReportCommand, ALogDateThatCannotBeBuiltIsAnErrorAndLeavesNoOutput) {
   std::string log = JanuaryLog();
   log.replace(log.find("01/06/2026"), 10, "01/xx/2026");
-  // The box echoes the record; its control bytes must not reach a terminal.
   log.replace(log.find("MILLER SUSAN"), 12, "MILLER \x1b[2J\a");
   Write("CallLog.txt", log);
-  for (const auto& [report, echo] : {std::pair{"daily", "MILLER \\x1b[2J\\x07"}, {"history", "Print_Detail"}}) {
-    SCOPED_TRACE(report);
-    const ProgramRun run = Report(std::string("--report ") + report + kJanuary + "--pdf " + Quote(Path("new.pdf")) +
-                                  " --text " + Quote(Path("new.txt")) + " --spool " + Quote(Path("new.spl")));
-    ExpectRun(run, 1, echo);
-    EXPECT_TRUE(run.err.starts_with("Error: ")) << run.err;
-    EXPECT_EQ(run.err.find_first_of("\x1b\a"), std::string::npos) << run.err;
-    for (const char* name : {"new.pdf", "new.txt", "new.spl"}) EXPECT_FALSE(fs::exists(Path(name))) << name;
-  }
-  // An empty To is not checked: it fails in the request's conversion (the
-  // box is Dispatch's).
-  ExpectRun(Report("--report history --from 01/01/2026 --to ''"), 1, "procedure cmdPrintQuery_Click.");
+  ExpectRun(Report("--report history" + kJanuary + "--pdf " + Quote(Path("new.pdf")) + " --text " +
+                   Quote(Path("new.txt")) + " --spool " + Quote(Path("new.spl"))),
+            1, "\nProcedure Name: Print_Detail.\n");
+  ExpectTranscript("bad-log-date.txt", "CW_SETTINGS=settings.ini");
 }
 
 TEST_F(ReportCommand, OutputsOfOneDocumentAgree) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -13,8 +14,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace cw::testing {
@@ -65,19 +68,63 @@ inline std::string RunShell(const std::string& command, int* status = nullptr) {
   return out;
 }
 
+// A shell command in a child process, its standard output on `out` if given.
+inline pid_t Spawn(const std::string& command, int out = -1) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (out >= 0) ::dup2(out, STDOUT_FILENO);
+    ::execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+    ::_exit(127);
+  }
+  return child;
+}
+
 inline std::string CwreportProgram() {
   const char* fromEnvironment = std::getenv("CWREPORT");
   return fromEnvironment ? fromEnvironment : CW_BINARY_DIR "/src/cli/cwreport";
 }
 
-// arguments are already quoted for the shell; standard error is kept apart
-// in run.err by way of errFile.
-inline ProgramRun RunCwreport(const std::string& arguments, const std::filesystem::path& errFile) {
+// arguments are already quoted for the shell, and `before` goes before the
+// program (a folder to go to, variables to set); standard error is kept
+// apart in run.err by way of errFile.
+inline ProgramRun RunCwreport(const std::string& arguments, const std::filesystem::path& errFile,
+                              const std::string& before = {}) {
   ProgramRun run;
-  run.out = RunShell(Quote(CwreportProgram()) + " " + arguments + " 2>" + Quote(errFile.string()), &run.status);
+  run.out = RunShell(before + Quote(CwreportProgram()) + " " + arguments + " 2>" + Quote(errFile.string()),
+                     &run.status);
   run.err = ReadFile(errFile);
   std::filesystem::remove(errFile);
   return run;
+}
+
+inline const std::string kCliData = CW_TEST_DATA_DIR "/cli/";
+
+// Compares a text with its expected file in tests/data/cli; on a difference
+// the actual text is left in the build folder for a look with diff.
+inline void ExpectMatchesFile(const std::string& actual, const std::string& name) {
+  if (actual == ReadFile(kCliData + name)) return;
+  const std::string actualFile = CW_BINARY_DIR "/" + name + ".actual";
+  std::ofstream(actualFile, std::ios::binary) << actual;
+  ADD_FAILURE() << "the output differs from tests/data/cli/" << name << "; the actual one is in " << actualFile;
+}
+
+// The lines of a table in tests/data/cli, each split at its " | " into the
+// case and what it must give; lines that begin with # say the columns.
+inline std::vector<std::pair<std::string, std::string>> TableOf(const std::string& name) {
+  std::vector<std::pair<std::string, std::string>> rows;
+  std::istringstream lines(ReadFile(kCliData + name));
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t bar = line.find(" | ");
+    if (!line.starts_with("#") && bar != std::string::npos) rows.emplace_back(line.substr(0, bar), line.substr(bar + 3));
+  }
+  return rows;
+}
+
+inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
 }
 
 // A fresh folder for each test, removed after it.
@@ -96,6 +143,32 @@ class CliTest : public ::testing::Test {
     return Path(name);
   }
   ProgramRun Cwreport(const std::string& arguments) { return RunCwreport(arguments, folder_ / "stderr.txt"); }
+  // Runs the "$ cwreport ..." lines of a transcript in tests/data/cli (a
+  // variable may be set before the program's name), as the shell would in
+  // the test's folder with `environment` set, and compares the transcript
+  // of what they did with the file: after each command its standard output,
+  // its standard error with every line marked "! ", and its exit status; at
+  // the end, the names left in the folder. The folder's own path reads as
+  // $DIR. Lines that begin with # are comments.
+  void ExpectTranscript(const std::string& name, const std::string& environment = {}) {
+    std::istringstream expected(ReadFile(kCliData + name));
+    std::string actual;
+    for (std::string line; std::getline(expected, line);) {
+      if (line.starts_with("#")) actual += line + "\n";
+      const std::size_t program = line.find("cwreport ");
+      if (!line.starts_with("$ ") || program == std::string::npos) continue;
+      const std::string before =
+          "cd " + Quote(folder_.string()) + " && " + environment + " " + line.substr(2, program - 2);
+      const ProgramRun run = RunCwreport(line.substr(program + 9), folder_ / ".stderr", before);
+      std::string err = run.err.empty() ? "" : "! " + Replaced(run.err, "\n", "\n! ");
+      err.resize(err.size() - (err.ends_with("! ") ? 2 : 0));
+      actual += line + "\n" + Replaced(run.out + err, folder_.string(), "$DIR") + "[exit " +
+                std::to_string(run.status) + "]\n\n";
+    }
+    actual += "[files:";
+    for (const std::string& file : Names()) actual += " " + file;
+    ExpectMatchesFile(actual + "]\n", name);
+  }
   // The names in the folder, hidden ones too, sorted.
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
@@ -114,12 +187,13 @@ inline void ExpectRun(const ProgramRun& run, int status, const std::string& errP
 }
 
 // Report requests on a log of the test's own, in a folder with settings that
-// name no log: the data options come first, the request's arguments follow.
+// name it and the folder as the logging program's; the data options that
+// name them again come first, the request's arguments follow.
 class ReportTest : public CliTest {
  protected:
   void UseLog(const std::string& log) {
     log_ = Write("CallLog.txt", log);
-    settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\n");
+    settings_ = Write("settings.ini", "[Reports]\r\nCallType=InOut\r\nLogs=" + log_ + "\r\nPath=" + folder_.string() + "\r\n");
   }
   std::string DataOptions() const {
     return "--settings " + Quote(settings_) + " --path " + Quote(folder_.string()) + " --log " + Quote(log_) + " ";

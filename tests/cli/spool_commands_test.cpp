@@ -51,59 +51,16 @@ class SpoolCommands : public CliTest {
 
 };
 
-TEST_F(SpoolCommands, DumpPrintsEveryRecordOnOneLine) {
-  const std::string spool = WriteTwoPageSpool("listing.spool", "C:\\Chart.bmp");
-  const ProgramRun run = Cwreport("dump " + Quote(spool));
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_EQ(run.err, "");
-  EXPECT_EQ(run.out,
-            "     1     - HEADER   Orientation=1 ScaleMode=5 Spacing=1.3 AutoHeadings=False "
-            "AutoHeadingsFontName=\"Arial\" AutoHeadingsFontSize=12 AutoHeadingsFontAttr=0 AutoNewPage=False "
-            "Title=\"Daily Call Statistics\" SubTitle=\"\"\n"
-            "     2     1 SETFONT  name=\"Arial\" size=9 bold=False italic=False underline=False\n"
-            "     3     1 TEXTOUT  x=0.5 y=1.4 text=\"Total Calls\"\n"
-            "     4     1 TEXTOUT  x=3 y=1.4 text=\"caf\u00e9 \\\"quoted\\\"\"\n"
-            "     5     1 LINEOUT  x1=0.5 y1=1.6 x2=7.5 y2=1.6\n"
-            "     6     1 BOXOUT   x1=0.5 y1=2 x2=2 y2=3\n"
-            "     7     1 IMAGEOUT x=1 y=4 width=2 height=1.5 file=\"C:\\\\Chart.bmp\"\n"
-            "     8     1 NEWPAGE\n"
-            "     9     2 SETFONT  name=\"Times New Roman\" size=12 bold=True italic=False underline=True\n"
-            "    10     2 TEXTOUT  x=1 y=1 text=\"Second page\"\n"
-            "    11     2 ENDDOC\n");
-}
-
-TEST_F(SpoolCommands, DumpOfADamagedSpoolPrintsWhatIsValidAndReportsTheRest) {
-  const std::string spool = WriteSpool("damaged.spool", {MakeTextRecord(1, 1, 1, "first"), MakePageRecord(1, "FROB"),
-                                                         MakeTextRecord(1, 1, 2, "tab\there")});
-  // A record cut short at the end, and no ENDDOC.
-  std::ofstream(spool, std::ios::binary | std::ios::app) << std::string(100, 'x');
-
-  // Which problems the reader finds is SpoolReader's; each is told with the
-  // spool's name and the record.
-  const ProgramRun run = Cwreport("dump " + Quote(spool));
-  ExpectRun(run, 1, spool + ": record 3: ");
-  for (const char* line : {"     2     1 TEXTOUT  x=1 y=1 text=\"first\"\n",
-                           "     3     1 \"FROB\" (unknown keyword)\n",
-                           "     4     1 TEXTOUT  x=1 y=2 text=\"tab\\x09here\"\n"}) {
-    EXPECT_THAT(run.out, HasSubstr(line));
-  }
-  EXPECT_THAT(run.err, HasSubstr("no ENDDOC"));
-}
-
-// A spool that cannot be read is status 1, named; no output is left. (The
-// usage errors of dump and export are with the others in options_test.)
-TEST_F(SpoolCommands, SpoolsThatCannotBeReadAreStatusOne) {
-  const std::string stub = Quote(Write("stub.spool", "VPR"));  // shorter than a header
-  const std::string none = Quote(Path("none.spool"));
-  for (const auto& [arguments, err] : {std::pair{"dump " + none, "error 53"}, {"dump " + stub, "no header record"},
-                                       {"export " + none + " --pdf " + Quote(Path("x.pdf")), "error 53"}}) {
-    SCOPED_TRACE(arguments);
-    const ProgramRun run = Cwreport(arguments);
-    ExpectRun(run, 1, err);
-    EXPECT_EQ(run.out, "");
-  }
-  EXPECT_FALSE(fs::exists(Path("x.pdf")));
-  EXPECT_THAT(Cwreport("dump " + none).err, HasSubstr(Path("none.spool")));
+// What each command prints and leaves is in the transcript.
+TEST_F(SpoolCommands, DumpAndExportTellWhatTheyFoundAndLeaveNoHalfWrittenFile) {
+  WriteTwoPageSpool("chart.spool", "C:\\Chart.bmp");
+  WriteTwoPageSpool("listing.spool");
+  const std::string damaged = WriteSpool("damaged.spool", {MakeTextRecord(1, 1, 1, "first"), MakePageRecord(1, "FROB"),
+                                                           MakeTextRecord(1, 1, 2, "tab\there")});
+  std::ofstream(damaged, std::ios::binary | std::ios::app) << std::string(100, 'x');
+  Write("stub.spool", "VPR");  // shorter than a header
+  Write("file", "a file, not a folder");
+  ExpectTranscript("spool-commands.txt");
 }
 
 TEST_F(SpoolCommands, ExportWritesTextPdfAndPageImages) {
@@ -135,24 +92,6 @@ TEST_F(SpoolCommands, ExportWritesTextPdfAndPageImages) {
   EXPECT_FALSE(fs::exists(fs::path(pages) / "page-0003.png"));
   // The width and height, big-endian in the PNG header.
   EXPECT_EQ(ReadFile(fs::path(pages) / "page-0001.png").substr(16, 8), std::string("\0\0\x01\x9D\0\0\x02\x49", 8));
-}
-
-TEST_F(SpoolCommands, ExportNamesAMissingPictureAndStillWritesThePages) {
-  const std::string spool = WriteTwoPageSpool("chart.spool", Path("Chart.bmp"));
-  const std::string pdf = Path("chart.pdf");
-  const ProgramRun run = Cwreport("export " + Quote(spool) + " --pdf " + Quote(pdf));
-  ExpectRun(run, 1, "record 7: picture file \"" + Path("Chart.bmp") + "\"");
-  EXPECT_TRUE(fs::exists(pdf));
-}
-
-TEST_F(SpoolCommands, ExportToAnUnwritablePathLeavesNothingBehind) {
-  const std::string spool = Quote(WriteTwoPageSpool("listing.spool"));
-  Write("file", "a file, not a folder");
-  for (const char* option : {" --pdf ", " --png ", " --text "}) {
-    SCOPED_TRACE(option);
-    ExpectRun(Cwreport("export " + spool + option + Quote(Path("file/out"))), 1, "file/out");
-  }
-  EXPECT_EQ(Names(), (std::vector<std::string>{"file", "listing.spool"}));
 }
 
 }  // namespace
