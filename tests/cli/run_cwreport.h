@@ -20,6 +20,8 @@
 #include <utility>
 #include <vector>
 
+#include "testing/expected_file.h"
+
 namespace cw::testing {
 
 using ::testing::HasSubstr;
@@ -99,15 +101,6 @@ inline ProgramRun RunCwreport(const std::string& arguments, const std::filesyste
 
 inline const std::string kCliData = CW_TEST_DATA_DIR "/cli/";
 
-// Compares a text with its expected file in tests/data/cli; on a difference
-// the actual text is left in the build folder for a look with diff.
-inline void ExpectMatchesFile(const std::string& actual, const std::string& name) {
-  if (actual == ReadFile(kCliData + name)) return;
-  const std::string actualFile = CW_BINARY_DIR "/" + name + ".actual";
-  std::ofstream(actualFile, std::ios::binary) << actual;
-  ADD_FAILURE() << "the output differs from tests/data/cli/" << name << "; the actual one is in " << actualFile;
-}
-
 // The lines of a table in tests/data/cli, each split at its " | " into the
 // case and what it must give; lines that begin with # say the columns.
 inline std::vector<std::pair<std::string, std::string>> TableOf(const std::string& name) {
@@ -167,7 +160,7 @@ class CliTest : public ::testing::Test {
     }
     actual += "[files:";
     for (const std::string& file : Names()) actual += " " + file;
-    ExpectMatchesFile(actual + "]\n", name);
+    ExpectMatchesFile(actual + "]\n", "cli/" + name);
   }
   // The names in the folder, hidden ones too, sorted.
   std::vector<std::string> Names() const {

@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -19,6 +17,7 @@
 #include <vector>
 
 #include "testing/case_table.h"
+#include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 #include "printer/fixed_pitch_metrics.h"
 #include "printer/scale_mode.h"
@@ -33,18 +32,12 @@
 namespace cw::testing {
 
 inline std::string ReportFixture(std::string_view name) {
-  std::ifstream in(std::string(CW_TEST_DATA_DIR) + "/reports/" + std::string(name), std::ios::binary);
-  EXPECT_TRUE(in.good()) << "missing fixture " << name;
-  return std::string(std::istreambuf_iterator<char>(in), {});
+  return ExpectedFile("reports/" + std::string(name));
 }
 
-// Compares a text export with its expected file; on a difference the actual
-// text is left in the build folder for a look with diff.
+// Compares a text export with its expected file under tests/data/reports.
 inline void ExpectMatchesFixture(const std::string& actual, std::string_view expectedName) {
-  if (actual == ReportFixture(expectedName)) return;
-  const std::string actualFile = std::string(CW_BINARY_DIR) + "/" + std::string(expectedName) + ".actual";
-  std::ofstream(actualFile, std::ios::binary) << actual;
-  ADD_FAILURE() << "text export differs from " << expectedName << "; actual text in " << actualFile;
+  ExpectMatchesFile(actual, "reports/" + std::string(expectedName));
 }
 
 // The lines of a text export, without their line ends.
