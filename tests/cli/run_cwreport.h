@@ -113,13 +113,6 @@ inline std::vector<std::pair<std::string, std::string>> TableOf(const std::strin
   return rows;
 }
 
-inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
-    text.replace(at, from.size(), to);
-  }
-  return text;
-}
-
 // A fresh folder for each test, removed after it.
 class CliTest : public ::testing::Test {
  protected:

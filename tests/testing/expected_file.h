@@ -43,6 +43,15 @@ inline void ExpectMatchesFile(const std::string& actual, std::string_view name) 
   ADD_FAILURE() << "output differs from tests/data/" << name << "; actual output in " << actualFile;
 }
 
+// The text with every `from` written as `to`: a scratch folder's path as a
+// name that stays the same from run to run, for example.
+inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
 // Line ends written out as \r and \n, so that one line of a table holds them.
 inline std::string Visible(std::string_view text) {
   std::string shown;

@@ -210,10 +210,7 @@ struct BasicRig {
     const std::size_t before = host.previews.size();
     std::string done = TakeBoxes(host, Run(from, to, chart));
     if (host.previews.size() > before) done += host.previews.back().text;
-    for (std::size_t at; (at = done.find(folder.Path().string())) != std::string::npos;) {
-      done.replace(at, folder.Path().string().size(), "<folder>");
-    }
-    ExpectMatchesFixture(done, expected);
+    ExpectMatchesFixture(Replaced(done, folder.Path().string(), "<folder>"), expected);
   }
 
   // The text export of the one document previewed.
