@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string>
 
+#include "core/support/error_number.h"
 #include "reports/chart_handover.h"
 #include "support/file_helpers.h"
 #include "support/runtime_error.h"
@@ -88,13 +89,9 @@ TEST(BarChartTest, WhatCannotBeDrawnOrWrittenIsAnError) {
   EXPECT_THROW((void)chart.DrawChart(), RuntimeError);
 
   const std::string file = "/nonexistent-folder-cw/Chart.bmp";
-  try {
-    DrawBarChartBitmap(MakeBarChart({"L1"}, {3}), file);
-    FAIL() << "wrote into a missing folder";
-  } catch (const RuntimeError& error) {
-    EXPECT_EQ(error.Number(), err::kPathFileAccess);
-    EXPECT_NE(error.Description().find(file), std::string::npos) << error.Description();
-  }
+  const test::RaisedError error = test::ErrorOf([&] { DrawBarChartBitmap(MakeBarChart({"L1"}, {3}), file); });
+  EXPECT_EQ(error.number, err::kPathFileAccess);
+  EXPECT_NE(error.description.find(file), std::string::npos) << error.description;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <QColor>
 #include <QDir>
 #include <QImage>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,15 +11,14 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <iterator>
 #include <mutex>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <thread>
 
 #include "platform/pdf_page_device.h"
 #include "platform/png_page_device.h"
-#include "platform/poppler_tools.h"
 #include "platform/qt_text_metrics.h"
 #include "core/support/error_number.h"
 #include "support/runtime_error.h"
@@ -26,16 +26,23 @@
 namespace cw {
 namespace {
 
-using testing::PdfPageText;
-using testing::RunTool;
-
 constexpr PageSetup kLetter{12240, 15840, 1};
+const FontSpec kArial9{"Arial", 9};
 
-FontSpec Arial9() {
-  FontSpec font;
-  font.name = "Arial";
-  font.points = 9;
-  return font;
+// The standard output of a poppler tool (pdftotext, pdfinfo, pdffonts,
+// pdftoppm), which reads the PDF back as a reader of the file would see it;
+// a failure to run it fails the test.
+std::string RunTool(const QString& program, const QStringList& arguments) {
+  QProcess process;
+  process.start(program, arguments);
+  EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
+  EXPECT_EQ(process.exitCode(), 0) << program.toStdString() << ": " << process.readAllStandardError().toStdString();
+  return process.readAllStandardOutput().toStdString();
+}
+
+// The text of one page (1-based), laid out as on the page.
+std::string PdfPageText(const QString& pdf, int page) {
+  return RunTool("pdftotext", {"-layout", "-f", QString::number(page), "-l", QString::number(page), pdf, "-"});
 }
 
 // A picture whose left half is white and right half red.
@@ -57,16 +64,13 @@ TEST(PdfPageDeviceTest, TextsLandOnTheirPagesAtTheirPlacesInEmbeddedFonts) {
     PdfPageDevice device(pdf.toStdString(), "Daily Call Statistics");
     device.BeginDocument(kLetter);
     device.BeginPage();
-    device.SetFont(Arial9());
+    device.SetFont(kArial9);
     device.Text(1440, 1440, "Total Calls");
     device.Line(1440, 1700, 10800, 1700);
     device.Box(1440, 2000, 4000, 3000);
     device.EndPage();
     device.BeginPage();
-    FontSpec times = Arial9();
-    times.name = "Times New Roman";
-    times.bold = true;
-    device.SetFont(times);
+    device.SetFont(FontSpec{"Times New Roman", 9, true});
     device.Text(2880, 7200, "Second page caf\xE9 \x80 5");
     device.EndPage();
     device.EndDocument();
@@ -82,22 +86,15 @@ TEST(PdfPageDeviceTest, TextsLandOnTheirPagesAtTheirPlacesInEmbeddedFonts) {
   const std::string fonts = RunTool("pdffonts", {pdf});
   EXPECT_NE(fonts.find("LiberationSans"), std::string::npos) << fonts;
   EXPECT_NE(fonts.find("LiberationSerif-Bold"), std::string::npos) << fonts;
-  // Columns: name type encoding emb sub uni object ID; every font embedded.
-  const std::regex fontLine(R"(\S+\s+(yes|no)\s+(yes|no)\s+(yes|no)\s+\d+\s+\d+\s*$)");
-  int fontLines = 0;
-  std::istringstream lines(fonts);
-  for (std::string line; std::getline(lines, line);) {
-    std::smatch match;
-    if (!std::regex_search(line, match, fontLine)) continue;
-    ++fontLines;
-    EXPECT_EQ(match[1], "yes") << line;
-  }
-  EXPECT_EQ(fontLines, 2) << fonts;
+  // Columns: name type encoding emb sub uni object ID; both fonts embedded.
+  const std::regex embedded(R"(\s+yes\s+(yes|no)\s+(yes|no)\s+\d+\s+\d+\s*\n)");
+  EXPECT_EQ(std::distance(std::sregex_iterator(fonts.begin(), fonts.end(), embedded), std::sregex_iterator()), 2)
+      << fonts;
 
   // One inch from the left, and as wide as the metrics measured it
   // (coordinates in points: 20 twips each).
   QtTextMetrics metrics;
-  const double right = (1440 + metrics.TextWidth(Arial9(), "Total Calls")) / 20.0;
+  const double right = (1440 + metrics.TextWidth(kArial9, "Total Calls")) / 20.0;
   const std::string boxes = RunTool("pdftotext", {"-bbox", "-f", "1", "-l", "1", pdf, "-"});
   const auto total = boxes.find("xMin=\"72.");
   ASSERT_NE(total, std::string::npos) << boxes;
@@ -156,7 +153,7 @@ TEST(PngPageDeviceTest, OnePictureAPageAtTheChosenResolution) {
     device.BeginDocument(kLetter);
     for (int page = 1; page <= 3; ++page) {
       device.BeginPage();
-      device.SetFont(Arial9());
+      device.SetFont(kArial9);
       device.Text(720, 720, "Page text");
       device.Line(0, 150, 1440, 150);  // y = 7.5 pixels
       device.Box(2880, 2880, 4320, 4320);
@@ -253,7 +250,7 @@ TEST(PageDevicesTest, FailedOrUnfinishedOutputLeavesNothingBehind) {
     PdfPageDevice device(dir.filePath("cut.pdf").toStdString());
     device.BeginDocument(kLetter);
     device.BeginPage();
-    device.SetFont(Arial9());
+    device.SetFont(kArial9);
     device.Text(0, 0, "never finished");
   }
   const QString folder = dir.filePath("cut");
