@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <algorithm>
+#include <filesystem>
 
 #include "core/support/error_number.h"
 #include "engine_test_rig.h"
@@ -45,6 +46,10 @@ class OrlPrinterTest : public ::testing::Test {
     const std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
     testing::ExpectMatchesFile(spools, "printer/orl/" + test + ".txt");
   }
+  void ExpectSpool(std::string_view heading) {
+    KeepSpool(heading);
+    ExpectSpools();
+  }
   // The automatic heading block in 10-point Arial.
   void Headings() {
     document.SetAutoHeadings(true);
@@ -59,23 +64,11 @@ class OrlPrinterTest : public ::testing::Test {
   std::string spools;
 };
 
-TEST_F(OrlPrinterTest, AnEmptyDocumentIsTheDefaultHeaderAndOneEndDoc) {
+// Properties kept in the header record rewrite it in place; AutoNewPage and
+// SubTitle are left as they were when the next document begins.
+TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneAndTwoCarryOverToTheNextDocument) {
   document.BeginDoc();
-  document.SetAutoHeadings(true);
-  document.EndDoc();
-
-  SpoolRecord header = testing::DefaultHeader();
-  PutBool(header.data(), spool::kAutoHeadings, true);
-  EXPECT_EQ(ReadBytes(document.PrintFile()), Bytes(header) + Bytes(MakePageRecord(1, spool::kEndDoc)));
-  EXPECT_TRUE(newPages.empty());  // no drawing call: no heading, no OnNewPage
-  EXPECT_EQ(document.TotalPages(), 1);
-
-  document.DestroyReport();
-  EXPECT_TRUE(folder.Names().empty());
-}
-
-TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppending) {
-  document.BeginDoc();
+  EXPECT_EQ(ReadBytes(document.PrintFile()), Bytes(testing::DefaultHeader()));
   document.TextOut(0, "first");
   document.SetOrientation(2);
   document.SetScaleMode(1);
@@ -83,47 +76,41 @@ TEST_F(OrlPrinterTest, HeaderPropertiesRewriteRecordOneWhileCommandsKeepAppendin
   document.SetAutoHeadings(true);
   document.SetAutoHeadingsFontName("Arial Narrow");
   document.SetAutoHeadingsFontSize(11);
-  document.SetAutoHeadingsFontAttr(5);
+  document.SetAutoHeadingsFontAttr(-70000);
   document.SetAutoNewPage(true);
   document.SetTitle("Call Detail");
-  document.SetSubTitle("Report Period: 11/01/2026 - 11/22/2026");
+  document.SetSubTitle(" Report Period ");
   document.TextOut(0, "second");
   document.EndDoc();
-
-  const std::string bytes = ReadBytes(document.PrintFile());
-  const SpoolHeader h = DecodeHeader(bytes.data());
+  SpoolHeader h = DecodeHeader(ReadBytes(document.PrintFile()).data());
   EXPECT_EQ((std::vector<double>{double(h.orientation), double(h.scaleMode), h.spacing, double(h.autoHeadings),
                                  double(h.autoHeadingsFontSize), double(h.autoHeadingsFontAttr), double(h.autoNewPage)}),
-            (std::vector<double>{2, 1, 1.5, 1, 11, 5, 1}));
+            (std::vector<double>{2, 1, 1.5, 1, 11, -70000, 1}));
   EXPECT_EQ((std::vector<std::string>{h.autoHeadingsFontName, h.title, h.subTitle}),
-            (std::vector<std::string>{"Arial Narrow", "Call Detail", "Report Period: 11/01/2026 - 11/22/2026"}));
+            (std::vector<std::string>{"Arial Narrow", "Call Detail", "Report Period"}));
   KeepSpool("both texts in order");
-  ExpectSpools();
-}
 
-TEST_F(OrlPrinterTest, AutoNewPageAndSubTitleCarryOverToTheNextDocument) {
-  document.BeginDoc();
-  const std::string fresh = ReadBytes(document.PrintFile()).substr(0, kSpoolRecordSize);
-  EXPECT_EQ(fresh.substr(120, 2), std::string(2, '\0'));
-  EXPECT_EQ(fresh.substr(222), std::string(200, '\0'));  // a new object's SubTitle
-  document.SetAutoNewPage(true);
-  document.SetSubTitle("Period");
-  document.SetTitle("First");
-  document.SetScaleMode(1);
-  document.EndDoc();
   const std::string first = document.PrintFile();
-
+  newPages.clear();
   document.BeginDoc();
+  document.SetAutoHeadings(true);
   document.EndDoc();
   EXPECT_NE(document.PrintFile(), first);
-  const std::string header = ReadBytes(document.PrintFile()).substr(0, kSpoolRecordSize);
-  EXPECT_EQ(header.substr(120, 2), "\xFF\xFF");
-  EXPECT_EQ(header.substr(222), "Period" + std::string(194, ' '));
-  EXPECT_EQ(header.substr(122, 100), std::string(100, ' '));
-  EXPECT_EQ(header.substr(2, 2), std::string("\x05\x00", 2));
+  h = DecodeHeader(ReadBytes(document.PrintFile()).data());
+  EXPECT_EQ((std::vector<double>{double(h.orientation), double(h.scaleMode), double(h.autoNewPage)}),
+            (std::vector<double>{1, 5, 1}));
+  EXPECT_EQ((std::vector<std::string>{h.title, h.subTitle}), (std::vector<std::string>{"", "Report Period"}));
+  KeepSpool("no drawing call: no heading, one ENDDOC");
+  EXPECT_TRUE(newPages.empty());
+  EXPECT_EQ(document.TotalPages(), 1);
   // The object keeps its own copies too.
-  EXPECT_EQ(document.Title(), "First");
+  EXPECT_EQ(document.Title(), "Call Detail");
   EXPECT_EQ(document.ScaleMode(), 1);
+  ExpectSpools();
+
+  const std::string second = document.PrintFile();
+  document.DestroyReport();
+  EXPECT_FALSE(std::filesystem::exists(second));
 }
 
 TEST_F(OrlPrinterTest, SetFontReopensASpoolFileThatWasDeleted) {
@@ -145,8 +132,7 @@ TEST_F(OrlPrinterTest, SetFontCutsAndTrimsTheNameAndMapsTheAttributeBits) {
   document.SetFont(std::string(199, 'n') + "  tail", 12, 1);
   document.TextOut(0, "abc");  // bold 12 points: 3 x 158.4 twips
   document.EndDoc();
-  KeepSpool("the name trimmed, then cut to 199 characters");
-  ExpectSpools();
+  ExpectSpool("the name trimmed, then cut to 199 characters");
   EXPECT_DOUBLE_EQ(document.X(), 3 * 158.4);
 }
 
@@ -166,8 +152,7 @@ TEST_F(OrlPrinterTest, PagesBreakOnlyWhenYIsStrictlyBelowTheBottomLimit) {
   document.NewPage();
   document.NewPage();
   document.EndDoc();
-  KeepSpool("the break comes only past the limit");
-  ExpectSpools();
+  ExpectSpool("the break comes only past the limit");
   EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2, 3, 4}));
   EXPECT_EQ(document.TotalPages(), 4);
   EXPECT_FLOAT_EQ(document.MaxYPos(), 15000);
@@ -188,8 +173,7 @@ TEST_F(OrlPrinterTest, TheHeadingBlockIsPrintedAtTheFirstDrawingCallAndOnEveryNe
   // half an inch from the right edge; two lines of 240 x 1.3 twips down; the
   // subtitle centred and one more line; then the body font again. (A reader
   // cannot tell trailing spaces from the field's padding.)
-  KeepSpool("a heading block on each page");
-  ExpectSpools();
+  ExpectSpool("a heading block on each page");
   EXPECT_EQ(newPages, (std::vector<std::int16_t>{1, 2}));
 }
 
@@ -223,8 +207,7 @@ TEST_F(OrlPrinterTest, CentringUsesThePageWidthAndTextContinuesWhereTheLastEnded
   document.NewLine();                 // 312 twips
   document.TextOut(1, std::nullopt);  // a null text is written empty
   document.EndDoc();
-  KeepSpool("centred, continued, a new line");
-  ExpectSpools();
+  ExpectSpool("centred, continued, a new line");
   EXPECT_EQ(document.PageWidth(), 8);  // 8.5 inches, rounded half to even
   EXPECT_EQ(document.PageHeight(), 11);
   EXPECT_FLOAT_EQ(document.MaxYPos(), 9);
@@ -239,8 +222,7 @@ TEST_F(OrlPrinterTest, MemoOutWrapsWordsAndPutsAnOverWideWordOnALineOfItsOwn) {
   EXPECT_EQ(document.Y(), 3 * 312);
   EXPECT_EQ(document.X(), 100 + 2 * 120);
   document.EndDoc();
-  KeepSpool("ten characters wide");
-  ExpectSpools();
+  ExpectSpool("ten characters wide");
 }
 
 TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
@@ -362,10 +344,7 @@ TEST_F(OrlPrinterTest, AnErrorTheDocumentTrapsIsShownOnceAndEndsTheDocument) {
   document.OnNewPage = [](std::int16_t) {};
   BeginInTwips();
   EXPECT_FALSE(document.Failed());
-  document.TextOut(0, "fine");
-  document.EndDoc();
-  EXPECT_EQ(DescribeSpool(document.PrintFile()), (Lines{"1 TEXTOUT 0,0 fine", "1 ENDDOC"}));
-  document.DestroyReport();
+  EXPECT_NO_THROW(document.TextOut(0, "fine"));
 
   // Without a box to show them in, trapped errors pass on to the caller.
   OrlPrinterEnvironment silent = rig.Environment();
@@ -375,8 +354,6 @@ TEST_F(OrlPrinterTest, AnErrorTheDocumentTrapsIsShownOnceAndEndsTheDocument) {
   quiet.EndDoc();
   EXPECT_THROW(quiet.TextOut(0, "late"), RuntimeError);
   EXPECT_TRUE(quiet.Failed());
-  quiet.DestroyReport();
-  EXPECT_EQ(rig.errors.size(), 1u);
 
   // Header properties need an open spool.
   OrlPrinter unopened(rig.Environment());

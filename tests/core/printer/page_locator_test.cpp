@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <sstream>
-#include <vector>
 
-#include "engine_test_rig.h"
-#include "printer/orl_printer.h"
 #include "printer/spool_reader.h"
 #include "spool_test_files.h"
 #include "testing/expected_file.h"
@@ -63,63 +59,17 @@ TEST(PageLocatorTest, WalksForwardAndBackFromWhereTheFileStands) {
     EXPECT_EQ(locator.LocatePageRecord(wanted, shown, position), expected) << row;
     ++cases;
   }
-  EXPECT_EQ(cases, 14);
+  EXPECT_EQ(cases, 15);
 }
 
-TEST(PageLocatorTest, HeaderOnlyFileStartsAtRecordTwo) {
+TEST(PageLocatorTest, ShortFilesStartAtRecordTwoAndEndPastTheirLastRecord) {
   TempFolder folder;
-  const std::string path = folder.File("header.spl");
+  const std::string path = folder.File("short.spl");
   WriteBytes(path, SpoolBytes(DefaultHeader(), {}));
-  const PageLocator locator = LocatorFor(path);
-  EXPECT_EQ(locator.LocatePageRecord(1, 0, 2), 2);
-  EXPECT_EQ(locator.LocatePageRecord(1, 3, 2), 2);
-}
-
-// Pages as the engine writes them: whichever page is shown and wherever
-// drawing left the file, the answer is the wanted page's first record.
-TEST(PageLocatorTest, EveryPageFromEveryPageOfAnEngineDocument) {
-  TempFolder folder;
-  ::setenv("TMPDIR", folder.Path().c_str(), 1);
-  testing::EngineTestRig rig;
-  OrlPrinter document(rig.Environment());
-  document.BeginDoc();
-  document.SetScaleMode(5);
-  document.SetAutoHeadings(true);
-  document.SetAutoNewPage(true);
-  document.SetAutoHeadingsFontName("Arial");
-  document.SetAutoHeadingsFontSize(10);
-  document.SetFont("Arial", 10, 0);
-  for (int row = 0; row < 300; ++row) {
-    document.TextOut(0.5, "row " + std::to_string(row));
-    document.NewLine();
-  }
-  document.EndDoc();
-  ::unsetenv("TMPDIR");
-  ASSERT_GE(document.TotalPages(), 5);
-
-  const PageLocator locator = LocatorFor(document.PrintFile());
-  const std::vector<SpoolCommand> commands = testing::ReadCommands(document.PrintFile());
-  auto pageOf = [&](std::int64_t record) { return commands.at(static_cast<std::size_t>(record - 2)).page; };
-  // Where drawing page `shown` leaves the file: just past its NEWPAGE record.
-  auto after = [&](std::int16_t shown) {
-    std::int64_t record = *locator.Index().FirstRecord(shown);
-    while (commands.at(static_cast<std::size_t>(record - 2)).keyword != SpoolKeyword::kNewPage &&
-           commands.at(static_cast<std::size_t>(record - 2)).keyword != SpoolKeyword::kEndDoc) {
-      ++record;
-    }
-    return record + 1;
-  };
-  const std::int16_t last = document.TotalPages();
-  for (std::int16_t shown = 1; shown <= last; ++shown) {
-    for (std::int16_t wanted = 1; wanted <= last; ++wanted) {
-      const std::int64_t record = locator.LocatePageRecord(wanted, shown, after(shown));
-      EXPECT_EQ(pageOf(record), wanted) << "from page " << shown << " to " << wanted;
-      if (record > 2) {
-        EXPECT_LT(pageOf(record - 1), wanted) << "from page " << shown << " to " << wanted;
-      }
-    }
-  }
-  document.DestroyReport();
+  EXPECT_EQ(LocatorFor(path).LocatePageRecord(1, 0, 2), 2);
+  EXPECT_EQ(LocatorFor(path).LocatePageRecord(1, 3, 2), 2);
+  WriteBytes(path, SpoolBytes(DefaultHeader(), {MakePageRecord(1, spool::kEndDoc)}));
+  EXPECT_EQ(LocatorFor(path).LocatePageRecord(2, 1, 2), 3);
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <tuple>
-#include <utility>
 
 #include "spool_test_files.h"
 
@@ -33,7 +31,6 @@ TEST(SpoolFormat, HeaderCreationValuesByteForByte) {
                                + Zeros(200);    // SubTitle: never written
   ASSERT_EQ(expected.size(), kSpoolRecordSize);
   EXPECT_EQ(Bytes(header), expected);
-
 }
 
 TEST(SpoolFormat, CommandLayoutsByteForByte) {
@@ -75,31 +72,6 @@ TEST(SpoolFormat, TextFieldsAreCutAtTheirWidths) {
   EXPECT_EQ(Bytes(header).substr(122, 101), std::string(100, 't') + '\0');
   PutText(header.data(), spool::kSubTitle, spool::kSubTitleWidth, std::string(201, 's'));
   EXPECT_EQ(Bytes(header).substr(222), std::string(200, 's'));
-}
-
-// Text, image and plain font records are read back in every replay and
-// export test; these are the fields those leave out.
-TEST(SpoolFormat, DecodingReadsWhatWasWritten) {
-  SpoolCommand command;
-  DecodeCommand(MakeFontRecord(-2, "  Arial  ", 12, true, false, true).data(), 7, command);
-  EXPECT_EQ((std::pair{command.recordNumber, command.page}), (std::pair<std::int64_t, std::int16_t>{7, -2}));
-  EXPECT_EQ(command.font, (FontSpec{"Arial", 12, true, false, true}));
-  DecodeCommand(MakeTextRecord(4, 1.5, 2.25, "  12 calls  ").data(), 8, command);
-  EXPECT_EQ(command.text, "  12 calls");  // leading spaces are text, trailing ones padding
-  DecodeCommand(MakePageRecord(1, "newpage").data(), 10, command);
-  EXPECT_EQ(command.keyword, SpoolKeyword::kUnknown);
-  EXPECT_EQ(command.keywordText, "newpage");
-
-  SpoolRecord header{};
-  ApplyHeaderCreationValues(header);
-  EXPECT_EQ(DecodeHeader(header.data()).subTitle, "");  // never written: empty, not zero bytes
-  PutInt32(header.data(), spool::kAutoHeadingsFontAttr, -70000);
-  PutText(header.data(), spool::kSubTitle, spool::kSubTitleWidth, " Period ");
-  const SpoolHeader decoded = DecodeHeader(header.data());
-  EXPECT_EQ((std::tuple{decoded.orientation, decoded.scaleMode, decoded.spacing, decoded.autoHeadingsFontName,
-                        decoded.autoHeadingsFontSize, decoded.autoHeadingsFontAttr, decoded.title, decoded.subTitle}),
-            (std::tuple<std::int16_t, std::int16_t, double, std::string, std::int16_t, std::int32_t, std::string,
-                        std::string>{1, 5, 1.3, "Arial", 12, -70000, "", "Period"}));
 }
 
 }  // namespace

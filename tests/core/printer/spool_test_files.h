@@ -4,10 +4,9 @@
 
 #include <signal.h>
 #include <sys/resource.h>
-#include <cstdio>
 #include <unistd.h>
 
-#include <stdexcept>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -67,53 +66,25 @@ inline SpoolRecord HeaderWithScaleMode(std::int16_t scaleMode) {
   return header;
 }
 
-// Every command record of a spool file, as a reader hands them out.
-inline std::vector<SpoolCommand> ReadCommands(const std::string& path) {
-  SpoolReader reader(path);
-  std::vector<SpoolCommand> commands;
-  SpoolCommand command;
-  while (reader.Next(command)) commands.push_back(command);
-  return commands;
-}
-
-// One line per command record, for comparing a spool with a table:
-// "1 TEXTOUT 720,720 Date: 11/22/2026", "1 SETFONT Arial 10 bold italic",
-// "2 NEWPAGE", "1 LINEOUT 0,1 8,1", "1 IMAGEOUT chart.bmp 1,2 w3 h4".
-inline std::string Describe(const SpoolCommand& command) {
-  auto number = [](double value) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%g", value);
-    return std::string(text);
-  };
-  std::string line = std::to_string(command.page) + " " + command.keywordText;
-  switch (command.keyword) {
-    case SpoolKeyword::kSetFont:
-      line += " " + command.font.name + " " + number(command.font.points);
-      if (command.font.bold) line += " bold";
-      if (command.font.italic) line += " italic";
-      if (command.font.underline) line += " underline";
-      break;
-    case SpoolKeyword::kTextOut:
-      line += " " + number(command.x1) + "," + number(command.y1) + " " + command.text;
-      break;
-    case SpoolKeyword::kLineOut:
-    case SpoolKeyword::kBoxOut:
-      line += " " + number(command.x1) + "," + number(command.y1) + " " + number(command.x2) + "," +
-              number(command.y2);
-      break;
-    case SpoolKeyword::kImageOut:
-      line += " " + command.text + " " + number(command.x1) + "," + number(command.y1) + " w" +
-              number(command.ImageWidth()) + " h" + number(command.ImageHeight());
-      break;
-    default:
-      break;
-  }
-  return line;
-}
-
+// One line per command record of a spool file, for comparing a spool with a
+// table: "1 TEXTOUT 720,720 Date: 11/22/2026", "1 SETFONT Arial 10 bold
+// italic", "2 NEWPAGE", "1 LINEOUT 0,1 8,1". Numbers are printed as %g does.
 inline std::vector<std::string> DescribeSpool(const std::string& path) {
+  SpoolReader reader(path);
   std::vector<std::string> lines;
-  for (const SpoolCommand& command : ReadCommands(path)) lines.push_back(Describe(command));
+  for (SpoolCommand c; reader.Next(c);) {
+    std::ostringstream line;
+    line << c.page << " " << c.keywordText;
+    if (c.keyword == SpoolKeyword::kSetFont) {
+      line << " " << c.font.name << " " << c.font.points << (c.font.bold ? " bold" : "")
+           << (c.font.italic ? " italic" : "") << (c.font.underline ? " underline" : "");
+    } else if (c.keyword == SpoolKeyword::kTextOut) {
+      line << " " << c.x1 << "," << c.y1 << " " << c.text;
+    } else if (c.keyword == SpoolKeyword::kLineOut || c.keyword == SpoolKeyword::kBoxOut) {
+      line << " " << c.x1 << "," << c.y1 << " " << c.x2 << "," << c.y2;
+    }
+    lines.push_back(line.str());
+  }
   return lines;
 }
 
