@@ -39,11 +39,6 @@ class FileSizeLimit {
   sighandler_t previousHandler_ = SIG_DFL;
 };
 
-// Record `number` (1-based) of a spool's bytes.
-inline std::string RecordAt(const std::string& bytes, std::size_t number) {
-  return bytes.substr((number - 1) * kSpoolRecordSize, kSpoolRecordSize);
-}
-
 // A header with the creation values (AutoNewPage false, SubTitle zero bytes).
 inline SpoolRecord DefaultHeader() {
   SpoolRecord header{};
