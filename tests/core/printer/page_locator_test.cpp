@@ -22,29 +22,10 @@ PageLocator LocatorFor(const std::string& path) {
   return PageLocator(std::move(index), reader.RecordCount());
 }
 
-// Five pages, page 3 empty; record numbers on the right.
-std::string FivePages() {
-  return SpoolBytes(DefaultHeader(), {
-                                         MakeFontRecord(1, "Arial", 9, false, false, false),  // 2
-                                         MakeTextRecord(1, 1, 1, "one"),                     // 3
-                                         MakeTextRecord(1, 1, 2, "one more"),                // 4
-                                         MakePageRecord(1, spool::kNewPage),                 // 5
-                                         MakeTextRecord(2, 1, 1, "two"),                     // 6
-                                         MakePageRecord(2, spool::kNewPage),                 // 7
-                                         MakePageRecord(3, spool::kNewPage),                 // 8
-                                         MakeTextRecord(4, 1, 1, "four"),                    // 9
-                                         MakePageRecord(4, spool::kNewPage),                 // 10
-                                         MakeTextRecord(5, 1, 1, "five"),                    // 11
-                                         MakeTextRecord(5, 1, 2, "five more"),               // 12
-                                         MakeTextRecord(5, 1, 3, "five again"),              // 13
-                                         MakePageRecord(5, spool::kEndDoc),                  // 14
-                                     });
-}
-
 TEST(PageLocatorTest, WalksForwardAndBackFromWhereTheFileStands) {
   TempFolder folder;
   const std::string path = folder.File("five.spl");
-  WriteBytes(path, FivePages());
+  WriteBytes(path, testing::SpoolFromText("five-pages"));
   const PageLocator locator = LocatorFor(path);
   ASSERT_EQ(locator.RecordCount(), 14);
 

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cmath>
 #include <filesystem>
-#include <limits>
 
 #include "core/support/error_number.h"
 #include "spool_test_files.h"
@@ -37,8 +35,6 @@ std::string ReadAll(const std::string& path) {
 
 TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
   TempFolder folder;
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  const double inf = std::numeric_limits<double>::infinity();
 
   // A file cut short in the middle of a record, without ENDDOC.
   const std::string cut = folder.File("cut-short.spl");
@@ -46,18 +42,8 @@ TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
                       Bytes(MakeTextRecord(1, 2, 2, "partial")).substr(0, 100));
   std::string read = ReadAll(cut);
 
-  // Unknown keywords, impossible pages, coordinates and font sizes.
   const std::string odd = folder.File("strange-records.spl");
-  WriteBytes(odd, SpoolBytes(DefaultHeader(), {MakePageRecord(1, "CIRCLE"),
-                                               MakePageRecord(1, ""),
-                                               MakeTextRecord(0, 1, 1, "page zero"),
-                                               MakeTextRecord(1, nan, 1, "nan"),
-                                               MakeGraphicsRecord(1, spool::kLineOut, 0, inf, 1, 1),
-                                               MakeImageRecord(1, "x.bmp", 1e300, 0, 1, 1),
-                                               MakeFontRecord(1, "Arial", 0, false, false, false),
-                                               MakeTextRecord(1, -2, 10.5, "fine"),
-                                               MakePageRecord(1, spool::kEndDoc),
-                                               MakeTextRecord(1, 0, 0, "after the end")}));
+  WriteBytes(odd, testing::SpoolFromText("strange-records"));
   read += ReadAll(odd);
 
   // Less than a header.

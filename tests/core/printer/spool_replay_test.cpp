@@ -14,22 +14,9 @@ using testing::Bytes;
 using testing::DefaultHeader;
 using testing::RecordingDevice;
 using testing::SpoolBytes;
+using testing::SpoolFromText;
 using testing::TempFolder;
 using testing::WriteBytes;
-
-// Three pages in inches; the records are numbered 2 to 11.
-std::vector<SpoolRecord> ThreePages() {
-  return {MakeFontRecord(1, "Arial", 9, true, false, false),       // 2
-          MakeTextRecord(1, 1, 1, "p1"),                          // 3
-          MakeGraphicsRecord(1, spool::kLineOut, 0, 1.5, 8, 1.5),  // 4
-          MakePageRecord(1, spool::kNewPage),                     // 5
-          MakeTextRecord(2, 1, 1, "p2"),                          // 6
-          MakeGraphicsRecord(2, spool::kBoxOut, 1, 2, 3, 4),       // 7
-          MakePageRecord(2, spool::kNewPage),                     // 8
-          MakeImageRecord(3, "chart.bmp", 1, 2, 3, 4),             // 9
-          MakeTextRecord(3, 1, 0.5, "p3"),                        // 10
-          MakePageRecord(3, spool::kEndDoc)};                     // 11
-}
 
 class SpoolReplayTest : public ::testing::Test {
  protected:
@@ -56,7 +43,7 @@ class SpoolReplayTest : public ::testing::Test {
 };
 
 TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
-  ReplayResult result = ReplaySpool(Spool(SpoolBytes(DefaultHeader(), ThreePages())), device, {});
+  ReplayResult result = ReplaySpool(Spool(SpoolFromText("three-pages")), device, {});
   KeepCalls("three pages in inches");
   EXPECT_EQ(result.pagesBegun, 3);
   EXPECT_EQ(result.recordsRead, 10);
@@ -74,7 +61,7 @@ TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
 }
 
 TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
-  const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
+  const std::string spool = Spool(SpoolFromText("three-pages"));
   ReplayOptions options;
   options.fromPage = options.toPage = 2;
   ReplaySpool(spool, device, options);
@@ -91,16 +78,13 @@ TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
 
   // A range that holds only an empty page starts no page either.
   options.fromPage = options.toPage = 1;
-  ReplaySpool(Spool(SpoolBytes(DefaultHeader(),
-                               {MakeFontRecord(1, "Arial", 9, false, false, false), MakePageRecord(1, spool::kNewPage),
-                                MakeTextRecord(2, 0, 0, "two"), MakePageRecord(2, spool::kEndDoc)})),
-              device, options);
+  ReplaySpool(Spool(SpoolFromText("empty-first-page")), device, options);
   KeepCalls("an empty page 1: nothing");
   ExpectReplays();
 }
 
 TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
-  const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
+  const std::string spool = Spool(SpoolFromText("three-pages"));
   ReplayOptions options;
   options.fromPage = 2;
   options.toPage = 3;
@@ -121,11 +105,7 @@ TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
 
 TEST_F(SpoolReplayTest, DamagedSpoolsReplayWhatIsValidAndReportTheRest) {
   device.missingImages = {"chart.bmp"};
-  const std::string bytes =
-      SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 1, "before"), MakePageRecord(1, "CIRCLE"),
-                                   MakeImageRecord(1, "chart.bmp", 1, 2, 0, 0), MakeTextRecord(-4, 1, 1, "bad page"),
-                                   MakeTextRecord(1, 1, 2, "after")}) +
-      Bytes(MakeTextRecord(1, 1, 3, "cut")).substr(0, 10);
+  const std::string bytes = SpoolFromText("replay-damaged") + Bytes(MakeTextRecord(1, 1, 3, "cut")).substr(0, 10);
   ReplayResult result = ReplaySpool(Spool(bytes), device, {});
   KeepCalls("what is valid");
   replays += testing::Section("problems", result.problems.Lines());
@@ -158,7 +138,7 @@ TEST_F(SpoolReplayTest, TheLargestCopyCountEnds) {
 }
 
 TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
-  const std::string spool = Spool(SpoolBytes(DefaultHeader(), ThreePages()));
+  const std::string spool = Spool(SpoolFromText("three-pages"));
   int asked = 0;
   ReplayOptions options;
   options.copies = 3;
@@ -205,10 +185,9 @@ TEST_F(SpoolReplayTest, StopAndPrinterErrorsEndTheReplay) {
 }
 
 TEST_F(SpoolReplayTest, ThePageIndexFindsEachPageForTheirOwnReplay) {
-  std::vector<SpoolRecord> records = ThreePages();
-  records.insert(records.end() - 1, MakePageRecord(3, spool::kNewPage));  // page 4 is empty
-  records.back() = MakePageRecord(4, spool::kEndDoc);
-  const std::string path = Spool(SpoolBytes(DefaultHeader(), records));
+  const std::string threePages = SpoolFromText("three-pages");
+  const std::string path = Spool(threePages.substr(0, threePages.size() - kSpoolRecordSize) +  // page 4 is empty
+                                 Bytes(MakePageRecord(3, spool::kNewPage)) + Bytes(MakePageRecord(4, spool::kEndDoc)));
   SpoolReader reader(path);
   const SpoolPageIndex index = SpoolPageIndex::Build(reader);
   EXPECT_EQ(index.LastPage(), 4);

@@ -6,12 +6,15 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <set>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "printer/spool_format.h"
 #include "printer/spool_reader.h"
+#include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 
 namespace cw::testing {
@@ -59,6 +62,58 @@ inline SpoolRecord HeaderWithScaleMode(std::int16_t scaleMode) {
   SpoolRecord header = DefaultHeader();
   PutInt16(header.data(), spool::kScaleMode, scaleMode);
   return header;
+}
+
+// The records of a spool kept as text under tests/data/printer/spools/, one a
+// line as DescribeSpool prints them, after the header: "1 SETFONT Arial 9
+// bold", "1 TEXTOUT 1,1 p1", "1 LINEOUT 0,1.5 8,1.5", "2 NEWPAGE"; a picture
+// as "3 IMAGEOUT chart.bmp 1,2 3x4" (its width by its height). Any other
+// keyword is a record of that keyword alone. Lines starting with # are notes.
+inline std::string SpoolFromText(std::string_view name, const SpoolRecord& header = DefaultHeader()) {
+  const auto pair = [](const std::string& text, char separator) {
+    const std::size_t at = text.find(separator);
+    return std::pair{std::stod(text.substr(0, at)), std::stod(text.substr(at + 1))};
+  };
+  std::istringstream lines(ExpectedFile("printer/spools/" + std::string(name) + ".txt"));
+  std::string bytes = Bytes(header);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("#")) continue;
+    std::istringstream in(line);
+    std::int16_t page = 0;
+    std::string keyword;
+    in >> page >> keyword;
+    std::vector<std::string> words;
+    for (std::string word; in >> word;) words.push_back(word);
+    SpoolRecord record = MakePageRecord(page, keyword);
+    if (keyword == spool::kTextOut) {
+      // The text is the rest of the line after one space, blanks and all.
+      const std::size_t text = line.find(words[0]) + words[0].size() + 1;
+      const auto [x, y] = pair(words[0], ',');
+      record = MakeTextRecord(page, x, y, text < line.size() ? line.substr(text) : "");
+    } else if (keyword == spool::kLineOut || keyword == spool::kBoxOut) {
+      const auto [x1, y1] = pair(words[0], ',');
+      const auto [x2, y2] = pair(words[1], ',');
+      record = MakeGraphicsRecord(page, keyword, x1, y1, x2, y2);
+    } else if (keyword == "IMAGEOUT") {
+      const auto [x, y] = pair(words[1], ',');
+      const auto [width, height] = pair(words[2], 'x');
+      record = MakeImageRecord(page, words[0], x, y, width, height);
+    } else if (keyword == "SETFONT") {
+      std::set<std::string> attributes;
+      while (words.back() == "bold" || words.back() == "italic" || words.back() == "underline") {
+        attributes.insert(words.back());
+        words.pop_back();
+      }
+      const auto size = static_cast<std::int16_t>(std::stoi(words.back()));
+      words.pop_back();
+      std::string font = words[0];
+      for (std::size_t i = 1; i < words.size(); ++i) font += " " + words[i];
+      record = MakeFontRecord(page, font, size, attributes.count("bold") == 1, attributes.count("italic") == 1,
+                              attributes.count("underline") == 1);
+    }
+    bytes += Bytes(record);
+  }
+  return bytes;
 }
 
 // One line per command record of a spool file, for comparing a spool with a

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
 
 #include "core/support/error_number.h"
 #include "spool_test_files.h"
@@ -18,6 +16,7 @@ using testing::DefaultHeader;
 using testing::HeaderWithScaleMode;
 using testing::ReadBytes;
 using testing::SpoolBytes;
+using testing::SpoolFromText;
 using testing::TempFolder;
 using testing::WriteBytes;
 
@@ -35,18 +34,7 @@ std::string Export(TempFolder& folder, const std::string& bytes, std::vector<std
 
 TEST(TextExport, WritesEachPageLineAtItsColumns) {
   TempFolder folder;
-  // Inches: one inch is 14.4 columns.
-  const std::string spool = SpoolBytes(
-      DefaultHeader(),
-      {MakeFontRecord(1, "Arial", 9, true, false, false), MakeTextRecord(1, 0.5, 0.5, "Date: 11/22/2026"),
-       MakeTextRecord(1, 3.8125, 0.5, "Call Detail"), MakeTextRecord(1, 7, 0.5, "Page: 1"),
-       MakeGraphicsRecord(1, spool::kLineOut, 0.5, 0.9, 8, 0.9), MakeTextRecord(1, 0.5, 1, "Number"),
-       MakeTextRecord(1, 2, 1, "  Caf\xE9  "),
-       MakeTextRecord(1, 1, 1, "Over"),  // left of where the line already is
-       MakePageRecord(1, spool::kNewPage), MakePageRecord(2, spool::kNewPage),  // page 2 is empty
-       MakeTextRecord(3, 0.5, 0.5, "Date: 11/22/2026"),  // higher up: no line break of its own
-       MakeImageRecord(3, "chart.bmp", 1, 1, 2, 2), MakeTextRecord(3, 0, 1.25, ""),
-       MakePageRecord(3, spool::kEndDoc), MakeTextRecord(3, 0, 2, "never")});
+  const std::string spool = SpoolFromText("export-report");
   std::vector<std::string> problems;
   EXPECT_EQ(Export(folder, spool, &problems), Expected("report-three-pages.txt"));
   EXPECT_EQ(problems, (std::vector<std::string>{}));
@@ -54,13 +42,7 @@ TEST(TextExport, WritesEachPageLineAtItsColumns) {
 
 TEST(TextExport, RoundsColumnsHalfToEvenAndTabsPastColumnsOntoTheNextLine) {
   TempFolder folder;
-  // Twips: a column is 100 twips, and 250, 450, 650, 150 and 50 twips fall
-  // exactly halfway between two columns.
-  EXPECT_EQ(Export(folder, SpoolBytes(HeaderWithScaleMode(1),
-                                      {MakeTextRecord(1, 250, 0, "a"), MakeTextRecord(1, 450, 0, "b"),
-                                       MakeTextRecord(1, 650, 0, "c"), MakeTextRecord(1, -500, 100, "d"),
-                                       MakeTextRecord(1, 150, 100, "e"), MakeTextRecord(1, 50, 100, "f"),
-                                       MakePageRecord(1, spool::kEndDoc)})),
+  EXPECT_EQ(Export(folder, SpoolFromText("columns-in-twips", HeaderWithScaleMode(1))),
             Expected("columns-half-to-even.txt"));
   // Pixels are 15 twips: 80 pixels are column 12.
   EXPECT_EQ(Export(folder, SpoolBytes(HeaderWithScaleMode(3),
@@ -70,11 +52,7 @@ TEST(TextExport, RoundsColumnsHalfToEvenAndTabsPastColumnsOntoTheNextLine) {
 
 TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
   TempFolder folder;
-  const std::string bytes =
-      SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 0, "kept"), MakePageRecord(1, "CIRCLE"),
-                                   MakeTextRecord(1, std::numeric_limits<double>::quiet_NaN(), 1, "nan"),
-                                   MakeTextRecord(1, 3000, 1, "too far")}) +
-      Bytes(MakeTextRecord(1, 0, 2, "cut")).substr(0, 300);
+  const std::string bytes = SpoolFromText("export-damaged") + Bytes(MakeTextRecord(1, 0, 2, "cut")).substr(0, 300);
   std::vector<std::string> problems;
   EXPECT_EQ(Export(folder, bytes, &problems), Expected("damaged-spool.txt"));
   testing::ExpectMatchesFile(testing::Section("problems", problems), "printer/text-export/damaged-spool-problems.txt");
