@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <set>
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -66,9 +66,10 @@ inline SpoolRecord HeaderWithScaleMode(std::int16_t scaleMode) {
 
 // The records of a spool kept as text under tests/data/printer/spools/, one a
 // line as DescribeSpool prints them, after the header: "1 SETFONT Arial 9
-// bold", "1 TEXTOUT 1,1 p1", "1 LINEOUT 0,1.5 8,1.5", "2 NEWPAGE"; a picture
-// as "3 IMAGEOUT chart.bmp 1,2 3x4" (its width by its height). Any other
-// keyword is a record of that keyword alone. Lines starting with # are notes.
+// bold" (a font name of one word), "1 TEXTOUT 1,1 p1", "1 LINEOUT 0,1.5
+// 8,1.5", "2 NEWPAGE"; a picture as "3 IMAGEOUT chart.bmp 1,2 3x4" (its width
+// by its height). Any other keyword is a record of that keyword alone. Lines
+// starting with # are notes.
 inline std::string SpoolFromText(std::string_view name, const SpoolRecord& header = DefaultHeader()) {
   const auto pair = [](const std::string& text, char separator) {
     const std::size_t at = text.find(separator);
@@ -99,17 +100,9 @@ inline std::string SpoolFromText(std::string_view name, const SpoolRecord& heade
       const auto [width, height] = pair(words[2], 'x');
       record = MakeImageRecord(page, words[0], x, y, width, height);
     } else if (keyword == "SETFONT") {
-      std::set<std::string> attributes;
-      while (words.back() == "bold" || words.back() == "italic" || words.back() == "underline") {
-        attributes.insert(words.back());
-        words.pop_back();
-      }
-      const auto size = static_cast<std::int16_t>(std::stoi(words.back()));
-      words.pop_back();
-      std::string font = words[0];
-      for (std::size_t i = 1; i < words.size(); ++i) font += " " + words[i];
-      record = MakeFontRecord(page, font, size, attributes.count("bold") == 1, attributes.count("italic") == 1,
-                              attributes.count("underline") == 1);
+      const auto has = [&](const char* attribute) { return std::ranges::count(words, attribute) == 1; };
+      record = MakeFontRecord(page, words[0], static_cast<std::int16_t>(std::stoi(words[1])), has("bold"),
+                              has("italic"), has("underline"));
     }
     bytes += Bytes(record);
   }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <vector>
 
 #include "core/support/error_number.h"
@@ -13,7 +12,6 @@
 namespace cw {
 namespace {
 
-using testing::Bytes;
 using testing::DefaultHeader;
 using testing::ReadBytes;
 using testing::TempFolder;
@@ -30,20 +28,6 @@ TEST(SpoolWriter, AppendsRecordsAfterTheHeaderInOrder) {
   EXPECT_EQ(writer.NextRecord(), 1503);
   writer.Close();
   EXPECT_TRUE(ReadBytes(path) == testing::SpoolBytes(DefaultHeader(), records)) << "the 1502 records differ";
-}
-
-// A deleted spool reopened under its name is checked through OrlPrinter's
-// SetFont; a file replaced under the same name is not reopened: the old
-// handle goes on writing where it was.
-TEST(SpoolWriter, AFileReplacedUnderItsNameIsNotReopened) {
-  TempFolder folder;
-  const std::string other = folder.File("VPR3.tmp");
-  SpoolWriter replaced(other, DefaultHeader());
-  ASSERT_EQ(std::remove(other.c_str()), 0);
-  testing::WriteBytes(other, "other");
-  EXPECT_FALSE(replaced.ReopenIfVanished());
-  replaced.Close();
-  EXPECT_EQ(ReadBytes(other), "other");
 }
 
 TEST(SpoolWriter, AFailedWriteIsReportedWhenItHappensAndAgainByClose) {
@@ -65,20 +49,6 @@ TEST(SpoolWriter, AFailedWriteIsReportedWhenItHappensAndAgainByClose) {
   if (::access("/dev/full", W_OK) == 0) {
     EXPECT_THROW(SpoolWriter("/dev/full", DefaultHeader()), RuntimeError);
   }
-}
-
-TEST(SpoolWriter, CreatesItsFileInTheTemporaryFolderWithThePrefix) {
-  TempFolder folder;
-  ::setenv("TMPDIR", folder.Path().c_str(), 1);
-  auto writer = SpoolWriter::CreateTemporary(DefaultHeader());
-  ::unsetenv("TMPDIR");
-  EXPECT_EQ(writer->Path().rfind(folder.File("VPR"), 0), 0u) << writer->Path();
-  writer->Close();
-  EXPECT_EQ(ReadBytes(writer->Path()), Bytes(DefaultHeader()));
-
-  ::setenv("TMPDIR", folder.File("missing").c_str(), 1);
-  EXPECT_THROW(SpoolWriter::CreateTemporary(DefaultHeader()), RuntimeError);
-  ::unsetenv("TMPDIR");
 }
 
 }  // namespace

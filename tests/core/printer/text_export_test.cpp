@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 
-#include "core/support/error_number.h"
 #include "spool_test_files.h"
-#include "support/runtime_error.h"
 #include "testing/expected_file.h"
 
 namespace cw {
@@ -44,10 +42,6 @@ TEST(TextExport, RoundsColumnsHalfToEvenAndTabsPastColumnsOntoTheNextLine) {
   TempFolder folder;
   EXPECT_EQ(Export(folder, SpoolFromText("columns-in-twips", HeaderWithScaleMode(1))),
             Expected("columns-half-to-even.txt"));
-  // Pixels are 15 twips: 80 pixels are column 12.
-  EXPECT_EQ(Export(folder, SpoolBytes(HeaderWithScaleMode(3),
-                                      {MakeTextRecord(1, 80, 0, "x"), MakePageRecord(1, spool::kEndDoc)})),
-            std::string(11, ' ') + "x");
 }
 
 TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
@@ -56,26 +50,6 @@ TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
   std::vector<std::string> problems;
   EXPECT_EQ(Export(folder, bytes, &problems), Expected("damaged-spool.txt"));
   testing::ExpectMatchesFile(testing::Section("problems", problems), "printer/text-export/damaged-spool-problems.txt");
-}
-
-TEST(TextExport, AFailedWriteLeavesNothingUnderTheTargetName) {
-  TempFolder folder;
-  std::vector<SpoolRecord> rows;
-  for (int i = 0; i < 20000; ++i) rows.push_back(MakeTextRecord(1, 0, i + 1, "a row of the report"));
-  const std::string spool = folder.File("big.spl");
-  WriteBytes(spool, SpoolBytes(DefaultHeader(), rows));
-  const std::string target = folder.File("report.txt");
-  WriteBytes(target, "the previous report");
-
-  {
-    // Room for the spool, not for the text beside it.
-    testing::FileSizeLimit fullDisk(100000);
-    const test::RaisedError error = test::ErrorOf([&] { ExportSpoolToTextFile(spool, target); });
-    EXPECT_EQ(error.number, err::kPathFileAccess);
-    EXPECT_NE(error.description.find(target), std::string::npos) << error.description;
-  }
-  EXPECT_EQ(ReadBytes(target), "the previous report");
-  EXPECT_EQ(folder.Names().size(), 2u);  // no temporary file left behind
 }
 
 TEST(TextExport, CountsProgressAgainstTheWholeRecordsOfTheFile) {
