@@ -8,15 +8,6 @@
 namespace cw {
 namespace {
 
-FontSpec Font(const char* name, double points, bool bold = false, bool italic = false) {
-  FontSpec font;
-  font.name = name;
-  font.points = points;
-  font.bold = bold;
-  font.italic = italic;
-  return font;
-}
-
 TEST(FontMappingTest, ClassicNamesBecomeLiberationOthersFallBackByKind) {
   const std::pair<const char*, const char*> rows[] = {
       {"Arial", "Liberation Sans"},          {"  arial ", "Liberation Sans"},
@@ -31,7 +22,7 @@ TEST(FontMappingTest, ClassicNamesBecomeLiberationOthersFallBackByKind) {
 // 9674 font units of 2048 per em; at 9 points that is 9674 * 180 / 2048 twips.
 TEST(QtTextMetricsTest, ArialWidthsAreTheUnhintedAdvancesInTwips) {
   QtTextMetrics metrics;
-  const FontSpec arial9 = Font("Arial", 9);
+  const FontSpec arial9 = FontSpec{"Arial", 9};
   EXPECT_NEAR(metrics.TextWidth(arial9, "Total Calls"), 850.25, 1.0);
   // Line height: Windows ascent 1854 plus descent 434 font units.
   EXPECT_NEAR(metrics.TextHeight(arial9), 201.09, 0.5);
@@ -39,16 +30,15 @@ TEST(QtTextMetricsTest, ArialWidthsAreTheUnhintedAdvancesInTwips) {
 
   EXPECT_EQ(metrics.TextWidth(arial9, ""), 0);
   // Widths scale with the size; underline does not change them.
-  EXPECT_DOUBLE_EQ(metrics.TextWidth(Font("Arial", 18), "Total Calls"),
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(FontSpec{"Arial", 18}, "Total Calls"),
                    2 * metrics.TextWidth(arial9, "Total Calls"));
-  FontSpec underlined = arial9;
-  underlined.underline = true;
-  EXPECT_DOUBLE_EQ(metrics.TextWidth(underlined, "Total Calls"), metrics.TextWidth(arial9, "Total Calls"));
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(FontSpec{"Arial", 9, false, false, true}, "Total Calls"),
+                   metrics.TextWidth(arial9, "Total Calls"));
 }
 
 TEST(QtTextMetricsTest, NoKerningAndStylesMeasureTheirOwnFaces) {
   QtTextMetrics metrics;
-  const FontSpec arial9 = Font("Arial", 9);
+  const FontSpec arial9 = FontSpec{"Arial", 9};
   // "AV" is a kerning pair in the font; the classic width ignores it.
   EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "AV"),
                    metrics.TextWidth(arial9, "A") + metrics.TextWidth(arial9, "V"));
@@ -57,19 +47,19 @@ TEST(QtTextMetricsTest, NoKerningAndStylesMeasureTheirOwnFaces) {
 
   const std::string_view sample = "Daily Call Statistics 12/31/2024";
   const double regular = metrics.TextWidth(arial9, sample);
-  EXPECT_GT(metrics.TextWidth(Font("Arial", 9, true), sample), regular);
-  EXPECT_LT(metrics.TextWidth(Font("Times New Roman", 9), sample), regular);
+  EXPECT_GT(metrics.TextWidth(FontSpec{"Arial", 9, true}, sample), regular);
+  EXPECT_LT(metrics.TextWidth(FontSpec{"Times New Roman", 9}, sample), regular);
   // Alternating fonts must not mix up the cached faces.
   EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, sample), regular);
 
-  const FontSpec mono = Font("Courier New", 10);
+  const FontSpec mono = FontSpec{"Courier New", 10};
   EXPECT_DOUBLE_EQ(metrics.TextWidth(mono, "iiii"), metrics.TextWidth(mono, "WWWW"));
   EXPECT_NEAR(metrics.TextWidth(mono, "W"), 120.0, 0.1);  // 1229 of 2048 units: the 120-twip cell
 }
 
 TEST(QtTextMetricsTest, BytesAreWindows1252Characters) {
   QtTextMetrics metrics;
-  const FontSpec arial9 = Font("Arial", 9);
+  const FontSpec arial9 = FontSpec{"Arial", 9};
   // The euro sign is byte 0x80 in Windows-1252 (Latin-1 has a control code
   // there); as a real glyph it is as wide as the figures.
   EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\x80"), metrics.TextWidth(arial9, "0"));
