@@ -2,11 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include "printer/spool_reader.h"
 #include "spool_test_files.h"
-#include "testing/expected_file.h"
+#include "testing/case_table.h"
 
 namespace cw {
 namespace {
@@ -29,18 +30,10 @@ TEST(PageLocatorTest, WalksForwardAndBackFromWhereTheFileStands) {
   const PageLocator locator = LocatorFor(path);
   ASSERT_EQ(locator.RecordCount(), 14);
 
-  std::istringstream rows(testing::ExpectedFile("printer/page-locator.txt"));
-  int cases = 0;
-  for (std::string row; std::getline(rows, row);) {
-    if (row.starts_with("#")) continue;
-    std::istringstream fields(row);
-    std::int16_t wanted = 0, shown = 0;
-    std::int64_t position = 0, expected = 0;
-    fields >> wanted >> shown >> position >> expected;
-    EXPECT_EQ(locator.LocatePageRecord(wanted, shown, position), expected) << row;
-    ++cases;
+  for (const std::vector<std::string>& row : testing::TableCases("printer/page-locator.txt")) {
+    const auto number = [&](std::size_t column) { return std::stoi(row.at(column)); };
+    EXPECT_EQ(locator.LocatePageRecord(number(0), number(1), number(2)), number(3)) << row.at(4);
   }
-  EXPECT_EQ(cases, 15);
 }
 
 TEST(PageLocatorTest, ShortFilesStartAtRecordTwoAndEndPastTheirLastRecord) {

@@ -42,26 +42,15 @@ class SpoolReplayTest : public ::testing::Test {
   std::string replays;
 };
 
-TEST_F(SpoolReplayTest, ReplaysEveryPageInTwips) {
-  ReplayResult result = ReplaySpool(Spool(SpoolFromText("three-pages")), device, {});
+// Every page in twips, page ranges, copies, and the paper turned.
+TEST_F(SpoolReplayTest, ReplaysThePagesAndCopiesAskedFor) {
+  const std::string spool = Spool(SpoolFromText("three-pages"));
+  ReplayResult result = ReplaySpool(spool, device, {});
   KeepCalls("three pages in inches");
   EXPECT_EQ(result.pagesBegun, 3);
   EXPECT_EQ(result.recordsRead, 10);
   EXPECT_TRUE(result.problems.Empty());
 
-  // A landscape header turns the paper.
-  SpoolRecord landscape = DefaultHeader();
-  PutInt16(landscape.data(), spool::kOrientation, 2);
-  ReplayOptions a4;
-  a4.page = PageSetup{11906, 16838, 1};
-  ReplaySpool(Spool(SpoolBytes(landscape, {MakeTextRecord(1, 0, 0, "wide"), MakePageRecord(1, spool::kEndDoc)})),
-              device, a4);
-  KeepCalls("landscape on A4");
-  ExpectReplays();
-}
-
-TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
-  const std::string spool = Spool(SpoolFromText("three-pages"));
   ReplayOptions options;
   options.fromPage = options.toPage = 2;
   ReplaySpool(spool, device, options);
@@ -71,21 +60,11 @@ TEST_F(SpoolReplayTest, PageRangesSkipPagesBeforeAndStopAfter) {
 
   options.fromPage = 3;
   options.toPage = 2;
-  ReplayResult nothing = ReplaySpool(spool, device, options);
+  result = ReplaySpool(spool, device, options);
   KeepCalls("from 3 to 2: nothing");
-  EXPECT_EQ(nothing.pagesBegun, 0);
-  EXPECT_EQ(nothing.recordsRead, 8);  // pages 1 and 2 lie below From; page 3 is past To
+  EXPECT_EQ(result.pagesBegun, 0);
+  EXPECT_EQ(result.recordsRead, 8);  // pages 1 and 2 lie below From; page 3 is past To
 
-  // A range that holds only an empty page starts no page either.
-  options.fromPage = options.toPage = 1;
-  ReplaySpool(Spool(SpoolFromText("empty-first-page")), device, options);
-  KeepCalls("an empty page 1: nothing");
-  ExpectReplays();
-}
-
-TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
-  const std::string spool = Spool(SpoolFromText("three-pages"));
-  ReplayOptions options;
   options.fromPage = 2;
   options.toPage = 3;
   options.copies = 2;
@@ -94,13 +73,28 @@ TEST_F(SpoolReplayTest, CopiesFollowEachOtherWithTheirTitleOffsetsAndProgress) {
   options.beginCopy = [&](std::int16_t copy) { device.calls.push_back("Title for copy " + std::to_string(copy)); };
   std::vector<std::pair<std::int64_t, std::int64_t>> progress;
   options.progress = [&](std::int64_t done, std::int64_t total) { progress.emplace_back(done, total); };
-  ReplayResult result = ReplaySpool(spool, device, options);
+  result = ReplaySpool(spool, device, options);
   KeepCalls("pages 2 and 3 twice, moved by the offsets");
-  ExpectReplays();
   EXPECT_EQ(result.pagesBegun, 4);
   ASSERT_EQ(progress.size(), 20u);
   EXPECT_EQ(progress.front(), (std::pair<std::int64_t, std::int64_t>{1, 22}));
   EXPECT_EQ(progress.back(), (std::pair<std::int64_t, std::int64_t>{20, 22}));
+
+  // A landscape header turns the paper.
+  SpoolRecord landscape = DefaultHeader();
+  PutInt16(landscape.data(), spool::kOrientation, 2);
+  ReplayOptions a4;
+  a4.page = PageSetup{11906, 16838, 1};
+  ReplaySpool(Spool(SpoolBytes(landscape, {MakeTextRecord(1, 0, 0, "wide"), MakePageRecord(1, spool::kEndDoc)})),
+              device, a4);
+  KeepCalls("landscape on A4");
+
+  // A range that holds only an empty page starts no page either.
+  ReplayOptions first;
+  first.fromPage = first.toPage = 1;
+  ReplaySpool(Spool(SpoolFromText("empty-first-page")), device, first);
+  KeepCalls("an empty page 1: nothing");
+  ExpectReplays();
 }
 
 TEST_F(SpoolReplayTest, DamagedSpoolsReplayWhatIsValidAndReportTheRest) {

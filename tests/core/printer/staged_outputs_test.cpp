@@ -23,8 +23,9 @@ void Stage(StagedOutputs& staged, const std::string& target, const std::string& 
 
 // The second output of a request fails: the first file, though complete,
 // does not replace the earlier run's file, and the folder made for the
-// request goes again.
-TEST(StagedOutputs, AFailureLeavesEveryEarlierFileAsItWas) {
+// request goes again. A request that succeeds publishes every file and
+// removes the pages a longer earlier report left.
+TEST(StagedOutputs, AFailureLeavesEveryEarlierFileAsItWasAndPublishReplacesThem) {
   testing::TempFolder folder;
   const std::string text = folder.Write("report.txt", "earlier text");
   {
@@ -37,11 +38,7 @@ TEST(StagedOutputs, AFailureLeavesEveryEarlierFileAsItWas) {
   }
   EXPECT_EQ(ReadBytes(text), "earlier text");
   EXPECT_EQ(folder.Names(), std::set<std::string>{"report.txt"});
-}
 
-TEST(StagedOutputs, PublishGivesEveryFileItsNameAndRemovesStalePages) {
-  testing::TempFolder folder;
-  const std::string text = folder.Write("report.txt", "earlier text");
   ::mkdir(folder.File("pages").c_str(), 0755);
   const std::string stale = folder.Write("pages/page-0002.png", "page 2 of a longer report");
   StagedOutputs staged;
