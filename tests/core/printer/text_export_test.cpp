@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "spool_test_files.h"
 #include "testing/expected_file.h"
@@ -10,57 +13,54 @@ namespace cw {
 namespace {
 
 using testing::Bytes;
-using testing::DefaultHeader;
 using testing::HeaderWithScaleMode;
 using testing::ReadBytes;
-using testing::SpoolBytes;
 using testing::SpoolFromText;
 using testing::TempFolder;
 using testing::WriteBytes;
 
 std::string Expected(const std::string& name) { return testing::ExpectedFile("printer/text-export/" + name); }
 
-// Exports the spool made of `bytes` and returns the text file's bytes.
-std::string Export(TempFolder& folder, const std::string& bytes, std::vector<std::string>* problems = nullptr) {
-  const std::string spool = folder.File("case.spl");
-  const std::string text = folder.File("case.txt");
-  WriteBytes(spool, bytes);
-  SpoolProblems found = ExportSpoolToTextFile(spool, text);
-  if (problems != nullptr) *problems = found.Lines();
-  return ReadBytes(text);
+// The text file made from a spool of `bytes`, the problems listed, and the
+// progress steps (records done, of all the records of the file).
+struct Exported {
+  std::string text;
+  std::vector<std::string> problems;
+  std::vector<std::pair<std::int64_t, std::int64_t>> steps;
+};
+
+Exported Export(const std::string& bytes) {
+  TempFolder folder;
+  WriteBytes(folder.File("case.spl"), bytes);
+  Exported exported;
+  const auto progress = [&](std::int64_t done, std::int64_t total) { exported.steps.emplace_back(done, total); };
+  exported.problems = ExportSpoolToTextFile(folder.File("case.spl"), folder.File("case.txt"), progress).Lines();
+  exported.text = ReadBytes(folder.File("case.txt"));
+  return exported;
 }
 
-TEST(TextExport, WritesEachPageLineAtItsColumns) {
-  TempFolder folder;
-  const std::string spool = SpoolFromText("export-report");
-  std::vector<std::string> problems;
-  EXPECT_EQ(Export(folder, spool, &problems), Expected("report-three-pages.txt"));
-  EXPECT_EQ(problems, (std::vector<std::string>{}));
+TEST(TextExport, WritesEachPageLineAtItsColumnsAndCountsProgressUpToTheEndDoc) {
+  const Exported exported = Export(SpoolFromText("export-report"));
+  EXPECT_EQ(exported.text, Expected("report-three-pages.txt"));
+  EXPECT_EQ(exported.problems, (std::vector<std::string>{}));
+  // The ENDDOC is record 15 of 16: the record after it is counted in the
+  // whole, never read.
+  ASSERT_EQ(exported.steps.size(), 14u);
+  EXPECT_EQ(exported.steps.front(), (std::pair<std::int64_t, std::int64_t>{1, 16}));
+  EXPECT_EQ(exported.steps.back(), (std::pair<std::int64_t, std::int64_t>{14, 16}));
 }
 
 TEST(TextExport, RoundsColumnsHalfToEvenAndTabsPastColumnsOntoTheNextLine) {
-  TempFolder folder;
-  EXPECT_EQ(Export(folder, SpoolFromText("columns-in-twips", HeaderWithScaleMode(1))),
+  EXPECT_EQ(Export(SpoolFromText("columns-in-twips", HeaderWithScaleMode(1))).text,
             Expected("columns-half-to-even.txt"));
 }
 
 TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
-  TempFolder folder;
-  const std::string bytes = SpoolFromText("export-damaged") + Bytes(MakeTextRecord(1, 0, 2, "cut")).substr(0, 300);
-  std::vector<std::string> problems;
-  EXPECT_EQ(Export(folder, bytes, &problems), Expected("damaged-spool.txt"));
-  testing::ExpectMatchesFile(testing::Section("problems", problems), "printer/text-export/damaged-spool-problems.txt");
-}
-
-TEST(TextExport, CountsProgressAgainstTheWholeRecordsOfTheFile) {
-  TempFolder folder;
-  const std::string spool = folder.File("p.spl");
-  WriteBytes(spool, SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 0, 0, "x"), MakePageRecord(1, spool::kEndDoc),
-                                                 MakeTextRecord(1, 0, 0, "after")}));
-  std::vector<std::pair<std::int64_t, std::int64_t>> steps;
-  ExportSpoolToTextFile(spool, folder.File("p.txt"),
-                        [&](std::int64_t done, std::int64_t total) { steps.emplace_back(done, total); });
-  EXPECT_EQ(steps, (std::vector<std::pair<std::int64_t, std::int64_t>>{{1, 4}, {2, 4}}));
+  const Exported exported =
+      Export(SpoolFromText("export-damaged") + Bytes(MakeTextRecord(1, 0, 2, "cut")).substr(0, 300));
+  EXPECT_EQ(exported.text, Expected("damaged-spool.txt"));
+  testing::ExpectMatchesFile(testing::Section("problems", exported.problems),
+                             "printer/text-export/damaged-spool-problems.txt");
 }
 
 }  // namespace
