@@ -241,12 +241,8 @@ TEST_F(OrlPrinterTest, APrinterErrorAtBeginDocIsRetriedOrDropsTheDocument) {
   own.OnPrinterError = [](bool&) {};
   own.BeginDoc();
   EXPECT_TRUE(own.PrinterFailed());
-  own.SetFont("Arial", 9, 0);
   own.TextOut(0, "dropped");
-  own.MemoOut(0, 1, "dropped");
-  own.LineOut(0, 0, 1, 1);
   own.NewPage();
-  own.NewLine();
   own.EndDoc();
   own.PreviewReport();
   EXPECT_EQ(previews, 1);
@@ -340,7 +336,7 @@ TEST_F(OrlPrinterTest, AHeadingNeverBreaksThePageAgainWhateverTheMargins) {
   EXPECT_EQ(document.TotalPages(), 3);
 }
 
-TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptSpool) {
+TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportUnderTheNameAskedForOrGiven) {
   OrlPrinterEnvironment environment = rig.Environment();
   std::string answer;
   environment.askSaveFileName = [&] { return answer; };
@@ -358,13 +354,6 @@ TEST_F(OrlPrinterTest, SaveReportWritesTheTextExportAndPrintTextFileAdoptsAKeptS
   for (const char* name : {"report.txt", "named.txt"}) {
     EXPECT_EQ(ReadBytes(folder.File(name)), std::string(13, ' ') + "Total") << name;  // column 14
   }
-
-  const std::string spool = own.PrintFile();
-  const std::string kept = folder.File("kept.spl");
-  testing::WriteBytes(kept, ReadBytes(spool));
-  own.SetPrintTextFile(kept);
-  EXPECT_EQ(own.PrintTextFile(), "");
-  EXPECT_EQ(own.PrintFile(), kept);
 }
 
 }  // namespace

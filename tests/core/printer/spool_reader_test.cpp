@@ -35,32 +35,25 @@ std::string ReadAll(const std::string& path) {
 
 TEST(SpoolReader, DamagedFilesAreReadAsFarAsTheyGoAndTheirFaultsListed) {
   TempFolder folder;
-
-  // A file cut short in the middle of a record, without ENDDOC.
-  const std::string cut = folder.File("cut-short.spl");
-  WriteBytes(cut, SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 1, "whole")}) +
-                      Bytes(MakeTextRecord(1, 2, 2, "partial")).substr(0, 100));
-  std::string read = ReadAll(cut);
-
-  const std::string odd = folder.File("strange-records.spl");
-  WriteBytes(odd, testing::SpoolFromText("strange-records"));
-  read += ReadAll(odd);
-
-  // Less than a header.
-  const std::string tiny = folder.File("no-header.spl");
-  WriteBytes(tiny, "VPR");
-  EXPECT_FALSE(SpoolReader(tiny).HasHeader());
-  read += ReadAll(tiny);
-
   // A header with a unit and an orientation no document has.
   SpoolRecord header = DefaultHeader();
   PutInt16(header.data(), spool::kScaleMode, 9);
   PutInt16(header.data(), spool::kOrientation, 7);
-  const std::string units = folder.File("unknown-unit.spl");
-  WriteBytes(units, SpoolBytes(header, {MakePageRecord(1, spool::kEndDoc)}));
-  EXPECT_EQ(SpoolReader(units).TwipsPerUnit(), 1.0);
-  read += ReadAll(units);
+  const std::pair<std::string, std::string> files[] = {
+      // Cut short in the middle of a record, without ENDDOC.
+      {"cut-short.spl", SpoolBytes(DefaultHeader(), {MakeTextRecord(1, 1, 1, "whole")}) +
+                            Bytes(MakeTextRecord(1, 2, 2, "partial")).substr(0, 100)},
+      {"strange-records.spl", testing::SpoolFromText("strange-records")},
+      {"no-header.spl", "VPR"},  // less than a header
+      {"unknown-unit.spl", SpoolBytes(header, {MakePageRecord(1, spool::kEndDoc)})}};
+  std::string read;
+  for (const auto& [name, bytes] : files) {
+    WriteBytes(folder.File(name), bytes);
+    read += ReadAll(folder.File(name));
+  }
   testing::ExpectMatchesFile(read, "printer/damaged-spools.txt");
+  EXPECT_FALSE(SpoolReader(folder.File("no-header.spl")).HasHeader());
+  EXPECT_EQ(SpoolReader(folder.File("unknown-unit.spl")).TwipsPerUnit(), 1.0);
 }
 
 TEST(SpoolReader, KeepsOnlyTheFirstThousandProblemsWordForWord) {
