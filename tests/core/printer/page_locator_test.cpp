@@ -28,7 +28,6 @@ TEST(PageLocatorTest, WalksForwardAndBackFromWhereTheFileStands) {
   const std::string path = folder.File("five.spl");
   WriteBytes(path, testing::SpoolFromText("five-pages"));
   const PageLocator locator = LocatorFor(path);
-  ASSERT_EQ(locator.RecordCount(), 14);
 
   for (const std::vector<std::string>& row : testing::TableCases("printer/page-locator.txt")) {
     const auto number = [&](std::size_t column) { return std::stoi(row.at(column)); };

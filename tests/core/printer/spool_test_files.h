@@ -58,12 +58,6 @@ inline std::string SpoolBytes(const SpoolRecord& header, const std::vector<Spool
   return bytes;
 }
 
-inline SpoolRecord HeaderWithScaleMode(std::int16_t scaleMode) {
-  SpoolRecord header = DefaultHeader();
-  PutInt16(header.data(), spool::kScaleMode, scaleMode);
-  return header;
-}
-
 // The records of a spool kept as text under tests/data/printer/spools/, one a
 // line as DescribeSpool prints them, after the header: "1 SETFONT Arial 9
 // bold" (a font name of one word), "1 TEXTOUT 1,1 p1", "1 LINEOUT 0,1.5

@@ -13,7 +13,6 @@ namespace cw {
 namespace {
 
 using testing::Bytes;
-using testing::HeaderWithScaleMode;
 using testing::ReadBytes;
 using testing::SpoolFromText;
 using testing::TempFolder;
@@ -51,8 +50,9 @@ TEST(TextExport, WritesEachPageLineAtItsColumnsAndCountsProgressUpToTheEndDoc) {
 }
 
 TEST(TextExport, RoundsColumnsHalfToEvenAndTabsPastColumnsOntoTheNextLine) {
-  EXPECT_EQ(Export(SpoolFromText("columns-in-twips", HeaderWithScaleMode(1))).text,
-            Expected("columns-half-to-even.txt"));
+  SpoolRecord twips = testing::DefaultHeader();
+  PutInt16(twips.data(), spool::kScaleMode, 1);
+  EXPECT_EQ(Export(SpoolFromText("columns-in-twips", twips)).text, Expected("columns-half-to-even.txt"));
 }
 
 TEST(TextExport, ExportsWhatIsValidInADamagedSpoolAndListsTheRest) {
