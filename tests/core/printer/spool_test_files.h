@@ -9,12 +9,12 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "printer/spool_format.h"
 #include "printer/spool_reader.h"
-#include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 
 namespace cw::testing {
@@ -69,7 +69,7 @@ inline std::string SpoolFromText(std::string_view name, const SpoolRecord& heade
     const std::size_t at = text.find(separator);
     return std::pair{std::stod(text.substr(0, at)), std::stod(text.substr(at + 1))};
   };
-  std::istringstream lines(ExpectedFile("printer/spools/" + std::string(name) + ".txt"));
+  std::istringstream lines(ReadBytes(std::string(CW_TEST_DATA_DIR) + "/printer/spools/" + std::string(name) + ".txt"));
   std::string bytes = Bytes(header);
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with("#")) continue;
