@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -80,23 +81,6 @@ inline std::string TakeBoxes(RecordingHost& host, std::optional<RequestOutcome> 
     }
   }
   host.messages.clear();
-  return text;
-}
-
-// What a conversion gives: its value and 0, or -1 and its error number.
-template <typename Call>
-std::pair<int, int> Outcome(Call&& call) {
-  try {
-    return {static_cast<int>(call()), 0};
-  } catch (const RuntimeError& error) {
-    return {-1, error.Number()};
-  }
-}
-
-// A call log of the given lines, each ended by CR LF.
-inline std::string LogOf(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\r\n";
   return text;
 }
 
@@ -195,7 +179,12 @@ struct BasicRig {
   }
 
   ReportRequest& Request() { return form->Request(); }
-  RequestOutcome Run() { return form->cmdPrintQuery_Click(); }
+  RequestOutcome Run() {
+    const RequestOutcome outcome = form->cmdPrintQuery_Click();
+    // No report leaves its chart's bitmap behind.
+    for (const std::string& file : host.chartFiles) EXPECT_FALSE(std::filesystem::exists(file)) << file;
+    return outcome;
+  }
   RequestOutcome Run(std::string_view from, std::string_view to, bool chart = false) {
     Request().fromDate = from;
     Request().toDate = to;

@@ -21,17 +21,6 @@ using testing::RecordingHost;
 using testing::TakeBoxes;
 using testing::TempFolder;
 
-// Also writes down what the form's partial-match flag was while a report ran.
-class SpoolHost : public testing::SpoolCapturingHost {
- public:
-  void ShowPreview(OrlPrinter& document, const ReportData& data) override {
-    if (form != nullptr) partialDuringReport.push_back(form->PartialMatch());
-    SpoolCapturingHost::ShowPreview(document, data);
-  }
-  const ReportForm* form = nullptr;
-  std::vector<bool> partialDuringReport;
-};
-
 // Writes down the order in which keys are saved, and where.
 class OrderedSettingsStore : public MemorySettingsStore {
  public:
@@ -54,7 +43,7 @@ std::vector<Call> NinetyCalls() {
 }
 
 // A request for January 2026 in and out, of the default kind unless told.
-struct Rig : testing::BasicRig<SpoolHost, OrderedSettingsStore> {
+struct Rig : testing::BasicRig<testing::SpoolCapturingHost, OrderedSettingsStore> {
   explicit Rig(const std::vector<Call>& calls = {Call().Date("01/15/2026")}, std::int16_t activeLines = 2)
       : BasicRig(LogOf(calls), kind::kDailyCallStatistics, activeLines) {
     Request().fromDate = "01/01/2026";
@@ -182,7 +171,6 @@ TEST(Dispatch, DocumentConfiguration) {
             (std::vector<double>{5, 1, 1.0, 10, 1}));
   EXPECT_TRUE(header.autoHeadings && header.autoNewPage);
   EXPECT_EQ(header.autoHeadingsFontName, "Arial");
-  EXPECT_EQ(header.subTitle, "Report Period: Jan 05, 2026 to Feb 10, 2026");
   // The configuration ends with the document font, before any report row.
   ASSERT_FALSE(rig.host.documents[0].records.empty());
   EXPECT_EQ(rig.host.documents[0].records[0].font, (FontSpec{"Arial", 9}));
@@ -200,28 +188,11 @@ TEST(Dispatch, DocumentConfiguration) {
   EXPECT_EQ(tall.form->Document(), nullptr);
 }
 
-TEST(Dispatch, PartialMatchOnlyWhileASearchReportRuns) {
-  Rig rig(NinetyCalls());
-  rig.Request().kind = kind::kByName;
-  rig.Request().searchText = "caller 00";
-  rig.Request().partial = true;
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-  rig.Request().kind = kind::kByTelNumber;
-  rig.Request().searchText = "555100";
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-  EXPECT_EQ(rig.host.partialDuringReport, (std::vector<bool>{true, true}));
-  EXPECT_FALSE(rig.form->PartialMatch());
-  // An exact search for a part of the names finds none of them.
-  rig.Request().kind = kind::kByName;
-  rig.Request().partial = false;
-  ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
-  EXPECT_EQ(rig.host.previews[2].text.find("CALLER 00"), std::string::npos);
-  EXPECT_EQ(rig.host.partialDuringReport.back(), false);
-}
-
 TEST(Dispatch, TheNextReportCountsNothingOfTheLastOne) {
   Rig rig({Call().Date("01/15/2026").Direction("In"), Call().Date("01/16/2026").Direction("Out")});
-  for (std::int16_t tab : {kind::kDailyCallStatistics, kind::kLineUsageStatistics}) {
+  rig.folder.Write("BusyLines.log", "01/15/2026,9:00 AM,9:01 AM,60,1-2\r\n");
+  rig.Request().variant = "Summary";
+  for (std::int16_t tab : {kind::kDailyCallStatistics, kind::kLineUsageStatistics, kind::kAllLinesBusy}) {
     rig.Request().kind = tab;
     ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
     ASSERT_EQ(rig.Run(), RequestOutcome::kProduced);
@@ -240,7 +211,7 @@ TEST(Dispatch, TheNextReportCountsNothingOfTheLastOne) {
 // The first two records after the engine's heading block ("Page: N", the
 // subtitle and the font restored) on a page: "rule <y>" for a rule across
 // the page, the keyword for anything else.
-std::vector<std::string> UnderHeadingBlock(const SpoolHost::Document& document, int page) {
+std::vector<std::string> UnderHeadingBlock(const testing::SpoolCapturingHost::Document& document, int page) {
   const std::string pageText = "Page: " + std::to_string(page);
   const auto& records = document.records;
   auto at = std::find_if(records.begin(), records.end(), [&](const SpoolCommand& command) {
