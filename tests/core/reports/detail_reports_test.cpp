@@ -74,30 +74,34 @@ TEST(DetailRulesTest, AbandonedRulesBeyondTheListingFixture) {
 }
 
 // ---------------------------------------------------------------------------
-// Listings of every call
+// Listings
 
-TEST(DetailListingTest, EveryCallOfThePeriodWithItsTotals) {
-  DetailRig rig(testing::ReportFixture("detail-calls.log"));
-  rig.ExpectPage("detail-calls-inout");
-
-  // Inbound only, with the touch-tone digits: no split by direction.
-  rig.Request().direction = "In";
-  rig.Request().dtmf = true;
-  rig.Request().columns = DetailColumnPositions(true);
-  rig.ExpectPage("detail-calls-in-dtmf");
-
-  // A kind without a tab of its own lists every call, as mode 0 does.
-  rig.Request().kind = 10;
-  rig.ExpectPage("detail-calls-kind10");
-
-  // An empty period prints the headings and zero totals.
-  rig.Request().kind = kind::kCallHistory;
-  rig.Request().direction = "InOut";
-  rig.Request().dtmf = false;
-  rig.Request().columns = DetailColumnPositions(false);
-  rig.Request().fromDate = "11/07/2026";
-  rig.Request().toDate = "11/08/2026";
-  rig.ExpectPage("detail-calls-empty");
+// The requests of detail-pages.txt, each with its expected text export.
+TEST(DetailListingTest, EveryListingMatchesItsTextExport) {
+  for (const std::vector<std::string>& c : testing::Cases("detail-pages.txt")) {
+    SCOPED_TRACE(c[0]);
+    DetailRig rig(testing::ReportFixture(c[1]));
+    ReportRequest& request = rig.Request();
+    request.kind = static_cast<std::int16_t>(std::stoi(c[2]));
+    request.direction = c[3];
+    request.fromDate = c[4];
+    request.toDate = c[5];
+    request.searchText = c[6];
+    request.partial = c[7] == "partial";
+    request.dtmf = c[8] == "dtmf";
+    request.columns = DetailColumnPositions(request.dtmf);
+    request.chart = c[9] == "chart";
+    request.lines.allLines = c[10] == "all";
+    if (!c[10].empty() && !request.lines.allLines) request.lines.lines = {static_cast<std::int16_t>(std::stoi(c[10]))};
+    if (const std::vector<std::string> f = testing::Split(c[11], ','); f.size() == 5) {
+      request.abandoned = {f[0] == "1", f[1], f[2] == "1", f[3], f[4] == "1", 0};
+    }
+    rig.ExpectPage(c[0]);
+    if (!c[12].empty()) {
+      EXPECT_EQ(rig.host.previews.back().title, c[12]);
+    }
+    EXPECT_FALSE(rig.form->PartialMatch());
+  }
 }
 
 TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
@@ -124,59 +128,6 @@ TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
   }
 }
 
-// ---------------------------------------------------------------------------
-// One caller, by name or by number
-
-// Names match whatever their case, and an exact match is the whole name or
-// number; the number 5551234567 is written three ways in the log.
-TEST(CallerListingTest, ByNameOrNumberExactOrPartial) {
-  for (const std::vector<std::string>& c : testing::Cases("caller-searches.txt")) {
-    SCOPED_TRACE(c[3]);
-    DetailRig rig(testing::ReportFixture("detail-calls.log"));
-    rig.Request().kind = c[0] == "name" ? kind::kByName : kind::kByTelNumber;
-    rig.Request().searchText = c[1];
-    rig.Request().partial = c[2] == "partial";
-    rig.ExpectPage(c[3]);
-    EXPECT_FALSE(rig.form->PartialMatch());
-  }
-}
-
-// ---------------------------------------------------------------------------
-// Abandoned calls
-
-TEST(AbandonedListingTest, InboundCallsByRingsAnswerAndDuration) {
-  DetailRig rig(testing::ReportFixture("detail-abandoned.log"));
-  ReportRequest& request = rig.Request();
-  request.kind = kind::kAbandonedCalls;
-  request.fromDate = request.toDate = "11/10/2026";
-  request.direction = "In";
-  request.abandoned = {true, "30", true, "3", true, 0};
-  rig.ExpectPage("detail-abandoned-in");  // 4 of 8
-
-  // Out and InOut: the answer and the rings are not looked at.
-  request.direction = "Out";
-  rig.ExpectPage("detail-abandoned-out");  // 1 of 2
-  request.direction = "InOut";
-  rig.ExpectPage("detail-abandoned-inout");  // 8 of 10
-
-  // No call in the period: nothing considered, 0 %.
-  request.fromDate = request.toDate = "11/11/2026";
-  rig.ExpectPage("detail-abandoned-none");
-}
-
-// ---------------------------------------------------------------------------
-// Condensed history
-
-TEST(CondensedHistoryTest, OneRowPerCallerInNameThenNumberOrder) {
-  DetailRig rig(testing::ReportFixture("detail-calls.log"));
-  rig.Request().chart = true;
-  // SMITH JOHN at (555) 123-4567 and Smith John at 555-123-4567 are one
-  // caller; SMITH JOHNNY at 5551234567 is another; rows by name, then number.
-  rig.ExpectPage("detail-condensed");
-  rig.Request().fromDate = rig.Request().toDate = "11/07/2026";
-  rig.ExpectPage("detail-condensed-empty");
-}
-
 TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
   // "Jos\xE9" and "JOS\xC9" are one caller, as "Jose" and "JOSE" are; the
   // accent still tells Jose from Jos\xE9.
@@ -191,22 +142,6 @@ TEST(CondensedHistoryTest, CallersAreOneWhateverTheCaseOfTheirAccentedLetters) {
   DetailRig rig(log);
   rig.Request().chart = true;
   rig.ExpectPage("detail-condensed-accents");
-}
-
-// ---------------------------------------------------------------------------
-// Line listing
-
-TEST(LineListingTest, OneLineOrAllLinesEachOnItsOwnPages) {
-  DetailRig rig(testing::ReportFixture("detail-calls.log"));
-  rig.Request().kind = kind::kByLineNumber;
-  rig.Request().lines.lines = {2};
-  rig.ExpectPage("detail-lines-one");
-
-  // Each line on its own page, with its line in the heading and its own
-  // totals; the document is titled by every line.
-  rig.Request().lines.allLines = true;
-  rig.ExpectPage("detail-lines-all");
-  EXPECT_EQ(rig.host.previews.back().title, "LINE DETAILS REPORT (Lines 1-4)");
 }
 
 // ---------------------------------------------------------------------------
