@@ -10,11 +10,8 @@
 
 #include "analysis_rig.h"
 #include "core/data/log_lines.h"
-#include "data/log_conversions.h"
 #include "reports/hour_labels.h"
 #include "data/record_decoder.h"
-#include "support/text.h"
-#include "support/time_text.h"
 
 namespace cw {
 namespace {
@@ -50,24 +47,16 @@ TEST(DailyCallAnalysis, WeekOfCallsMatchesItsTextExport) {
   rig.ExpectRun("06/01/2025", "06/30/2025", "daily-empty.txt");
 }
 
+// A call without a direction counts as the kind of the call before it, also
+// on the next day; with none before it, in the total only. "in" is no
+// direction (compared exactly), " In" is In (the field is trimmed).
 TEST(DailyCallAnalysis, CallWithoutDirectionTakesTheKindOfTheCallBefore) {
-  AnalysisRig rig("", kind::kDailyCallStatistics);
-  ReportForm& form = *rig.form;
-  CallHourRun run;
-  auto build = [&](const char* date, const char* time, const char* direction) {
-    const std::string line = Call().Date(date).Time(time).Direction(direction).Text();
-    form.Build_CallMatrix(CallRecord(line), ParseLogDate(date), run);
-  };
-  build("11/02/2026", "9:00AM", "??");   // nothing before it: total only
-  build("11/02/2026", "9:10AM", "Out");
-  build("11/02/2026", "9:20AM", "");     // as the Out before it
-  build("11/02/2026", "9:30AM", " In");
-  build("11/02/2026", "9:40AM", "in");   // compared exactly: as the In before it
-  build("11/03/2026", "3:00PM", "IN ");  // the kind carries over to the next day
-  form.AddCallRun(run);
-  const auto& m = form.WorkingMatrices();
-  EXPECT_EQ((std::vector<int>{m.day[2][1], m.day[2][2], m.day[2][3], m.day[3][1]}), (std::vector<int>{2, 2, 5, 1}));
-  EXPECT_EQ((std::vector<int>{m.hour[9][1], m.hour[9][7], m.hour[15][2]}), (std::vector<int>{5, 5, 1}));
+  const Call monday = Call().Date("11/02/2026");
+  AnalysisRig rig(LogOf({Call(monday).Time("9:00AM").Direction("??"), Call(monday).Time("9:10AM").Direction("Out"),
+                         Call(monday).Time("9:20AM").Direction(""), Call(monday).Time("9:30AM").Direction(" In"),
+                         Call(monday).Time("9:40AM").Direction("in"), Call().Date("11/03/2026").Time("3:00PM").Direction("IN ")}),
+                  kind::kDailyCallStatistics);
+  rig.ExpectRun("11/01/2026", "11/30/2026", "daily-directions.txt");
 }
 
 TEST(DailyCallAnalysis, EveryTimeOfAnHourIsCheckedThoughItsHourIsReadOnce) {
