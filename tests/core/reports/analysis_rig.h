@@ -52,13 +52,6 @@ inline std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-inline std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> found;
-  std::istringstream in(line);
-  for (std::string word; in >> word;) found.push_back(word);
-  return found;
-}
-
 // The cases of a table under tests/data/reports/ (see TableCases).
 inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
   return TableCases("reports/" + std::string(name));

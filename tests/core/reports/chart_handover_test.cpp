@@ -11,6 +11,7 @@
 
 #include "analysis_rig.h"
 #include "core/printer/engine_test_rig.h"
+#include "core/support/error_number.h"
 #include "testing/case_table.h"
 #include "testing/temp_folder.h"
 #include "printer/orl_printer.h"
@@ -71,11 +72,8 @@ Placed PlaceAndRead(ReportHost& host, const std::string& bitmap) {
   document.SetScaleMode(5);  // inches
   document.SetY(3.0);
   Placed placed;
-  try {
-    PlaceBarChart(document, host, LineBarChart({1, 2}), bitmap, kLineChartLeft, kShortWait);
-  } catch (const RuntimeError& error) {
-    placed.error = error.Number();
-  }
+  placed.error =
+      test::ErrorNumberOf([&] { PlaceBarChart(document, host, LineBarChart({1, 2}), bitmap, kLineChartLeft, kShortWait); });
   document.EndDoc();
   SpoolReader reader(document.PrintFile());
   for (SpoolCommand command; reader.Next(command);) {

@@ -122,7 +122,7 @@ TEST(DetailListingTest, TotalsStayWithTheirLabelsAcrossAPageEnd) {
               calls);
     const auto label = std::ranges::find_if(lines, [](const std::string& line) { return line.find("Total Calls") != std::string::npos; });
     ASSERT_TRUE(label != lines.end() && label + 1 != lines.end());
-    EXPECT_EQ(testing::Words(label[1]), (std::vector<std::string>{std::to_string(calls), TotalDurationText(calls * 60)}));
+    EXPECT_EQ(testing::Replaced(label[1], " ", ""), std::to_string(calls) + TotalDurationText(calls * 60));
     EXPECT_EQ(exported.find('\f', exported.find("Total Calls")), std::string::npos)
         << calls << " calls: the totals block is split over two pages";
   }
