@@ -59,19 +59,16 @@ TEST(CallBackMatching, FindsTheFirstLaterCallToTheSameNumberWithinTheWindow) {
   }
 }
 
-struct CallBackRig : testing::AnalysisRig {
-  explicit CallBackRig(const std::vector<Call>& calls) : testing::AnalysisRig(testing::LogOf(calls), kind::kCallBacks) {}
-};
-
 TEST(CallBackReport, ListsEachMissedCallWithItsCallBackAndSumsUpTheWaits) {
-  CallBackRig rig({Missed("11/02/2026", "9:00AM", "(555) 100-0001").Name("QUICK"),
-                   Missed("11/02/2026", "9:10AM", "5551000002").Name("SLOW"),
-                   Missed("11/02/2026", "9:20AM", "5551000003").Name("NOBODY"),
-                   Out("11/02/2026", "9:30AM", "555-100-0001"),
-                   Out("11/02/2026", "3:00PM", "555-100-0002"),
-                   Missed("11/03/2026", "4:00PM", "5551000004").Name("LAST DAY"),
-                   Answered("11/04/2026", "8:00AM", "5551000004"),
-                   Missed("11/04/2026", "9:00AM", "5551000005").Name("AFTER THE PERIOD")});
+  testing::AnalysisRig rig(testing::LogOf({Missed("11/02/2026", "9:00AM", "(555) 100-0001").Name("QUICK"),
+                                           Missed("11/02/2026", "9:10AM", "5551000002").Name("SLOW"),
+                                           Missed("11/02/2026", "9:20AM", "5551000003").Name("NOBODY"),
+                                           Out("11/02/2026", "9:30AM", "555-100-0001"),
+                                           Out("11/02/2026", "3:00PM", "555-100-0002"),
+                                           Missed("11/03/2026", "4:00PM", "5551000004").Name("LAST DAY"),
+                                           Answered("11/04/2026", "8:00AM", "5551000004"),
+                                           Missed("11/04/2026", "9:00AM", "5551000005").Name("AFTER THE PERIOD")}),
+                           kind::kCallBacks);
   rig.form->Request().callBackWindowDays = 7;
   ASSERT_EQ(rig.Run("11/02/2026", "11/03/2026", true), RequestOutcome::kProduced);
   // One wait of each kind, and the call back of the last day's call after
@@ -83,7 +80,7 @@ TEST(CallBackReport, ListsEachMissedCallWithItsCallBackAndSumsUpTheWaits) {
 }
 
 TEST(CallBackReport, RefusesAnAbandonedThresholdThatIsNoNumber) {
-  CallBackRig rig({Missed("11/02/2026", "9:00AM", "111")});
+  testing::AnalysisRig rig(testing::LogOf({Missed("11/02/2026", "9:00AM", "111")}), kind::kCallBacks);
   rig.form->Request().abandoned.ringCount = true;
   rig.form->Request().abandoned.rings = "x";
   EXPECT_EQ(rig.Run("11/02/2026", "11/02/2026"), RequestOutcome::kRefused);
