@@ -52,11 +52,6 @@ inline std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-// The cases of a table under tests/data/reports/ (see TableCases).
-inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
-  return TableCases("reports/" + std::string(name));
-}
-
 // What a request did, as an expected file shows it: its outcome, then every
 // box it showed (title, icon and buttons, then the text, without the source
 // line of an error, which moves with any change to the code). The boxes are
@@ -200,8 +195,6 @@ struct BasicRig {
     EXPECT_EQ(host.previews.size(), 1u);
     return host.previews.empty() ? std::string() : host.previews.back().text;
   }
-
-  std::string ChartFile() const { return folder.File("Chart.bmp"); }
 };
 using AnalysisRig = BasicRig<>;
 

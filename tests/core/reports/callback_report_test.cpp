@@ -32,7 +32,7 @@ Call Answered(std::string date, std::string time, std::string number) {
 // The cases of callback-matching.txt: the calls of a log and the abandoned
 // filter, and what became of each missed call.
 TEST(CallBackMatching, FindsTheFirstLaterCallToTheSameNumberWithinTheWindow) {
-  for (const std::vector<std::string>& c : testing::Cases("callback-matching.txt")) {
+  for (const std::vector<std::string>& c : testing::TableCases("reports/callback-matching.txt")) {
     SCOPED_TRACE(c[0]);
     std::vector<std::string> lines;
     for (const std::string& call : testing::Split(c[4], ';')) {

@@ -15,7 +15,7 @@ namespace {
 // The requests of report-pages.txt, each with its expected text export and
 // the CSV of its data.
 TEST(ReportPages, EveryRequestMatchesItsPageAndItsData) {
-  for (const std::vector<std::string>& c : testing::Cases("report-pages.txt")) {
+  for (const std::vector<std::string>& c : testing::TableCases("reports/report-pages.txt")) {
     SCOPED_TRACE(c[0] + " " + c[1]);
     testing::AnalysisRig rig(testing::ReportFixture(c[2]), static_cast<std::int16_t>(std::stoi(c[4])), 4, !c[1].empty());
     if (!c[3].empty()) rig.folder.Write("BusyLines.log", testing::ReportFixture(c[3]));

@@ -90,7 +90,7 @@ TEST(DailyCallAnalysis, ChartOfTwentyFourHoursIsPlacedUnderTheTables) {
   // row (its size is PlaceBarChartTest's).
   const std::vector<SpoolCommand> images = rig.host.Commands(SpoolKeyword::kImageOut);
   ASSERT_EQ(images.size(), 1u);
-  EXPECT_EQ(images[0].text, rig.ChartFile());
+  EXPECT_EQ(images[0].text, rig.folder.File("Chart.bmp"));
   EXPECT_EQ(images[0].x1, 1.25);
   const SpoolCommand lastText = rig.host.Commands(SpoolKeyword::kTextOut).back();
   EXPECT_EQ(images[0].page, lastText.page);
@@ -102,7 +102,7 @@ TEST(DailyCallAnalysis, ChartOfTwentyFourHoursIsPlacedUnderTheTables) {
   plain.folder.Write("Chart.bmp", testing::RecordingHost::TinyBitmap());
   ASSERT_EQ(plain.Run("11/02/2026", "11/08/2026"), RequestOutcome::kProduced);
   EXPECT_TRUE(plain.host.charts.empty());
-  EXPECT_TRUE(std::filesystem::exists(plain.ChartFile()));
+  EXPECT_TRUE(std::filesystem::exists(plain.folder.File("Chart.bmp")));
   EXPECT_EQ(plain.Text(), rig.Text());
   EXPECT_GT(plain.host.Commands(SpoolKeyword::kTextOut).back().y1, lastText.y1);
 }

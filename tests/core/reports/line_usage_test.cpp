@@ -28,7 +28,7 @@ using testing::ReportFixture;
 // A negative length is a call measured across midnight; the largest are
 // years of calls on several lines.
 TEST(SecondsToText, MinutesUnderAnHourAndHoursFromThereOn) {
-  for (const std::vector<std::string>& c : testing::Cases("seconds-text.txt")) {
+  for (const std::vector<std::string>& c : testing::TableCases("reports/seconds-text.txt")) {
     EXPECT_EQ(SecondsToText(std::stoll(c[0]), true), c[1]) << c[0];
     EXPECT_EQ(SecondsToText(std::stoll(c[0]), false), c[2]) << c[0];
   }
@@ -129,7 +129,6 @@ TEST(LineUsage, ChartOfCallsPerLineGoesUnderTheTablesOrOnANewPage) {
   EXPECT_GE(lastRowOnPageOne, 8.5);
   EXPECT_LT(lastRowOnPageOne, 9.5);  // well above the bottom margin: the new page is the chart's
   EXPECT_EQ(twentyOne->host.Commands(SpoolKeyword::kTextOut).back().text, "Sat");
-  EXPECT_EQ(twentyOne->host.charts[0].colLabels.back(), "L21");
 }
 
 }  // namespace
