@@ -12,7 +12,6 @@
 #include "core/support/error_number.h"
 #include "data/call_record.h"
 #include "reports/detail_rules.h"
-#include "support/text.h"
 
 namespace cw {
 namespace {

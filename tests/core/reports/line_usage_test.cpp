@@ -11,11 +11,7 @@
 
 #include "analysis_rig.h"
 #include "core/data/log_lines.h"
-#include "data/log_conversions.h"
-#include "data/record_decoder.h"
 #include "reports/seconds_to_text.h"
-#include "support/text.h"
-#include "support/whole_numbers.h"
 
 namespace cw {
 namespace {

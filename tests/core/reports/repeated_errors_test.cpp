@@ -13,7 +13,6 @@
 
 #include "analysis_rig.h"
 #include "core/data/log_lines.h"
-#include "support/text.h"
 
 namespace cw::testing {
 namespace {
