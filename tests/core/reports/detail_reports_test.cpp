@@ -1,5 +1,5 @@
-// The call detail reports end to end, from a fixture log through the request
-// to the text export of the finished document, plus the rules behind them.
+// The call detail reports: the rules behind them, totals at a page end,
+// accented callers and bad records (every listing's page is ReportPages').
 
 #include <gtest/gtest.h>
 
