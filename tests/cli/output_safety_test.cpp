@@ -95,18 +95,13 @@ TEST_F(OutputSafety, AFailingLaterOutputLeavesTheEarlierFilesAsTheyWere) {
 
 // The CSV alone is the only output (nothing on standard output) and takes the
 // separator chosen. Its figures and UTF-8 names are the core CSV tests'
-// (CsvFigures, CsvExport).
+// (CsvFigures, CsvExport); the CSV on standard output is in value-forms.txt.
 TEST_F(OutputSafety, TheCsvIsOneMoreOutput) {
   const ProgramRun done = Report("--report history" + kJanuary + "--csv " + Quote(Path("calls.csv")) +
                                  " --csv-separator ';'");
   ExpectRun(done, 0);
   EXPECT_EQ(done.out, "");
   EXPECT_TRUE(ReadFile(Path("calls.csv")).starts_with("Date;Time;Number;Name;")) << ReadFile(Path("calls.csv"));
-
-  // On standard output (refused beside another output there: the transcript).
-  const ProgramRun out = Report("--report daily" + kJanuary + "--csv -");
-  ExpectRun(out, 0);
-  EXPECT_TRUE(out.out.starts_with("Table,Kind,Row,Inbound,Outbound,Total,Sun,")) << out.out;
 }
 
 TEST_F(OutputSafety, TextEncodingAndThePdfOnStandardOutput) {
@@ -122,11 +117,10 @@ TEST_F(OutputSafety, TextEncodingAndThePdfOnStandardOutput) {
     EXPECT_EQ(Count(run.out, "\r"), Count(run.out, "\r\n"));
   }
 
-  int status = -1;
-  const std::string pdf =
-      RunShell("cd " + Quote(folder_.string()) + " && " + Shell(DataOptions() + kMuller + " --pdf -"), &status);
-  EXPECT_EQ(status, 0);
-  EXPECT_TRUE(pdf.starts_with("%PDF-")) << pdf.substr(0, 20);
+  const ProgramRun pdf =
+      RunCwreport(DataOptions() + kMuller + " --pdf -", Path("stderr.txt"), "cd " + Quote(folder_.string()) + " && ");
+  ExpectRun(pdf, 0);
+  EXPECT_TRUE(pdf.out.starts_with("%PDF-")) << pdf.out.substr(0, 20);
   EXPECT_FALSE(fs::exists(Path("-")));
 }
 

@@ -29,11 +29,6 @@ std::vector<std::string> CwreportExamples() {
   return examples;
 }
 
-// The example with this build's program for "cwreport".
-std::string Runnable(std::string example) {
-  return example.replace(0, std::string("cwreport").size(), Quote(CwreportProgram()));
-}
-
 class ReadmeExamples : public CliTest {};
 
 TEST_F(ReadmeExamples, EveryCwreportExampleRunsAsWritten) {
@@ -50,8 +45,9 @@ TEST_F(ReadmeExamples, EveryCwreportExampleRunsAsWritten) {
   for (const std::string& example : examples) {
     SCOPED_TRACE(example);
     int status = -1;
-    RunShell("cd " + Quote(folder_.string()) + " && CW_SETTINGS=" + Quote(settings) + " " + Runnable(example) +
-                 " >stdout.txt 2>stderr.txt",
+    // The example with this build's program for "cwreport".
+    const std::string command = Quote(CwreportProgram()) + example.substr(std::string("cwreport").size());
+    RunShell("cd " + Quote(folder_.string()) + " && CW_SETTINGS=" + Quote(settings) + " " + command + " >stdout.txt 2>stderr.txt",
              &status);
     EXPECT_EQ(status, 0) << ReadFile(Path("stderr.txt"));
     EXPECT_EQ(ReadFile(Path("stderr.txt")), "");

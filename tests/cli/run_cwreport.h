@@ -101,18 +101,6 @@ inline ProgramRun RunCwreport(const std::string& arguments, const std::filesyste
 
 inline const std::string kCliData = CW_TEST_DATA_DIR "/cli/";
 
-// The lines of a table in tests/data/cli, each split at its " | " into the
-// case and what it must give; lines that begin with # say the columns.
-inline std::vector<std::pair<std::string, std::string>> TableOf(const std::string& name) {
-  std::vector<std::pair<std::string, std::string>> rows;
-  std::istringstream lines(ReadFile(kCliData + name));
-  for (std::string line; std::getline(lines, line);) {
-    const std::size_t bar = line.find(" | ");
-    if (!line.starts_with("#") && bar != std::string::npos) rows.emplace_back(line.substr(0, bar), line.substr(bar + 3));
-  }
-  return rows;
-}
-
 // A fresh folder for each test, removed after it.
 class CliTest : public ::testing::Test {
  protected:

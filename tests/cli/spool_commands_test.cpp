@@ -51,47 +51,38 @@ class SpoolCommands : public CliTest {
 
 };
 
-// What each command prints and leaves is in the transcript.
+// What each command prints and leaves is in the transcript; here, what the
+// export of every output wrote.
 TEST_F(SpoolCommands, DumpAndExportTellWhatTheyFoundAndLeaveNoHalfWrittenFile) {
   WriteTwoPageSpool("chart.spool", "C:\\Chart.bmp");
-  WriteTwoPageSpool("listing.spool");
+  const std::string spool = WriteTwoPageSpool("listing.spool");
   const std::string damaged = WriteSpool("damaged.spool", {MakeTextRecord(1, 1, 1, "first"), MakePageRecord(1, "FROB"),
                                                            MakeTextRecord(1, 1, 2, "tab\there")});
   std::ofstream(damaged, std::ios::binary | std::ios::app) << std::string(100, 'x');
   Write("stub.spool", "VPR");  // shorter than a header
   Write("file", "a file, not a folder");
   ExpectTranscript("spool-commands.txt");
-}
-
-TEST_F(SpoolCommands, ExportWritesTextPdfAndPageImages) {
-  const std::string spool = WriteTwoPageSpool("listing.spool");
-  const std::string text = Path("listing.txt");
-  const std::string pdf = Path("listing.pdf");
-  const std::string pages = Path("pages");
-  const ProgramRun run = Cwreport("export " + Quote(spool) + " --text " + Quote(text) + " --pdf=" + Quote(pdf) +
-                                  " --png " + Quote(pages) + " --dpi 50 --paper a4");
-  ExpectRun(run, 0);
-  EXPECT_EQ(run.err + run.out, "");
+  const fs::path pages = Path("pages");
 
   // The text export on stdout is the same as in the file.
   const ProgramRun toStdout = Cwreport("export " + Quote(spool));
   ExpectRun(toStdout, 0);
-  EXPECT_EQ(toStdout.out, ReadFile(text));
+  EXPECT_EQ(toStdout.out, ReadFile(Path("listing.txt")));
   EXPECT_THAT(toStdout.out, HasSubstr("Total Calls"));
   EXPECT_NE(toStdout.out.find("caf\xE9"), std::string::npos) << "Windows-1252 bytes kept";
 
   int status = -1;
-  const std::string first = RunShell("pdftotext -layout -f 1 -l 1 " + Quote(pdf) + " -", &status);
+  const std::string first = RunShell("pdftotext -layout -f 1 -l 1 " + Quote(Path("listing.pdf")) + " -", &status);
   EXPECT_EQ(status, 0);
   EXPECT_THAT(first, HasSubstr("Total Calls"));
   EXPECT_THAT(first, HasSubstr("caf\u00e9 \"quoted\""));
   EXPECT_THAT(first, Not(HasSubstr("Second page")));
 
   // A4 at 50 dpi: 210 x 297 mm.
-  for (const char* page : {"page-0001.png", "page-0002.png"}) EXPECT_TRUE(fs::exists(fs::path(pages) / page)) << page;
-  EXPECT_FALSE(fs::exists(fs::path(pages) / "page-0003.png"));
+  for (const char* page : {"page-0001.png", "page-0002.png"}) EXPECT_TRUE(fs::exists(pages / page)) << page;
+  EXPECT_FALSE(fs::exists(pages / "page-0003.png"));
   // The width and height, big-endian in the PNG header.
-  EXPECT_EQ(ReadFile(fs::path(pages) / "page-0001.png").substr(16, 8), std::string("\0\0\x01\x9D\0\0\x02\x49", 8));
+  EXPECT_EQ(ReadFile(pages / "page-0001.png").substr(16, 8), std::string("\0\0\x01\x9D\0\0\x02\x49", 8));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -51,18 +52,6 @@ inline std::vector<std::string> Lines(const std::string& text) {
   return lines;
 }
 
-inline std::vector<std::string> Words(const std::string& line) {
-  std::vector<std::string> found;
-  std::istringstream in(line);
-  for (std::string word; in >> word;) found.push_back(word);
-  return found;
-}
-
-// The cases of a table under tests/data/reports/ (see TableCases).
-inline std::vector<std::vector<std::string>> Cases(std::string_view name) {
-  return TableCases("reports/" + std::string(name));
-}
-
 // What a request did, as an expected file shows it: its outcome, then every
 // box it showed (title, icon and buttons, then the text, without the source
 // line of an error, which moves with any change to the code). The boxes are
@@ -80,23 +69,6 @@ inline std::string TakeBoxes(RecordingHost& host, std::optional<RequestOutcome> 
     }
   }
   host.messages.clear();
-  return text;
-}
-
-// What a conversion gives: its value and 0, or -1 and its error number.
-template <typename Call>
-std::pair<int, int> Outcome(Call&& call) {
-  try {
-    return {static_cast<int>(call()), 0};
-  } catch (const RuntimeError& error) {
-    return {-1, error.Number()};
-  }
-}
-
-// A call log of the given lines, each ended by CR LF.
-inline std::string LogOf(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text += line + "\r\n";
   return text;
 }
 
@@ -195,7 +167,12 @@ struct BasicRig {
   }
 
   ReportRequest& Request() { return form->Request(); }
-  RequestOutcome Run() { return form->cmdPrintQuery_Click(); }
+  RequestOutcome Run() {
+    const RequestOutcome outcome = form->cmdPrintQuery_Click();
+    // No report leaves its chart's bitmap behind.
+    for (const std::string& file : host.chartFiles) EXPECT_FALSE(std::filesystem::exists(file)) << file;
+    return outcome;
+  }
   RequestOutcome Run(std::string_view from, std::string_view to, bool chart = false) {
     Request().fromDate = from;
     Request().toDate = to;
@@ -218,8 +195,6 @@ struct BasicRig {
     EXPECT_EQ(host.previews.size(), 1u);
     return host.previews.empty() ? std::string() : host.previews.back().text;
   }
-
-  std::string ChartFile() const { return folder.File("Chart.bmp"); }
 };
 using AnalysisRig = BasicRig<>;
 

@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "analysis_rig.h"
 #include "core/printer/engine_test_rig.h"
+#include "core/support/error_number.h"
 #include "testing/case_table.h"
 #include "testing/temp_folder.h"
 #include "printer/orl_printer.h"
@@ -25,12 +27,6 @@ using testing::RecordingHost;
 using testing::TempFolder;
 
 constexpr ChartWait kShortWait{3, std::chrono::milliseconds(1)};
-
-// A host whose chart component never writes its file.
-class SilentChartHost : public RecordingHost {
- public:
-  void DrawBarChart(const BarChartSpec& chart, const std::string&) override { charts.push_back(chart); }
-};
 
 TEST(ChartScale, RoundsTheLargestValueUpToTheAxisTopForEveryChart) {
   for (const std::vector<std::string>& c : testing::TableCases("reports/chart-scales.txt")) {
@@ -76,11 +72,8 @@ Placed PlaceAndRead(ReportHost& host, const std::string& bitmap) {
   document.SetScaleMode(5);  // inches
   document.SetY(3.0);
   Placed placed;
-  try {
-    PlaceBarChart(document, host, LineBarChart({1, 2}), bitmap, kLineChartLeft, kShortWait);
-  } catch (const RuntimeError& error) {
-    placed.error = error.Number();
-  }
+  placed.error =
+      test::ErrorNumberOf([&] { PlaceBarChart(document, host, LineBarChart({1, 2}), bitmap, kLineChartLeft, kShortWait); });
   document.EndDoc();
   SpoolReader reader(document.PrintFile());
   for (SpoolCommand command; reader.Next(command);) {
@@ -110,7 +103,8 @@ TEST(PlaceBarChartTest, DrawsWaitsAndPlacesTheBitmapAtTheCurrentLine) {
   // A bitmap left by an earlier run does not pass for a chart the host
   // never drew: the bounded wait ends in an error, events run between tries.
   folder.Write("Chart.bmp", RecordingHost::TinyBitmap());
-  SilentChartHost silent;
+  testing::SpoolCapturingHost silent;
+  silent.writeCharts = false;
   const Placed none = PlaceAndRead(silent, bitmap);
   EXPECT_EQ(none.error, err::kFileNotFound);
   EXPECT_TRUE(none.images.empty());

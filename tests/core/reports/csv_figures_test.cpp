@@ -1,8 +1,5 @@
-// The CSV of every report kind, with the text export of the same report, each
-// compared whole with its expected file. The page and the data come from one
-// routine; the pair of files per report keeps them from drifting apart (the
-// expected files were checked against each other row by row and total by
-// total when they were made).
+// The page and the CSV of every report kind, each compared whole with its
+// expected file, and how the CSV is written.
 
 #include <gtest/gtest.h>
 
@@ -15,24 +12,33 @@
 namespace cw {
 namespace {
 
-TEST(CsvFigures, EveryReportKindWritesItsDataBesideItsPage) {
-  for (const std::vector<std::string>& c : testing::Cases("csv-cases.txt")) {
-    SCOPED_TRACE(c[0]);
-    const std::int16_t kind = static_cast<std::int16_t>(std::stoi(c[3]));
-    testing::AnalysisRig rig(testing::ReportFixture(c[1]), kind, 4, true);
-    if (!c[2].empty()) rig.folder.Write("BusyLines.log", testing::ReportFixture(c[2]));
+// The requests of report-pages.txt, each with its expected text export and
+// the CSV of its data.
+TEST(ReportPages, EveryRequestMatchesItsPageAndItsData) {
+  for (const std::vector<std::string>& c : testing::TableCases("reports/report-pages.txt")) {
+    SCOPED_TRACE(c[0] + " " + c[1]);
+    testing::AnalysisRig rig(testing::ReportFixture(c[2]), static_cast<std::int16_t>(std::stoi(c[4])), 4, !c[1].empty());
+    if (!c[3].empty()) rig.folder.Write("BusyLines.log", testing::ReportFixture(c[3]));
     ReportRequest& request = rig.Request();
-    request.direction = c[4];
-    request.searchText = c[7];
-    request.dtmf = c[8] == "dtmf";
+    request.direction = c[5];
+    request.searchText = c[8];
+    request.partial = c[9] == "partial";
+    request.dtmf = c[10] == "dtmf";
     request.columns = DetailColumnPositions(request.dtmf);
-    request.variant = c[10];
-    request.lines.lines = {1};
+    request.variant = c[12];
+    request.lines.allLines = c[13] == "all";
+    if (!c[13].empty() && !request.lines.allLines) request.lines.lines = {static_cast<std::int16_t>(std::stoi(c[13]))};
+    if (const std::vector<std::string> f = testing::Split(c[14], ','); f.size() == 5) {
+      request.abandoned = {f[0] == "1", f[1], f[2] == "1", f[3], f[4] == "1", 0};
+    }
     request.callBackWindowDays = 30;
-    if (kind == kind::kAbandonedCalls) request.abandoned = {false, "", true, "3", false, 0};
-    ASSERT_EQ(rig.Run(c[5], c[6], c[9] == "chart"), RequestOutcome::kProduced);
-    if (c[11] == "page") testing::ExpectMatchesFixture(rig.Text(), "csv-" + c[0] + ".txt");
-    testing::ExpectMatchesFixture(rig.host.previews.at(0).csv, "csv-" + c[0] + ".csv");
+    ASSERT_EQ(rig.Run(c[6], c[7], c[11] == "chart"), RequestOutcome::kProduced);
+    if (!c[0].empty()) testing::ExpectMatchesFixture(rig.Text(), c[0] + ".txt");
+    if (!c[1].empty()) testing::ExpectMatchesFixture(rig.host.previews.at(0).csv, c[1] + ".csv");
+    if (!c[15].empty()) {
+      EXPECT_EQ(rig.host.previews.at(0).title, c[15]);
+    }
+    EXPECT_FALSE(rig.form->PartialMatch());
   }
 }
 

@@ -5,17 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <numeric>
 #include <string>
 #include <vector>
 
 #include "analysis_rig.h"
 #include "core/data/log_lines.h"
-#include "data/log_conversions.h"
 #include "reports/hour_labels.h"
 #include "data/record_decoder.h"
-#include "support/text.h"
-#include "support/time_text.h"
 
 namespace cw {
 namespace {
@@ -23,7 +19,6 @@ namespace {
 using testing::AnalysisRig;
 using testing::Call;
 using testing::LogOf;
-using testing::Outcome;
 using testing::ReportFixture;
 
 // The time-of-day table's 24 labels are pinned by the week's text export.
@@ -52,36 +47,25 @@ TEST(DailyCallAnalysis, WeekOfCallsMatchesItsTextExport) {
   rig.ExpectRun("06/01/2025", "06/30/2025", "daily-empty.txt");
 }
 
+// A call without a direction counts as the kind of the call before it, also
+// on the next day; with none before it, in the total only. "in" is no
+// direction (compared exactly), " In" is In (the field is trimmed).
 TEST(DailyCallAnalysis, CallWithoutDirectionTakesTheKindOfTheCallBefore) {
-  AnalysisRig rig("", kind::kDailyCallStatistics);
-  ReportForm& form = *rig.form;
-  CallHourRun run;
-  auto build = [&](const char* date, const char* time, const char* direction) {
-    const std::string line = Call().Date(date).Time(time).Direction(direction).Text();
-    form.Build_CallMatrix(CallRecord(line), ParseLogDate(date), run);
-  };
-  build("11/02/2026", "9:00AM", "??");   // nothing before it: total only
-  build("11/02/2026", "9:10AM", "Out");
-  build("11/02/2026", "9:20AM", "");     // as the Out before it
-  build("11/02/2026", "9:30AM", " In");
-  build("11/02/2026", "9:40AM", "in");   // compared exactly: as the In before it
-  build("11/03/2026", "3:00PM", "IN ");  // the kind carries over to the next day
-  form.AddCallRun(run);
-  const auto& m = form.WorkingMatrices();
-  EXPECT_EQ((std::vector<int>{m.day[2][1], m.day[2][2], m.day[2][3], m.day[3][1]}), (std::vector<int>{2, 2, 5, 1}));
-  EXPECT_EQ((std::vector<int>{m.hour[9][1], m.hour[9][7], m.hour[15][2]}), (std::vector<int>{5, 5, 1}));
+  const Call monday = Call().Date("11/02/2026");
+  AnalysisRig rig(LogOf({Call(monday).Time("9:00AM").Direction("??"), Call(monday).Time("9:10AM").Direction("Out"),
+                         Call(monday).Time("9:20AM").Direction(""), Call(monday).Time("9:30AM").Direction(" In"),
+                         Call(monday).Time("9:40AM").Direction("in"), Call().Date("11/03/2026").Time("3:00PM").Direction("IN ")}),
+                  kind::kDailyCallStatistics);
+  rig.ExpectRun("11/01/2026", "11/30/2026", "daily-directions.txt");
 }
 
 TEST(DailyCallAnalysis, EveryTimeOfAnHourIsCheckedThoughItsHourIsReadOnce) {
   // After the first call of an hour the others are known by their hour
   // columns; a later one whose minutes are not a number is still an error,
   // and "am" is the same hour as "AM".
-  const std::string bad = Call().Date("11/02/2026").Time("09:6xAM").Text();
-  AnalysisRig rig(LogOf({Call().Date("11/02/2026").Time("09:05AM").Text(),
-                         Call().Date("11/02/2026").Time("09:59am").Direction("Out").Text(), bad,
-                         Call().Date("11/02/2026").Time("09:07AM").Text(),
-                         Call().Date("11/02/2026").Time("10:00AM").Text(),
-                         Call().Date("11/03/2026").Time("10:01AM").Text()}),
+  const Call day = Call().Date("11/02/2026");
+  AnalysisRig rig(LogOf({Call(day).Time("09:05AM"), Call(day).Time("09:59am").Direction("Out"), Call(day).Time("09:6xAM"),
+                         Call(day).Time("09:07AM"), Call(day).Time("10:00AM"), Call().Date("11/03/2026").Time("10:01AM")}),
                   kind::kDailyCallStatistics);
   rig.ExpectRun("11/01/2026", "11/30/2026", "daily-hour-checked.txt");
 }
@@ -89,30 +73,25 @@ TEST(DailyCallAnalysis, EveryTimeOfAnHourIsCheckedThoughItsHourIsReadOnce) {
 // A bad time costs only its record (see the repeated errors); a bad date
 // stops the walk in its own box, and no document is shown.
 TEST(DailyCallAnalysis, ABadDateStopsTheWalkInItsOwnBox) {
-  AnalysisRig dates(LogOf({Call().Date("11/02/2026").Text(), Call().Date("11/0x/2026").Text()}),
+  AnalysisRig dates(LogOf({Call().Date("11/02/2026"), Call().Date("11/0x/2026")}),
                     kind::kDailyCallStatistics);
   dates.ExpectRun("11/01/2026", "11/30/2026", "daily-bad-date.txt");
 }
 
-TEST(DailyCallAnalysis, ChartOfTwentyFourHoursIsPlacedUnderTheTablesAndDeleted) {
+TEST(DailyCallAnalysis, ChartOfTwentyFourHoursIsPlacedUnderTheTables) {
   AnalysisRig rig(ReportFixture("daily-week.log"), kind::kDailyCallStatistics);
   ASSERT_EQ(rig.Run("11/02/2026", "11/08/2026", true), RequestOutcome::kProduced);
   ASSERT_EQ(rig.host.charts.size(), 1u);
-  const BarChartSpec& chart = rig.host.charts[0];
-  ASSERT_EQ(chart.values.size(), 24u);
-  EXPECT_EQ((std::vector<int>{chart.values[0], chart.values[10], chart.values[23]}), (std::vector<int>{2, 2, 2}));
-  EXPECT_EQ(std::accumulate(chart.values.begin(), chart.values.end(), 0), 13);
-  EXPECT_EQ(chart.colLabels, HourChartLabels());
-  EXPECT_EQ(chart.maxY, 10);
-  // Written into the "Path" folder, placed 5.5 wide and 2.1 high at 1.25
-  // below the last hour's row, and gone after the report.
-  EXPECT_EQ(rig.host.chartFiles[0], rig.ChartFile());
-  EXPECT_FALSE(std::filesystem::exists(rig.ChartFile()));
+  // The time-of-day table's totals.
+  EXPECT_EQ(rig.host.charts[0].values,
+            (std::vector<std::int32_t>{2, 1, 0, 0, 0, 0, 0, 0, 0, 1, 2, 2, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 2}));
+  EXPECT_EQ(rig.host.charts[0].colLabels, HourChartLabels());
+  // Written into the "Path" folder and placed at 1.25 below the last hour's
+  // row (its size is PlaceBarChartTest's).
   const std::vector<SpoolCommand> images = rig.host.Commands(SpoolKeyword::kImageOut);
   ASSERT_EQ(images.size(), 1u);
-  EXPECT_EQ(images[0].text, rig.ChartFile());
-  EXPECT_EQ((std::vector<double>{images[0].x1, images[0].ImageWidth(), images[0].ImageHeight()}),
-            (std::vector<double>{1.25, 5.5, 2.1}));
+  EXPECT_EQ(images[0].text, rig.folder.File("Chart.bmp"));
+  EXPECT_EQ(images[0].x1, 1.25);
   const SpoolCommand lastText = rig.host.Commands(SpoolKeyword::kTextOut).back();
   EXPECT_EQ(images[0].page, lastText.page);
   EXPECT_GT(images[0].y1, lastText.y1);
@@ -123,7 +102,7 @@ TEST(DailyCallAnalysis, ChartOfTwentyFourHoursIsPlacedUnderTheTablesAndDeleted) 
   plain.folder.Write("Chart.bmp", testing::RecordingHost::TinyBitmap());
   ASSERT_EQ(plain.Run("11/02/2026", "11/08/2026"), RequestOutcome::kProduced);
   EXPECT_TRUE(plain.host.charts.empty());
-  EXPECT_TRUE(std::filesystem::exists(plain.ChartFile()));
+  EXPECT_TRUE(std::filesystem::exists(plain.folder.File("Chart.bmp")));
   EXPECT_EQ(plain.Text(), rig.Text());
   EXPECT_GT(plain.host.Commands(SpoolKeyword::kTextOut).back().y1, lastText.y1);
 }

@@ -2,6 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <sstream>
+#include <string>
+
+#include "data/log_conversions.h"
+#include "testing/expected_file.h"
+
 namespace cw {
 namespace {
 
@@ -33,34 +40,19 @@ TEST(ReportRequestTest, LineChoiceListsEveryActiveLineUpToTheLargest) {
   EXPECT_EQ(some.Chosen(2), (std::vector<std::int16_t>{3, 1, 7}));
 }
 
+// The cases of time-periods.txt: the period, today and the log's first date.
 TEST(ReportRequestTest, TimePeriodsFromAnInjectedToday) {
-  const PeriodCaptions before{"01/01/2020", "02/02/2020"};
-  const CivilDate wednesday = CivilDate::FromYmd(2026, 11, 18);
-  const CivilDate sunday = CivilDate::FromYmd(2026, 11, 22);
-
-  PeriodCaptions today = ApplyTimePeriod(TimePeriod::kToday, wednesday, std::nullopt, before);
-  EXPECT_EQ(today.fromDate, "11/18/2026");
-  EXPECT_EQ(today.toDate, "11/18/2026");
-
-  PeriodCaptions week = ApplyTimePeriod(TimePeriod::kCurrentWeek, wednesday, std::nullopt, before);
-  EXPECT_EQ(week.fromDate, "11/15/2026");
-  EXPECT_EQ(week.toDate, "02/02/2020") << "the week leaves To alone";
-  EXPECT_EQ(ApplyTimePeriod(TimePeriod::kCurrentWeek, sunday, std::nullopt, before).fromDate,
-            "11/22/2026")
-      << "on a Sunday the week starts that same day";
-
-  PeriodCaptions month = ApplyTimePeriod(TimePeriod::kCurrentMonth, CivilDate::FromYmd(2024, 3, 1),
-                                         std::nullopt, before);
-  EXPECT_EQ(month.fromDate, "03/01/2024");
-  EXPECT_EQ(month.toDate, "03/01/2024");
-
-  PeriodCaptions all =
-      ApplyTimePeriod(TimePeriod::kAllLogEntries, sunday, std::string("08/01/2026"), before);
-  EXPECT_EQ(all.fromDate, "08/01/2026");
-  EXPECT_EQ(all.toDate, "11/22/2026");
-  PeriodCaptions noLog = ApplyTimePeriod(TimePeriod::kAllLogEntries, sunday, std::nullopt, before);
-  EXPECT_EQ(noLog.fromDate, "01/01/2020") << "without a log From stays as it was";
-  EXPECT_EQ(noLog.toDate, "11/22/2026");
+  testing::ExpectTableMatches("reports/time-periods.txt", [](const std::string& input) {
+    std::istringstream in(input);
+    int period = 0;
+    std::string today;
+    std::string first;
+    in >> period >> today >> first;
+    const PeriodCaptions after = ApplyTimePeriod(static_cast<TimePeriod>(period), ParseLogDate(today),
+                                                 first == "-" ? std::nullopt : std::optional(first),
+                                                 PeriodCaptions{"01/01/2020", "02/02/2020"});
+    return after.fromDate + " to " + after.toDate;
+  });
 }
 
 }  // namespace

@@ -16,20 +16,18 @@ namespace {
 
 using testing::TempFolder;
 
+// CW_SETTINGS, XDG_CONFIG_HOME and HOME: the file named, else the folder; a
+// relative XDG_CONFIG_HOME is ignored.
 TEST(ResolveSettingsLocation, EnvironmentDecidesTheFile) {
-  EXPECT_EQ(ResolveSettingsLocation({"/tmp/mine.ini", "/xdg", "/home/u"}).file, "/tmp/mine.ini");
-
-  const SettingsLocation xdg = ResolveSettingsLocation({"", "/xdg", "/home/u"});
-  EXPECT_EQ(xdg.file, "");
-  EXPECT_EQ(xdg.folder, "/xdg/callwarden-reports");
-
-  // A relative XDG_CONFIG_HOME is ignored.
-  EXPECT_EQ(ResolveSettingsLocation({"", "rel", "/home/u"}).folder, "/home/u/.config/callwarden-reports");
-  EXPECT_EQ(ResolveSettingsLocation({"", "", "/home/u"}).folder, "/home/u/.config/callwarden-reports");
-
-  const SettingsLocation none = ResolveSettingsLocation({});
-  EXPECT_EQ(none.file, "");
-  EXPECT_EQ(none.folder, "");
+  for (const auto& [environment, file, folder] :
+       {std::tuple{SettingsEnvironment{"/tmp/mine.ini", "/xdg", "/home/u"}, "/tmp/mine.ini", ""},
+        {{"", "/xdg", "/home/u"}, "", "/xdg/callwarden-reports"},
+        {{"", "rel", "/home/u"}, "", "/home/u/.config/callwarden-reports"},
+        {{"", "", "/home/u"}, "", "/home/u/.config/callwarden-reports"},
+        {{}, "", ""}}) {
+    const SettingsLocation location = ResolveSettingsLocation(environment);
+    EXPECT_EQ(location.file + " " + location.folder, std::string(file) + " " + folder) << environment.xdgConfigHome;
+  }
 }
 
 TEST(IniSettingsStore, OneFilePerEditionUnlessOneFileIsNamed) {
@@ -55,16 +53,13 @@ TEST(IniSettingsStore, OneFilePerEditionUnlessOneFileIsNamed) {
   EXPECT_EQ(single.Get(kEditionRingtally, "Reports", "LastTab", "1"), "2");
 }
 
-TEST(IniSettingsStore, SaveKeepsOtherKeysSectionsAndBytes) {
+// Where a key goes among the others is the document's (IniDocument).
+TEST(IniSettingsStore, SaveKeepsTheBytesGiven) {
   TempFolder temp;
-  const std::string file = temp.Write(
-      "s.ini", "[Reports]\r\nPath=C:\\Logger\r\nUnknown Key=keep me\r\n\r\n[Elsewhere]\r\nLastTab=9\r\n");
+  const std::string file = temp.Write("s.ini", "[Reports]\r\nPath=C:\\Logger\r\n");
   IniSettingsStore store(SettingsLocation{file, {}});
-  store.Save("Vorn Ringtally", "Reports", "LastTab", "3");
   store.Save("Vorn Ringtally", "Reports", "SearchText", "Jos\xE9 M\xFCller ");
-  EXPECT_EQ(testing::ReadBytes(file),
-            "[Reports]\r\nPath=C:\\Logger\r\nUnknown Key=keep me\r\nLastTab=3\r\nSearchText=Jos\xE9 M\xFCller \r\n"
-            "\r\n[Elsewhere]\r\nLastTab=9\r\n");
+  EXPECT_EQ(testing::ReadBytes(file), "[Reports]\r\nPath=C:\\Logger\r\nSearchText=Jos\xE9 M\xFCller \r\n");
   // Written as given, read trimmed as every value is.
   EXPECT_EQ(store.Get("Vorn Ringtally", "Reports", "SearchText", ""), "Jos\xE9 M\xFCller");
   // No temporary file is left beside it.

@@ -5,6 +5,7 @@
 
 #include "settings/edition.h"
 #include "support/runtime_error.h"
+#include "testing/case_table.h"
 #include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 
@@ -20,12 +21,10 @@ TEST(ProfileIntValue, LeadingWholeNumberLikeTheProfileFunction) {
 
 TEST(ProfileIntFromText, DefaultsForWhatIsMissing) {
   const char* ini = "[General]\r\nActiveLines=9\r\n[ports]\r\nkvxhardware = 5\r\nActiveLines=\r\nOther=x\r\n";
-  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "KVXHardware", 3), 5);
-  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "ActiveLines", 2), 2);  // empty value
-  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "Other", 2), 0);        // not a number
-  EXPECT_EQ(ProfileIntFromText(ini, "Ports", "Missing", 2), 2);
-  EXPECT_EQ(ProfileIntFromText(ini, "Nowhere", "ActiveLines", 2), 2);
-  EXPECT_EQ(ProfileIntFromText("", "Ports", "ActiveLines", 2), 2);
+  testing::ExpectTableMatches("settings/profile-lookups.txt", [&](const std::string& lookup) {
+    const std::vector<std::string> f = testing::Split(lookup, '|');
+    return std::to_string(ProfileIntFromText(f[0] == "-" ? "" : ini, f[1], f[2], std::stoi(f[3])));
+  });
 }
 
 // A file found whatever its case, and its values, ResolveStartup's test

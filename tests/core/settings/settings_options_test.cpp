@@ -31,13 +31,9 @@ struct ShownBoxes {
 };
 
 TEST(GetOptionsSaveOptions, StoreFailuresShowTheModernBox) {
+  // A store that works is every report test's.
   MemoryStore store;
   ShownBoxes boxes;
-  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "1");
-  EXPECT_TRUE(SaveOptions(store, "Vorn Ringtally", "Reports", "LastTab", "3", boxes.Output()));
-  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "3");
-  EXPECT_TRUE(boxes.texts.empty());
-
   store.failing = true;
   EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "");
   EXPECT_FALSE(SaveOptions(store, "Vorn Ringtally", "Reports", "LastTab", "3", boxes.Output()));
