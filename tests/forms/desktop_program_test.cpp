@@ -13,7 +13,6 @@
 #include <future>
 #include <map>
 #include <optional>
-#include <vector>
 
 #include "forms/cursor_scope.h"
 #include "forms/desktop_command_line.h"
@@ -166,20 +165,13 @@ class DesktopProgramTest : public QObject {
   }
 
   // Regression: with no default printer the print dialog's list was blank.
+  // The table current_printers.txt.
   void currentPrinterIsTheDefaultElseTheFirst() {
-    struct Row {
-      QStringList names;
-      QString systemDefault;
-      QString current;
-    };
-    // The dialog shows the current printer when asked for none (print_dialogs_test).
-    const std::vector<Row> rows = {
-        {{"Front", "Back"}, "Back", "Back"}, {{"Front", "Back"}, "", "Front"}, {{"Front", "Back"}, "Gone", "Front"},
-        {{}, "", ""}};
-    for (const Row& row : rows) {
-      const PrinterCatalog catalog = MakePrinterCatalog(row.names, row.systemDefault);
-      QCOMPARE(catalog.names, row.names);
-      QCOMPARE(catalog.current, row.current);
+    for (const QStringList& row : testing::TableRows(QStringLiteral("current_printers.txt"))) {
+      const QStringList names = row.value(0).split(',', Qt::SkipEmptyParts);
+      const PrinterCatalog catalog = MakePrinterCatalog(names, row.value(1));
+      QCOMPARE(catalog.names, names);
+      QCOMPARE(catalog.current, row.value(2));
     }
 
     // The progress window says where the job goes.
