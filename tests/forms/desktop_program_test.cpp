@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCursor>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -19,7 +18,6 @@
 #include "forms/desktop_report_host.h"
 #include "forms/forms_rig.h"
 #include "forms/print_opt_form.h"
-#include "forms/print_progress_form.h"
 #include "forms/running_copy.h"
 #include "forms/window_appearance.h"
 
@@ -173,13 +171,6 @@ class DesktopProgramTest : public QObject {
       QCOMPARE(catalog.names, names);
       QCOMPARE(catalog.current, row.value(2));
     }
-
-    // The progress window says where the job goes.
-    PrintProgressForm named(QStringLiteral("Call Detail"), QStringLiteral("Front"));
-    named.show();
-    auto* printer = testing::Control<QLabel>(named, "lblPrinter");
-    QVERIFY(printer->isVisible());
-    QVERIFY(printer->text().contains(QStringLiteral("Front")));
   }
 };
 

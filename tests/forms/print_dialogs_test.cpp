@@ -150,9 +150,12 @@ class PrintDialogsTest : public QObject {
     }
   }
 
-  void progressBarGrowsWithTheFraction() {
-    PrintProgressForm progress(QStringLiteral("Call Detail"));
+  // The bar, and the printer the job goes to.
+  void progressWindowShowsTheFractionAndThePrinter() {
+    PrintProgressForm progress(QStringLiteral("Call Detail"), QStringLiteral("Front Desk"));
     progress.show();
+    auto* printer = Control<QLabel>(progress, "lblPrinter");
+    QVERIFY(printer->isVisible() && printer->text().contains(QStringLiteral("Front Desk")));
     auto* frame = Control<QFrame>(progress, "ProgressBarFrame");
     auto* bar = Control<QFrame>(progress, "ProgressBar");
     QVERIFY(progress.FrameWidthTwips() > 0 && !bar->isVisible());
