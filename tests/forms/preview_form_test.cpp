@@ -340,11 +340,13 @@ class PreviewFormTest : public QObject {
     QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
   }
 
-  // A one-page report, whose paging keys change nothing, and the window's
-  // smallest size.
-  void onePageReportAndWindowSizeRules() {
+  // A one-page report, whose paging keys change nothing; the window's
+  // smallest size; its buttons and their captions as the document asks.
+  void onePageReportSizeRulesAndButtons() {
     Report report;
-    auto form = Open(report.Make(1));
+    report.Make(1);
+    report.document->Options().closeButtonCaption.clear();
+    auto form = Open(*report.document);
     const std::int64_t start = form->PageStartRecord();
     for (Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageUp}) {
       QTest::keyClick(PageImg(*form), key);
@@ -356,27 +358,8 @@ class PreviewFormTest : public QObject {
     QVERIFY(form->width() * form->TwipsPerPixelX() >= 2000);
     QVERIFY(form->height() * form->TwipsPerPixelY() >= 2000);
     QVERIFY(form->width() * form->TwipsPerPixelX() < 2000 + form->TwipsPerPixelX());
-
-    // Not sizable: maximised.
-    Report fixed;
-    fixed.Make(1);
-    fixed.document->Options().previewSizable = false;
-    PreviewForm maximised(*fixed.document, host_, PageSetup{});
-    QVERIFY(maximised.windowState() & Qt::WindowMaximized);
-  }
-
-  void buttonsAndCloseCaption() {
-    Report report;
-    report.Make(1);
-    report.document->Options().closeButtonCaption.clear();
-    auto form = Open(*report.document);
     auto* close = testing::Control<QPushButton>(*form, "CloseBtn");
     QCOMPARE(close->text(), QString("Close"));
-    // A long caption is not cut.
-    report.document->Options().closeButtonCaption = "Close this report and go back to the form";
-    PreviewForm longCaption(*report.document, host_, PageSetup{});
-    auto* wide = testing::Control<QPushButton>(longCaption, "CloseBtn");
-    QVERIFY(wide->width() >= wide->fontMetrics().horizontalAdvance(wide->text()));
 
     // The document chooses which buttons are shown.
     OrlPrinter::OutputOptions& options = report.document->Options();
@@ -388,27 +371,16 @@ class PreviewFormTest : public QObject {
     QVERIFY(testing::Control<QPushButton>(*chosen, "SaveBtn")->isVisible());
     QVERIFY(!testing::Control<QPushButton>(*chosen, "FindBtn")->isVisible());
 
+    // A long caption is not cut; a window that may not be sized is maximised.
+    options.closeButtonCaption = "Close this report and go back to the form";
+    options.previewSizable = false;
+    PreviewForm fixed(*report.document, host_, PageSetup{});
+    auto* wide = testing::Control<QPushButton>(fixed, "CloseBtn");
+    QVERIFY(wide->width() >= wide->fontMetrics().horizontalAdvance(wide->text()));
+    QVERIFY(fixed.windowState() & Qt::WindowMaximized);
+
     QTest::mouseClick(close, Qt::LeftButton);
     QVERIFY(!form->isVisible());
-  }
-
-  void findButtonAndFindKeysDoNothing() {
-    Report report;
-    report.Make(3);
-    report.document->Options().showPreviewFind = true;
-    auto form = Open(*report.document);
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
-    const QImage before = Canvas(*form);
-    const QWidgetList windows = QApplication::topLevelWidgets();
-
-    Click(*form, "FindBtn");
-    QTest::keyClick(PageImg(*form), Qt::Key_F);
-    QTest::keyClick(PageImg(*form), Qt::Key_F3);
-    QTest::keyClick(PageImg(*form), Qt::Key_F3, Qt::ShiftModifier);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
-    QCOMPARE(Canvas(*form), before);
-    QCOMPARE(QApplication::topLevelWidgets(), windows);
-    QVERIFY(host_.messages.empty());
   }
 
   // Print and Save go through the engine; a name ending in .csv saves the
@@ -463,7 +435,9 @@ class PreviewFormTest : public QObject {
     QCOMPARE(AskSaveReportFileName(nullptr), std::string());
   }
 
-  void findInReport() {
+  // The Find button and the keys F and F3 reach no search yet: they change
+  // nothing. The search itself, FindInReport, is ready to be connected.
+  void findDoesNothingYetAndFindInReportSearches() {
     Report report;
     report.Make(5, 1, [](OrlPrinter& d, int page) {
       d.NewLine();
@@ -474,7 +448,18 @@ class PreviewFormTest : public QObject {
         d.TextOut(3, "TEXT");
       }
     });
+    report.document->Options().showPreviewFind = true;
     auto form = Open(*report.document);
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    const QImage before = Canvas(*form);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    Click(*form, "FindBtn");
+    QTest::keyClick(PageImg(*form), Qt::Key_F);
+    QTest::keyClick(PageImg(*form), Qt::Key_F3);
+    QTest::keyClick(PageImg(*form), Qt::Key_F3, Qt::ShiftModifier);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(Canvas(*form), before);
+    QCOMPARE(QApplication::topLevelWidgets(), windows);
 
     form->FindInReport("total", true);  // page 1's own hit
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
