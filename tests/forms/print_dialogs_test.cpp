@@ -117,20 +117,15 @@ class PrintDialogsTest : public QObject {
     }
   }
 
-  // On showing, the list is filled and set to the engine's printer; without
-  // an engine it stays empty; an unknown printer leaves no name for OK.
+  // On showing, the list is filled and set to the engine's printer (a name
+  // no printer has leaves its text empty: printerListSelectsTheExactName);
+  // without an engine it stays empty.
   void activationFillsTheListFromTheEngine() {
     OrlPrinter engine{OrlPrinterEnvironment{}};
     engine.Options().defaultPrinter = "Front Desk";
     PrintOptForm form(&engine, ThreePrinters());
     form.show();
     QCOMPARE(Control<QComboBox>(form, "PrinterList")->currentText(), QStringLiteral("Front Desk"));
-
-    engine.Options().defaultPrinter = "No Such Printer";
-    PrintOptForm unknown(&engine, ThreePrinters());
-    unknown.show();
-    QTest::mouseClick(Control<QPushButton>(unknown, "OKBtn"), Qt::LeftButton);
-    QCOMPARE(unknown.PrinterName, std::string());
 
     PrintOptForm alone(nullptr, ThreePrinters());
     alone.show();
@@ -155,9 +150,12 @@ class PrintDialogsTest : public QObject {
     }
   }
 
-  void progressBarGrowsWithTheFraction() {
-    PrintProgressForm progress(QStringLiteral("Call Detail"));
+  // The bar, and the printer the job goes to.
+  void progressWindowShowsTheFractionAndThePrinter() {
+    PrintProgressForm progress(QStringLiteral("Call Detail"), QStringLiteral("Front Desk"));
     progress.show();
+    auto* printer = Control<QLabel>(progress, "lblPrinter");
+    QVERIFY(printer->isVisible() && printer->text().contains(QStringLiteral("Front Desk")));
     auto* frame = Control<QFrame>(progress, "ProgressBarFrame");
     auto* bar = Control<QFrame>(progress, "ProgressBar");
     QVERIFY(progress.FrameWidthTwips() > 0 && !bar->isVisible());

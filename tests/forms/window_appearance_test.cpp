@@ -5,9 +5,9 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
-#include <QVBoxLayout>
 #include <QtTest>
 
+#include "forms/forms_rig.h"
 #include "forms/window_appearance.h"
 #include "platform/font_mapping.h"
 
@@ -17,15 +17,11 @@ class WindowAppearanceTest : public QObject {
   Q_OBJECT
 
  private slots:
-  // Table: product name and generation. The first row of the lookup wins
-  // ("98" comes before every other word); case counts.
+  // The table win_generations.txt.
   void generationFromProductName() {
-    const std::pair<const char*, std::int16_t> rows[] = {
-        {"Microsoft Windows XP", 5}, {"Windows Server 2012 R2 Standard", 6}, {"Windows 10 Pro", 10},
-        {"Windows Server 2016 Datacenter", 10}, {"Windows Server Technical Preview", 10}, {"", kUnknownWinVersion},
-        {"Windows 11 Home", kUnknownWinVersion}, {"Windows 98 with Windows 10 parts", 4},
-        {"Windows XP build 1998", 4}, {"windows xp", kUnknownWinVersion}};
-    for (const auto& [name, generation] : rows) QCOMPARE(GetWinVersion(name), generation);
+    for (const QStringList& row : testing::TableRows(QStringLiteral("win_generations.txt"))) {
+      QCOMPARE(GetWinVersion(row.value(0).toStdString()), row.value(1).toShort());
+    }
 #ifndef Q_OS_WIN
     QCOMPARE(ReadWinProductName(), std::string());
     QCOMPARE(GetWinVersion(), kUnknownWinVersion);
@@ -34,14 +30,9 @@ class WindowAppearanceTest : public QObject {
 
   void windowFontReachesNestedControls() {
     QWidget form;
-    auto* outer = new QVBoxLayout(&form);
     auto* group = new QGroupBox(QStringLiteral("Range"), &form);
-    outer->addWidget(group);
-    auto* inner = new QVBoxLayout(group);
-    auto* panel = new QWidget(group);
-    inner->addWidget(panel);
-    auto* edit = new QLineEdit(panel);
-    auto* label = new QLabel(QStringLiteral("Copies"), panel);
+    auto* edit = new QLineEdit(group);
+    auto* label = new QLabel(QStringLiteral("Copies"), group);
     QFont bold = label->font();
     bold.setBold(true);
     bold.setPointSize(14);
@@ -49,8 +40,7 @@ class WindowAppearanceTest : public QObject {
 
     ApplyWindowFont(&form, kUnknownWinVersion);
     const QString segoe = ResolveFontFamily("Segoe UI");
-    for (QWidget* widget : {static_cast<QWidget*>(&form), static_cast<QWidget*>(group), panel,
-                            static_cast<QWidget*>(edit), static_cast<QWidget*>(label)}) {
+    for (QWidget* widget : std::initializer_list<QWidget*>{&form, group, edit, label}) {
       QCOMPARE(widget->font().family(), segoe);
       QCOMPARE(widget->font().pointSize(), 9);
     }
