@@ -229,10 +229,6 @@ TEST(RecordSelection, EveryWalkStartsAtTheTopAndReportsItsProgress) {
   EXPECT_EQ(reports, (std::vector<std::pair<std::int64_t, std::size_t>>{{2, 2 * lineBytes}, {4, 4 * lineBytes}}));
   EXPECT_EQ(selection.RecordsRead(), 5);
   EXPECT_EQ(selection.BytesConsumed(), log.size());
-
-  // An empty line ends the log for the selection too.
-  const std::string gap = Log({Call(), Call()}).insert(Call().Text().size() + 2, "\r\n");
-  EXPECT_EQ(Selected(gap, AllYear()), Names{"A"});
 }
 
 }  // namespace
