@@ -21,29 +21,20 @@ TEST(LogBuffer, HoldsTheWholeFileByteForByte) {
   EXPECT_EQ(LogBuffer::Load(folder.Write("calls.log", bytes)).Text(), bytes);
   EXPECT_EQ(LogBuffer::Load(folder.Write("empty.log", "")).Size(), 0u);
   EXPECT_EQ(LogBuffer().Text(), "");
-
-  // A log of several megabytes reads the same, up to its last byte, and
-  // stays valid after the buffer is moved.
-  std::string large;
-  for (int i = 0; large.size() < (std::size_t{5} << 20); ++i) large += "line " + std::to_string(i) + "\r\n";
-  large += "tail";
-  LogBuffer loaded = LogBuffer::Load(folder.Write("large.log", large));
-  const LogBuffer moved = std::move(loaded);
-  EXPECT_EQ(moved.Size(), large.size());
-  EXPECT_TRUE(moved.Text() == large);
 }
 
 TEST(LogBuffer, RotatingTheLogAfterLoadingChangesNothingRead) {
   // Log rotation rewrites or truncates the file while a report still walks
   // what it loaded. The buffer must keep the old bytes, at every size (a
   // buffer that read the file through a mapping would die here on its first
-  // byte past the new end).
+  // byte past the new end), and stay valid after the buffer is moved.
   const testing::TempFolder folder;
   for (const std::size_t size : {std::size_t{100}, std::size_t{5} << 20, std::size_t{9} << 20}) {
     std::string bytes;
     while (bytes.size() < size) bytes += "01/15/2024 9:05AM  5551234567 line " + std::to_string(bytes.size()) + "\r\n";
     const std::string file = folder.Write("calls.log", bytes);
-    const LogBuffer buffer = LogBuffer::Load(file);
+    LogBuffer loaded = LogBuffer::Load(file);
+    const LogBuffer buffer = std::move(loaded);
     {
       std::ofstream rewrite(file, std::ios::binary | std::ios::in | std::ios::out);
       rewrite << std::string(4096, 'X');
