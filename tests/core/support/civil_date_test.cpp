@@ -10,18 +10,6 @@
 namespace cw {
 namespace {
 
-struct Ymd {
-  int year;
-  int month;
-  int day;
-};
-
-void ExpectYmd(CivilDate date, Ymd expected) {
-  EXPECT_EQ(date.Year(), expected.year);
-  EXPECT_EQ(date.Month(), expected.month);
-  EXPECT_EQ(date.Day(), expected.day);
-}
-
 TEST(CivilDateTest, DatesRollOverLikeDateSerialWithTheirSerialsAndWeekdays) {
   testing::ExpectTableMatches("support/civil-dates.txt", [](const std::string& text) {
     int year = 0, month = 0, day = 0;
@@ -32,8 +20,8 @@ TEST(CivilDateTest, DatesRollOverLikeDateSerialWithTheirSerialsAndWeekdays) {
              " serial " + std::to_string(date.Serial()) + " weekday " + std::to_string(date.Weekday());
     });
   });
-  ExpectYmd(CivilDate::FromSerial(45296), {2024, 1, 5});
-  ExpectYmd(CivilDate::FromSerial(-1), {1899, 12, 29});
+  EXPECT_EQ(CivilDate::FromSerial(45296), CivilDate::FromYmd(2024, 1, 5));
+  EXPECT_EQ(CivilDate::FromSerial(-1), CivilDate::FromYmd(1899, 12, 29));
   EXPECT_EQ(CivilDate::FromYmd(2024, 1, 5).AddDays(27), CivilDate::FromYmd(2024, 2, 1));
   EXPECT_LT(CivilDate::FromYmd(2023, 12, 31), CivilDate::FromYmd(2024, 1, 1));
 }
