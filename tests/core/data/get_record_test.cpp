@@ -47,12 +47,10 @@ TEST(GetRecord, HandsOutTrimmedLinesUntilAnEmptyOneOrTheEnd) {
 TEST(GetRecord, StartsOverAfterDoneOrWhenAskedToStop) {
   const std::string_view buffer = "one\r\ntwo\r\n";
   ReaderState state;
-  EXPECT_EQ(GetRecord(buffer, false, state), "one");
-  EXPECT_EQ(GetRecord(buffer, false, state), "two");
-  EXPECT_EQ(GetRecord(buffer, false, state), kDone);
-  EXPECT_EQ(GetRecord(buffer, false, state), "one");
-  EXPECT_EQ(GetRecord(buffer, true, state), kDone);
-  EXPECT_EQ(GetRecord(buffer, false, state), "one");
+  // Whether each call asks the reader to stop, and what it hands out.
+  const std::pair<bool, std::string_view> calls[] = {{false, "one"}, {false, "two"}, {false, kDone},
+                                                     {false, "one"}, {true, kDone},  {false, "one"}};
+  for (const auto& [stop, line] : calls) EXPECT_EQ(GetRecord(buffer, stop, state), line);
 }
 
 TEST(CallRecord, CutsTrimmedFieldsByColumn) {
