@@ -117,16 +117,11 @@ TEST(AtomicFile, RefusesWhatCannotBeAnOutputAndLeavesItAlone) {
   std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
   ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
 
-  struct Case {
-    std::string name;
-    std::string refusal;
-  };
-  for (const Case& c : {Case{"folder", "a folder"}, Case{"link-to-folder", "a folder"}, Case{"socket", "a socket"},
-                        Case{"loop-a", "a loop of links"}}) {
-    SCOPED_TRACE(c.name);
-    const test::RaisedError error = test::ErrorOf([&] { WriteWhole(folder.File(c.name), "x"); });
-    EXPECT_EQ(error.number, err::kPathFileAccess);
-    EXPECT_NE(error.description.find(c.refusal), std::string::npos) << error.description;
+  for (const auto& [name, refusal] : {std::pair{"folder", "a folder"}, {"link-to-folder", "a folder"},
+                                      {"socket", "a socket"}, {"loop-a", "a loop of links"}}) {
+    const test::RaisedError error = test::ErrorOf([&] { WriteWhole(folder.File(name), "x"); });
+    EXPECT_EQ(error.number, err::kPathFileAccess) << name;
+    EXPECT_NE(error.description.find(refusal), std::string::npos) << error.description;
   }
   ::close(socket);
   EXPECT_TRUE(fs::is_directory(folder.File("folder")));
