@@ -12,25 +12,8 @@
 #include "fuzz_support.h"
 #include "settings/command_line.h"
 #include "support/date_format.h"
-#include "support/runtime_error.h"
 #include "support/time_text.h"
 #include "support/whole_numbers.h"
-
-namespace cw::fuzz {
-namespace {
-
-template <typename Parse>
-void Refusable(Parse&& parse) {
-  try {
-    parse();
-  } catch (const RuntimeError&) {
-    // Refused with the runtime's error, as a user's typing may be.
-  }
-}
-
-
-}  // namespace
-}  // namespace cw::fuzz
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace cw;

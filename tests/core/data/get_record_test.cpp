@@ -81,9 +81,7 @@ TEST(CallRecord, TouchToneDigitsNeedALongLineAndTheOption) {
   line += '7';
   EXPECT_EQ(CallRecord(line).Dtmf(true), "7");
   EXPECT_EQ(CallRecord(line).Dtmf(false), "");
-  const std::string withDigits = testing::Call().Dtmf("1234#").Text();
-  EXPECT_EQ(withDigits.size(), 108u);
-  EXPECT_EQ(CallRecord(withDigits).Dtmf(true), "1234#");
+  EXPECT_EQ(CallRecord(testing::Call().Dtmf("1234#").Text()).Dtmf(true), "1234#");
 }
 
 }  // namespace
