@@ -9,7 +9,7 @@
 #include "core/support/error_number.h"
 #include "data/oldest_log_date.h"
 #include "support/runtime_error.h"
-#include "testing/temp_folder.h"
+#include "testing/expected_file.h"
 
 namespace cw {
 namespace {
@@ -60,16 +60,10 @@ TEST(LogBuffer, MissingOrUnreadableFileNamesTheFile) {
 
 TEST(OldestLogDate, TakesTheFirstLinesDateOrTodayOrNone) {
   const CivilDate today = CivilDate::FromYmd(2024, 6, 7);
-  // Undated (today) only when neither character 3 nor character 6 is "/";
-  // a first line shorter than ten characters is taken as it is.
   const testing::TempFolder folder;
-  for (const auto& [contents, date] : {std::pair{"03/01/2024 9:05AM rest of the first call\r\n04/01/2024 later\r\n",
-                                                 "03/01/2024"},
-                                       {"Call log started\r\n03/01/2024 ...\r\n", "06/07/2024"},
-                                       {"03-01/2024 ...\r\n", "03-01/2024"}, {"ab/cd-efgh ...\r\n", "ab/cd-efgh"},
-                                       {"1/2/\r\n", "06/07/2024"}, {"12/4/24\r\n", "12/4/24"}, {"", "06/07/2024"}}) {
-    EXPECT_EQ(OldestLogDate(folder.Write("calls.log", contents), today), date) << contents;
-  }
+  testing::ExpectTableMatches("data/oldest-log-dates.txt", [&folder, today](const std::string& contents) {
+    return OldestLogDate(folder.Write("calls.log", testing::Unescaped(contents)), today).value_or("none");
+  });
   // No path or no file leaves the date alone.
   for (const std::string& none : {std::string(), folder.File("missing/calls.log"), folder.Path().string()}) {
     EXPECT_EQ(OldestLogDate(none, today), std::nullopt) << none;

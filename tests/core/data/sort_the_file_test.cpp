@@ -27,18 +27,6 @@ TEST(SortTheFile, SortsLinesAndEndsWithALineEnd) {
   });
 }
 
-TEST(SortHashSearch, ComparesByCharacterCode) {
-  using SortHashSearch::TextLess;
-  EXPECT_TRUE(TextLess("B", "a"));
-  EXPECT_TRUE(TextLess("ab", "abc"));
-  EXPECT_FALSE(TextLess("abc", "abc"));
-  EXPECT_TRUE(TextLess(std::string_view("\0", 1), "\x01"));
-  // Windows-1252 0x80-0x9F stand for characters far above 0xFF.
-  EXPECT_TRUE(TextLess("\xff", "\x80"));
-  EXPECT_TRUE(TextLess("\xe9", "\x8a"));
-  EXPECT_TRUE(TextLess("\x81", "\xa0"));
-}
-
 TEST(SortHashSearch, SortsAnyInputByMovingHandles) {
   std::mt19937 random(12345);
   for (int size : {0, 1, 2, 5, 6, 7, 50, 1000, 20000}) {
