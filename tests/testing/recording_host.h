@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -56,9 +54,7 @@ class RecordingHost : public ReportHost {
     const std::string textFile = GetTempFile("VPT");
     document.SetPrintTextFile(textFile);
     document.PrintToFile();
-    std::ifstream in(textFile, std::ios::binary);
-    preview.text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    in.close();
+    preview.text = ReadWholeFile(textFile);
     std::remove(textFile.c_str());
     if (data.Keeping()) {
       MemoryOutput csv;
