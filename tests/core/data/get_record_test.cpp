@@ -69,10 +69,9 @@ TEST(CallRecord, CutsTrimmedFieldsByColumn) {
 
   // Fields beyond the end of a short line are empty.
   const CallRecord shortRecord("01/02/2024 9:00AM");
-  EXPECT_EQ(shortRecord.Time(), "9:00AM");
-  EXPECT_EQ(shortRecord.Number(), "");
-  EXPECT_EQ(shortRecord.Rings(), "");
-  EXPECT_EQ(CallRecord("").Date(), "");
+  EXPECT_EQ((std::vector<std::string_view>{shortRecord.Time(), shortRecord.Number(), shortRecord.Rings(),
+                                           CallRecord("").Date()}),
+            (std::vector<std::string_view>{"9:00AM", "", "", ""}));
 }
 
 TEST(CallRecord, TouchToneDigitsNeedALongLineAndTheOption) {

@@ -23,7 +23,6 @@ TEST(AnsiTextTest, UnmappableAndMalformedInputBecomesQuestionMarks) {
   EXPECT_EQ(Utf8ToWin1252("\xC0\xAF"), "??");           // overlong '/'
   EXPECT_EQ(Utf8ToWin1252("\xED\xA0\x80"), "???");      // surrogate
   EXPECT_EQ(Utf8ToWin1252("\xF4\x90\x80\x80"), "????");  // beyond U+10FFFF
-  EXPECT_EQ(Utf8ToWin1252(""), "");
 }
 
 // Each text that Windows-1252 can hold converts both ways, exactly or not.

@@ -21,9 +21,7 @@ TEST(DateFormatTest, EveryDatePatternAndName) {
     std::sscanf(row.c_str(), "%d-%d-%d", &year, &month, &day);
     return test::OutcomeText([&] { return FormatDate(CivilDate::FromYmd(year, month, day), row.substr(11)); });
   });
-  EXPECT_EQ(WeekdayName(1, false), "Sunday");
-  EXPECT_EQ(WeekdayName(7, true), "Sat");
-  EXPECT_EQ(MonthName(9, false), "September");
+  // The names are in the table's rows; a number beyond them is error 5.
   EXPECT_EQ(ErrorNumberOf([] { WeekdayName(0, false); }), 5);
   EXPECT_EQ(ErrorNumberOf([] { WeekdayName(8, true); }), 5);
   EXPECT_EQ(ErrorNumberOf([] { MonthName(13, false); }), 5);
