@@ -32,14 +32,16 @@ TEST(LogRecordWriter, RecordsReadBackThroughTheReportsReader) {
   };
   std::string log;
   for (const LogCall& call : calls) AppendLogRecord(log, call);
-  // Each record as the reports read it: date, time to the minute, number,
-  // name, line, direction, talk seconds, answered, rings and DTMF digits.
+  // Each record as written, then as the reports read it: date, time to the
+  // minute, number, name, line, direction, talk seconds, answered, rings and
+  // DTMF digits.
   std::ostringstream shown;
   ReaderState reader;
   for (const LogCall& call : calls) {
     const std::string_view line = GetRecord(log, false, reader);
     ASSERT_NE(line, kDone);
     const CallRecord record(line);
+    shown << line << "\n";
     shown << FormatDate(ParseLogDate(record.Date()), "mm/dd/yyyy") << " " << FormatTime(ParseTimeText(record.Time()), "h:Nn")
           << " [" << record.Number() << "] [" << record.Name() << "] " << record.Line() << " " << record.Direction()
           << " " << DurationToSeconds(record.Duration()) << " " << record.Answered() << " " << record.Rings() << " ["
@@ -50,8 +52,8 @@ TEST(LogRecordWriter, RecordsReadBackThroughTheReportsReader) {
   EXPECT_EQ(GetRecord(log, false, reader), kDone);
 }
 
-// Outbound calls, empty names, midnight and wider lines and rings are in the
-// read-back above: a column out of place would read back wrong there.
+// Outbound calls, empty names, midnight and noon, and wider lines and rings
+// are written out in the read-back file above.
 TEST(LogRecordWriter, WritesTheExactColumns) {
   const LogCall call{.start = At(8, 17, 7, 52), .line = 1, .number = "(555) 019-8841", .name = "JOHNSON MARY",
                .answered = true, .talkSeconds = 41, .rings = 3};
