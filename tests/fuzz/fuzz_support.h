@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "support/runtime_error.h"
 #include "testing/temp_folder.h"
 
 namespace cw::fuzz {
@@ -52,6 +53,16 @@ inline const testing::TempFolder& ScratchFolder() {
     return testing::TempFolder();
   }();
   return folder;
+}
+
+// Runs a parse of text that may be refused with the runtime's error, as a
+// user's typing or a damaged file may be.
+template <typename Parse>
+void Refusable(Parse&& parse) {
+  try {
+    parse();
+  } catch (const RuntimeError&) {
+  }
 }
 
 // Stops the run: a target found its input handled wrongly (not merely

@@ -14,7 +14,6 @@
 
 #include "fuzz_support.h"
 #include "printer/fixed_pitch_metrics.h"
-#include "printer/output_file.h"
 #include "printer/spool_reader.h"
 #include "printer/text_export.h"
 #include "reports/report_form.h"
@@ -26,23 +25,16 @@ namespace {
 
 // The text export is kept in memory: writing it to a file and reading it back
 // for every input would cost more than the report.
-class MemoryText : public OutputFile {
- public:
-  void Write(std::string_view bytes) override { text.append(bytes); }
-  void Commit() override {}
-  std::string text;
-};
-
 class TextHost : public testing::RecordingHost {
  public:
   void ShowPreview(OrlPrinter& document, const ReportData&) override {
     SpoolReader reader(document.PrintFile());
-    MemoryText output;
+    testing::MemoryOutput output;
     ExportSpoolText(reader, output);
     Preview preview;
     preview.title = document.Title();
     preview.totalPages = document.TotalPages();
-    preview.text = std::move(output.text);
+    preview.text = std::move(output.bytes);
     previews.push_back(std::move(preview));
   }
 };

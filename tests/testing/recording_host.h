@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <deque>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -48,10 +46,7 @@ class RecordingHost : public ReportHost {
     busyChanges.push_back(on);
   }
   void DoEvents() override { ++eventsRun; }
-  void Progress(std::int64_t done, std::int64_t total) override {
-    lastProgress = done;
-    progressTotal = total;
-  }
+  void Progress(std::int64_t done, std::int64_t /*total*/) override { lastProgress = done; }
   void ShowPreview(OrlPrinter& document, const ReportData& data) override {
     Preview preview;
     preview.title = document.Title();
@@ -59,9 +54,7 @@ class RecordingHost : public ReportHost {
     const std::string textFile = GetTempFile("VPT");
     document.SetPrintTextFile(textFile);
     document.PrintToFile();
-    std::ifstream in(textFile, std::ios::binary);
-    preview.text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    in.close();
+    preview.text = ReadWholeFile(textFile);
     std::remove(textFile.c_str());
     if (data.Keeping()) {
       MemoryOutput csv;
@@ -78,7 +71,7 @@ class RecordingHost : public ReportHost {
   ScreenTwips Screen() override { return screen; }
   CivilDate Today() override { return today; }
   TimeOfDay Now() override { return now; }
-  std::string AppTitle() override { return appTitle; }
+  std::string AppTitle() override { return "Callwarden Reports"; }
 
   // A valid 1 x 1 white 24-bit bitmap.
   static std::string TinyBitmap() {
@@ -102,14 +95,12 @@ class RecordingHost : public ReportHost {
   std::vector<bool> busyChanges;
   int eventsRun = 0;
   std::int64_t lastProgress = 0;
-  std::int64_t progressTotal = 0;
   std::vector<Preview> previews;
   std::vector<BarChartSpec> charts;
   std::vector<std::string> chartFiles;
   ScreenTwips screen{19200, 10800};  // 1280 x 720 pixels
   CivilDate today = CivilDate::FromYmd(2026, 11, 22);
   TimeOfDay now = 9 * 3600 + 5 * 60;
-  std::string appTitle = "Callwarden Reports";
 };
 
 }  // namespace cw::testing

@@ -1,16 +1,10 @@
 #pragma once
-// Test helpers: call-log lines in the logging program's fixed columns, and
-// scratch files that remove themselves.
+// Test helpers: call-log lines in the logging program's fixed columns.
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include <unistd.h>
 
 namespace cw::testing {
 
@@ -65,26 +59,5 @@ inline std::string LogOf(const std::vector<Call>& calls) {
   for (const Call& call : calls) text += call.Text() + "\r\n";
   return text;
 }
-
-// A file under the temporary folder, removed again when the test ends.
-class ScratchFile {
- public:
-  explicit ScratchFile(std::string_view contents, std::string_view name = "log") {
-    static int counter = 0;
-    path_ = (std::filesystem::temp_directory_path() /
-             ("cw_data_test_" + std::to_string(::getpid()) + "_" + std::to_string(counter++) +
-              "_" + std::string(name)))
-                .string();
-    std::ofstream out(path_, std::ios::binary);
-    out.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-  }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-  ~ScratchFile() { std::remove(path_.c_str()); }
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 }  // namespace cw::testing

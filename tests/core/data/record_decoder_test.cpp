@@ -169,23 +169,5 @@ TEST(RecordDecoder, RandomBytesDecodeAlike) {
   }
 }
 
-TEST(RecordDecoder, SameDateTextIsTheSameTenColumns) {
-  const std::string base = Call().Date("11/02/2026").Text();
-  auto same = [](std::string_view a, std::string_view b) {
-    return a.size() >= 10 && b.size() >= 10 && a.substr(0, 10) == b.substr(0, 10);
-  };
-  std::vector<std::string> others = {base, Call().Date("11/03/2026").Text(), Call().Date("12/02/2026").Text(),
-                                     Call().Date("11/02/2027").Text(), Call().Date("11/02/202").Text(),
-                                     base.substr(0, 10), base.substr(0, 9), ""};
-  for (std::size_t at = 0; at < 10; ++at) {
-    std::string changed = base;
-    changed[at] = '#';
-    others.push_back(changed);
-  }
-  for (const std::string& a : others) {
-    for (const std::string& b : others) EXPECT_EQ(SameDateText(a, b), same(a, b)) << Shown(a) << ' ' << Shown(b);
-  }
-}
-
 }  // namespace
 }  // namespace cw

@@ -39,22 +39,18 @@ SelectionCriteria Period(CivilDate from, CivilDate to) {
 
 SelectionCriteria AllYear() { return Period(Day(1, 1), Day(12, 31)); }
 
-// The names of the selected records, in the order handed out.
-Names Selected(RecordSelection& selection, Names* beforeError = nullptr) {
-  Names names;
-  try {
-    selection.ForEach([&names](const CallRecord& record, CivilDate) { names.emplace_back(record.Name()); }, 1000,
-                      [] {});
-  } catch (...) {
-    if (beforeError != nullptr) *beforeError = names;
-    throw;
-  }
+// The names of the selected records, in the order handed out, added to
+// names (where those handed out before an error stay).
+const Names& Selected(RecordSelection& selection, Names& names) {
+  selection.ForEach([&names](const CallRecord& record, CivilDate) { names.emplace_back(record.Name()); }, 1000,
+                    [] {});
   return names;
 }
 
 Names Selected(std::string_view log, SelectionCriteria criteria) {
   RecordSelection selection(log, std::move(criteria));
-  return Selected(selection);
+  Names names;
+  return Selected(selection, names);
 }
 
 TEST(RecordSelection, PeriodStopsAtTheFirstLaterRecord) {
@@ -83,7 +79,8 @@ TEST(RecordSelection, PeriodStopsAtTheFirstLaterRecord) {
   const std::size_t lineBytes = Call().Text().size() + 2;
   for (const Case& c : cases) {
     RecordSelection selection(c.log, Period(c.from, c.to));
-    EXPECT_EQ(Selected(selection), c.names) << c.from.Serial() << '-' << c.to.Serial();
+    Names names;
+    EXPECT_EQ(Selected(selection, names), c.names) << c.from.Serial() << '-' << c.to.Serial();
     EXPECT_EQ(selection.RecordsRead(), c.read);
     EXPECT_EQ(selection.BytesConsumed(), static_cast<std::size_t>(c.read) * lineBytes);
   }
@@ -149,23 +146,15 @@ TEST(RecordSelection, RecordsDatedWithNoCalendarDateAreToldWithTheirNumber) {
     CivilDate readAs;
     bool operator==(const Told&) const = default;
   };
-  // 10/32 rolls over to 11/01, after an October period: the walk ends there
-  // as it always has, but not without a word.
-  const std::string log = Dated({"10/30/2024", "10/32/2024", "10/32/2024", "10/31/2024"});
+  // Inside the period the record is taken at the day it rolls to; a run of
+  // the same date text is told once, the next run again. (A rolled date past
+  // the period ends the walk with a word: RolledDates in the reports' tests.)
   std::vector<Told> told;
-  SelectionCriteria criteria = Period(Day(10, 1), Day(10, 31));
+  SelectionCriteria criteria = Period(Day(2, 1), Day(3, 31));
   criteria.onRolledDate = [&told](std::int64_t record, std::string_view text, CivilDate readAs) {
     told.push_back({record, std::string(text), readAs});
   };
-  EXPECT_EQ(Selected(log, criteria), Names{"A"});
-  EXPECT_EQ(told, (std::vector<Told>{{2, "10/32/2024", Day(11, 1)}}));
-
-  // Inside the period the record is taken at the day it rolls to; a run of
-  // the same date text is told once, the next run again.
-  told.clear();
   const std::string february = Dated({"02/30/2024", "02/30/2024", "03/01/2024", "02/31/2024"});
-  criteria.from = Day(2, 1);
-  criteria.to = Day(3, 31);
   EXPECT_EQ(Selected(february, criteria), (Names{"A", "B", "C", "D"}));
   EXPECT_EQ(told, (std::vector<Told>{{1, "02/30/2024", Day(3, 1)}, {4, "02/31/2024", Day(3, 2)}}));
 }
@@ -201,7 +190,7 @@ TEST(RecordSelection, BadDateRaisesTypeMismatchWithTheRecord) {
   const std::string log = Log({Call()}) + badLine + "\r\n";
   RecordSelection selection(log, AllYear());
   Names handedOut;
-  const test::RaisedError error = test::ErrorOf([&] { Selected(selection, &handedOut); });
+  const test::RaisedError error = test::ErrorOf([&] { Selected(selection, handedOut); });
   EXPECT_EQ(error.number, err::kTypeMismatch);
   EXPECT_EQ(error.processing, Trim(badLine));
   EXPECT_EQ(handedOut.size(), 1u);
@@ -227,12 +216,6 @@ TEST(RecordSelection, EveryWalkStartsAtTheTopAndReportsItsProgress) {
   }
   const std::size_t lineBytes = log.size() / 5;
   EXPECT_EQ(reports, (std::vector<std::pair<std::int64_t, std::size_t>>{{2, 2 * lineBytes}, {4, 4 * lineBytes}}));
-  EXPECT_EQ(selection.RecordsRead(), 5);
-  EXPECT_EQ(selection.BytesConsumed(), log.size());
-
-  // An empty line ends the log for the selection too.
-  const std::string gap = Log({Call(), Call()}).insert(Call().Text().size() + 2, "\r\n");
-  EXPECT_EQ(Selected(gap, AllYear()), Names{"A"});
 }
 
 }  // namespace

@@ -84,18 +84,16 @@ TEST_F(LogAppenderTest, AnImportKilledMidBatchIsCutBackToWholeRecords) {
   }
 }
 
-TEST_F(LogAppenderTest, NeverRunsOnFromALastLineWithoutItsLineEnd) {
+// The last record dates the log, whatever blank lines an editor left after
+// it; a last line without its line end is no record and is never run on from.
+TEST_F(LogAppenderTest, TheLastRecordIsAWholeLineAboveTrailingBlankLines) {
+  WriteBytes(log_, kFirst + kSecond + "\r\n   \r\n");
+  EXPECT_EQ(LogAppender(log_).LastRecord(), "08/17/2026 08:00AM second");
   WriteBytes(log_, "08/17/2026 07:52AM someone else's");
   LogAppender appender(log_);
   EXPECT_EQ(appender.LastRecord(), "");
   appender.Append(kSecond, {});
   EXPECT_EQ(ReadBytes(log_), "08/17/2026 07:52AM someone else's\r\n" + kSecond);
-}
-
-// The last record dates the log, whatever blank lines an editor left after it.
-TEST_F(LogAppenderTest, TheLastRecordIsFoundAboveTrailingBlankLines) {
-  WriteBytes(log_, kFirst + kSecond + "\r\n   \r\n");
-  EXPECT_EQ(LogAppender(log_).LastRecord(), "08/17/2026 08:00AM second");
 }
 
 // A follower appends batch after batch; a call that comes in late, dated

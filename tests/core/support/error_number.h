@@ -8,17 +8,6 @@
 
 namespace cw::test {
 
-// 0 when the call returns normally.
-template <typename Call>
-int ErrorNumberOf(Call&& call) {
-  try {
-    call();
-  } catch (const RuntimeError& error) {
-    return error.Number();
-  }
-  return 0;
-}
-
 // The number (0 when the call returns normally), the description and the
 // record being processed of the error a call raises.
 struct RaisedError {
@@ -35,6 +24,12 @@ RaisedError ErrorOf(Call&& call) {
     return {error.Number(), std::string(error.Description()), std::string(error.Processing())};
   }
   return {};
+}
+
+// 0 when the call returns normally.
+template <typename Call>
+int ErrorNumberOf(Call&& call) {
+  return ErrorOf(call).number;
 }
 
 // What a call gives, as text, or "error N" for the runtime error it raises.

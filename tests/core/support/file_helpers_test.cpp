@@ -21,41 +21,23 @@ namespace fs = std::filesystem;
 using test::ErrorNumberOf;
 
 // A fresh folder per test, removed afterwards.
-class FileHelpersTest : public ::testing::Test, public testing::TempFolder {
- protected:
-  std::string PathOf(const std::string& name) const { return File(name); }
-  std::string Make(const std::string& name, const std::string& bytes = {}) const { return Write(name, bytes); }
-  const fs::path& folder_ = Path();
-};
+class FileHelpersTest : public ::testing::Test, public testing::TempFolder {};
 
 // Sets TMPDIR for the life of the object.
-class TmpDirSetting {
- public:
-  explicit TmpDirSetting(const std::string& value) {
-    if (const char* old = std::getenv("TMPDIR")) old_ = old;
-    ::setenv("TMPDIR", value.c_str(), 1);
-  }
-  ~TmpDirSetting() {
-    if (old_) {
-      ::setenv("TMPDIR", old_->c_str(), 1);
-    } else {
-      ::unsetenv("TMPDIR");
-    }
-  }
-
- private:
-  std::optional<std::string> old_;
+struct TmpDirSetting {
+  explicit TmpDirSetting(const std::string& value) { ::setenv("TMPDIR", value.c_str(), 1); }
+  ~TmpDirSetting() { old ? ::setenv("TMPDIR", old->c_str(), 1) : ::unsetenv("TMPDIR"); }
+  const char* const set = std::getenv("TMPDIR");
+  const std::optional<std::string> old = set != nullptr ? std::optional<std::string>(set) : std::nullopt;
 };
 
 TEST_F(FileHelpersTest, TempFilesAreNewEmptyPrivateAndUnique) {
-  TmpDirSetting tmp(folder_.string());
+  TmpDirSetting tmp(Path().string());
   const std::string first = GetTempFile("VPR");
   const std::string second = GetTempFile("VPRINT");
-  ASSERT_FALSE(first.empty());
-  ASSERT_FALSE(second.empty());
   EXPECT_NE(first, second);
   for (const std::string& path : {first, second}) {
-    EXPECT_EQ(fs::path(path).parent_path(), folder_);
+    EXPECT_EQ(fs::path(path).parent_path(), Path());
     const std::string name = fs::path(path).filename().string();
     EXPECT_EQ(name.substr(0, 3), "VPR");
     // Only three characters of the prefix, then six unique characters.
@@ -68,31 +50,29 @@ TEST_F(FileHelpersTest, TempFilesAreNewEmptyPrivateAndUnique) {
     EXPECT_EQ(info.st_mode & 0777, 0600u);
   }
   EXPECT_EQ(Names().size(), 2u);
-  TmpDirSetting missing(PathOf("missing"));
+  TmpDirSetting missing(File("missing"));
   EXPECT_EQ(GetTempFile("VPR"), "");
 }
 
 TEST_F(FileHelpersTest, FileExistsOnlyForNormalVisibleFiles) {
-  const std::string log = Make("calls.log", "x");
-  Make(".hidden.txt");
-  fs::create_directory(PathOf("reports.txt"));
-  Make("a[1].dat");
+  const std::string log = Write("calls.log", "x");
+  Write(".hidden.txt", "");
+  fs::create_directory(File("reports.txt"));
+  Write("a[1].dat", "");
 
-  Make("a1.bin");
+  Write("a1.bin", "");
   EXPECT_FALSE(FileExists(""));
-  EXPECT_FALSE(FileExists(folder_.string()));
+  EXPECT_FALSE(FileExists(Path().string()));
   EXPECT_FALSE(FileExists(log + "/"));
   testing::ExpectTableMatches("support/file-exists.txt", [this](const std::string& name) {
-    return FileExists(PathOf(name)) ? "exists" : "no file";
+    return FileExists(File(name)) ? "exists" : "no file";
   });
 }
 
 TEST(FileHelpers, IsAllDigits) {
-  EXPECT_TRUE(IsAllDigits("0042"));
-  EXPECT_TRUE(IsAllDigits("7"));
-  for (const char* text : {"", "-1", "+1", "1.5", "12 ", " 12", "1,000", "12a", "\xB2"}) {
-    EXPECT_FALSE(IsAllDigits(text)) << '"' << text << '"';
-  }
+  testing::ExpectTableMatches("support/all-digits.txt", [](const std::string& text) {
+    return IsAllDigits(text) ? "all digits" : "not all digits";
+  });
 }
 
 TEST(FileHelpers, JoinPathUsesThePlatformSeparator) {
@@ -103,61 +83,55 @@ TEST(FileHelpers, JoinPathUsesThePlatformSeparator) {
 }
 
 TEST_F(FileHelpersTest, FindFileNoCasePrefersTheExactName) {
-  Make("BusyLines.LOG");
-  Make("Callwarden.ini");
-  Make("CALLWARDEN.INI");
-  const std::string folder = folder_.string();
-  // Neither is exact for "callwarden.ini": the byte-wise smaller name,
-  // whatever the directory order.
-  for (const auto& [asked, found] : {std::pair{"busylines.log", "BusyLines.LOG"}, {"\\BUSYLINES.log", "BusyLines.LOG"},
-                                     {"Callwarden.ini", "Callwarden.ini"}, {"CALLWARDEN.INI", "CALLWARDEN.INI"},
-                                     {"callwarden.ini", "CALLWARDEN.INI"}}) {
-    EXPECT_EQ(FindFileNoCase(folder, asked), PathOf(found)) << asked;
-  }
-  EXPECT_EQ(FindFileNoCase(folder, "Ringtally.ini"), std::nullopt);
-  EXPECT_EQ(FindFileNoCase(PathOf("missing"), "busylines.log"), std::nullopt);
-  EXPECT_EQ(FindFileNoCase(folder, ""), std::nullopt);
+  Write("BusyLines.LOG", "");
+  Write("Callwarden.ini", "");
+  Write("CALLWARDEN.INI", "");
+  testing::ExpectTableMatches("support/find-file-no-case.txt", [this](const std::string& asked) {
+    const std::optional<std::string> found = FindFileNoCase(Path().string(), asked);
+    return found ? testing::Replaced(*found, File(""), "") : "none";
+  });
+  EXPECT_EQ(FindFileNoCase(File("missing"), "busylines.log"), std::nullopt);
 }
 
 TEST_F(FileHelpersTest, ReadWholeFileGivesEveryByte) {
   const std::string bytes("line 1\r\n\x80\x00\xFFlast", 15);
-  EXPECT_EQ(ReadWholeFile(Make("calls.log", bytes)), bytes);
-  EXPECT_EQ(ReadWholeFile(Make("empty.log")), "");
-  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(PathOf("missing.log")); }), 53);
-  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(PathOf("missing/calls.log")); }), 53);
-  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(folder_.string()); }), 75);
-  const std::string description = test::ErrorOf([&] { ReadWholeFile(PathOf("missing.log")); }).description;
-  EXPECT_NE(description.find(PathOf("missing.log")), std::string::npos) << description;
+  EXPECT_EQ(ReadWholeFile(Write("calls.log", bytes)), bytes);
+  EXPECT_EQ(ReadWholeFile(Write("empty.log", "")), "");
+  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(File("missing.log")); }), 53);
+  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(File("missing/calls.log")); }), 53);
+  EXPECT_EQ(ErrorNumberOf([&] { ReadWholeFile(Path().string()); }), 75);
+  const std::string description = test::ErrorOf([&] { ReadWholeFile(File("missing.log")); }).description;
+  EXPECT_NE(description.find(File("missing.log")), std::string::npos) << description;
 }
 
 // The mode it keeps and the temporary file it leaves nowhere are the atomic
 // file's; here what it adds: every failure to write is error 75.
 TEST_F(FileHelpersTest, WriteFileAtomicallyReplacesTheFileOrFailsWith75) {
-  const std::string target = PathOf("Reports.ini");
+  const std::string target = File("Reports.ini");
   WriteFileAtomically(target, "[Reports]\r\nTab=3\r\n");
   WriteFileAtomically(target, "[Reports]\r\n");
   EXPECT_EQ(ReadWholeFile(target), "[Reports]\r\n");
 
   // The target is a folder (the temporary file is written, the rename
   // fails), its folder does not exist, or its "folder" is a file.
-  fs::create_directory(PathOf("folder.ini"));
-  Make("folder.ini/keep");
-  const std::string file = Make("plain");
-  for (const std::string& bad : {PathOf("folder.ini"), PathOf("missing/Reports.ini"), file + "/Reports.ini"}) {
+  fs::create_directory(File("folder.ini"));
+  Write("folder.ini/keep", "");
+  const std::string file = Write("plain", "");
+  for (const std::string& bad : {File("folder.ini"), File("missing/Reports.ini"), file + "/Reports.ini"}) {
     EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(bad, "x"); }), 75) << bad;
   }
   EXPECT_EQ(Names(), (std::set<std::string>{"Reports.ini", "folder.ini", "plain"}));
-  EXPECT_TRUE(fs::is_directory(PathOf("folder.ini")));
+  EXPECT_TRUE(fs::is_directory(File("folder.ini")));
 
   // A folder without write permission stops everyone but the superuser.
   if (::geteuid() != 0) {
-    fs::create_directory(PathOf("locked"));
-    fs::permissions(PathOf("locked"), fs::perms::owner_read | fs::perms::owner_exec);
-    EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(PathOf("locked/Reports.ini"), "x"); }), 75);
-    fs::permissions(PathOf("locked"), fs::perms::owner_all);
-    EXPECT_TRUE(fs::is_empty(PathOf("locked")));
+    fs::create_directory(File("locked"));
+    fs::permissions(File("locked"), fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_EQ(ErrorNumberOf([&] { WriteFileAtomically(File("locked/Reports.ini"), "x"); }), 75);
+    fs::permissions(File("locked"), fs::perms::owner_all);
+    EXPECT_TRUE(fs::is_empty(File("locked")));
   }
-  const std::string description = test::ErrorOf([&] { WriteFileAtomically(PathOf("missing/Reports.ini"), "x"); }).description;
+  const std::string description = test::ErrorOf([&] { WriteFileAtomically(File("missing/Reports.ini"), "x"); }).description;
   EXPECT_NE(description.find("No such file or directory"), std::string::npos) << description;
 }
 
