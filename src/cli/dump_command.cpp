@@ -177,13 +177,11 @@ int RunDump(const std::vector<std::string>& args, std::ostream& out, std::ostrea
     if (parsed.operands.empty()) throw UsageError{"no spool file given"};
     spool = parsed.operands.front();
   } catch (const UsageError& usage) {
-    err << "cwreport dump: " << usage.text << "\n" << DumpHelp();
+    err << "cwreport dump: " << usage.text << "\nRun \"cwreport help dump\" for the options.\n";
     return 2;
   }
-  const std::string* spoolPath = &spool;
-
   try {
-    SpoolReader reader(*spoolPath);
+    SpoolReader reader(spool);
     DumpOutput output(out);
     if (reader.HasHeader()) {
       DumpHeader(output.Line(), reader.Header());
@@ -198,7 +196,7 @@ int RunDump(const std::vector<std::string>& args, std::ostream& out, std::ostrea
       err << "cwreport dump: cannot write the output\n";
       return 1;
     }
-    for (const std::string& problem : reader.Problems().Lines()) err << *spoolPath << ": " << problem << "\n";
+    for (const std::string& problem : reader.Problems().Lines()) err << spool << ": " << problem << "\n";
     return reader.Problems().Empty() ? 0 : 1;
   } catch (const RuntimeError& error) {
     err << "cwreport dump: error " << error.Number() << ": " << error.what() << "\n";

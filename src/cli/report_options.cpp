@@ -240,9 +240,8 @@ std::string ReportHelp() {
          "\n"
          "Exit status: 0 a document was produced, 2 the request was refused (missing\n"
          "log, date, filter, search text or line; bad usage), 1 an error (nothing is\n"
-         "written),\n"
-         "3 the document was produced, but records raised errors on the way (each\n"
-         "error is shown once; a record dated with no calendar date is one).\n";
+         "written), 3 the document was produced, but records raised errors on the way\n"
+         "(each error is shown once; a record dated with no calendar date is one).\n";
 }
 
 std::optional<std::int16_t> ReportKindOf(std::string_view text) {
