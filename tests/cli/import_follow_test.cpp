@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -51,10 +52,10 @@ class Follow : public CliTest {
   }
 
   // Waits until the log holds `records` records (or the follower ended).
-  std::string WaitForRecords(const std::string& log, std::size_t records) {
+  std::string WaitForRecords(const std::string& log, int records) {
     for (int i = 0; i < 600; ++i) {
       const std::string text = ReadFile(log);
-      if (Count(text, "\n") >= records) return text;
+      if (std::count(text.begin(), text.end(), '\n') >= records) return text;
       int status = 0;
       if (::waitpid(child_, &status, WNOHANG) == child_) {
         child_ = -1;

@@ -4,7 +4,6 @@
 // page can be brought up to date from the failure alone.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <regex>
@@ -41,9 +40,7 @@ ScopedOptions PageOptions(const std::string& page) {
   bool tagFollows = false;
   for (std::string line; std::getline(lines, line);) {
     if (line.rfind(".SH", 0) == 0) {
-      section = line.substr(3);
-      section.erase(std::remove(section.begin(), section.end(), '"'), section.end());
-      section.erase(0, section.find_first_not_of(' '));
+      section = line.substr(4);  // the two sections read are one word each, unquoted
       scope.clear();
       if (section == "OPTIONS") scoped[scope];
     } else if (line.rfind(".SS", 0) == 0 && section == "SUBCOMMANDS") {

@@ -21,23 +21,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// 300 calls over January 2026: a detail listing of several pages.
-std::string LongLog() {
-  std::vector<Call> calls;
-  for (int i = 0; i < 300; ++i) {
-    char date[16];
-    std::snprintf(date, sizeof date, "01/%02d/2026", 1 + i % 28);
-    calls.push_back(Call().Date(date).Name("CALLER " + std::to_string(i)).Number("555-010-" + std::to_string(1000 + i)));
-  }
-  return LogOf(calls);
-}
-
-// A detail listing of the whole month; the print options follow.
+// A detail listing of the whole month, 300 calls: several pages; the print
+// options follow.
 class PrintCommand : public ReportTest {
  protected:
   void SetUp() override {
     ReportTest::SetUp();
-    UseLog(LongLog());
+    std::vector<Call> calls;
+    for (int i = 0; i < 300; ++i) {
+      char date[16];
+      std::snprintf(date, sizeof date, "01/%02d/2026", 1 + i % 28);
+      calls.push_back(Call().Date(date).Name("CALLER " + std::to_string(i)).Number("555-010-" + std::to_string(1000 + i)));
+    }
+    UseLog(LogOf(calls));
   }
   ProgramRun Report(const std::string& arguments) {
     return ReportTest::Report("--report history" + kJanuary + arguments);

@@ -44,13 +44,11 @@ TEST_F(ReadmeExamples, EveryCwreportExampleRunsAsWritten) {
   const std::string settings = Path("examples/demo/settings.ini");
   for (const std::string& example : examples) {
     SCOPED_TRACE(example);
-    int status = -1;
     // The example with this build's program for "cwreport".
-    const std::string command = Quote(CwreportProgram()) + example.substr(std::string("cwreport").size());
-    RunShell("cd " + Quote(folder_.string()) + " && CW_SETTINGS=" + Quote(settings) + " " + command + " >stdout.txt 2>stderr.txt",
-             &status);
-    EXPECT_EQ(status, 0) << ReadFile(Path("stderr.txt"));
-    EXPECT_EQ(ReadFile(Path("stderr.txt")), "");
+    const ProgramRun run = RunCwreport(example.substr(std::string("cwreport ").size()), folder_ / "stderr.txt",
+                                       "cd " + Quote(folder_.string()) + " && CW_SETTINGS=" + Quote(settings) + " ");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.err, "");
   }
   // The outputs the examples name are there.
   for (const char* name : {"daily.pdf", "october.txt", "history.pdf"}) {

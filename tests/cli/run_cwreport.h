@@ -4,23 +4,22 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "testing/expected_file.h"
+#include "testing/temp_folder.h"
 
 namespace cw::testing {
 
@@ -34,12 +33,6 @@ struct ProgramRun {
 };
 
 inline std::string Quote(const std::string& text) { return "'" + text + "'"; }
-
-inline std::size_t Count(const std::string& text, const std::string& part) {
-  std::size_t count = 0;
-  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++count;
-  return count;
-}
 
 // The number of records in a call log, each checked to be whole: 102
 // characters and CR LF.
@@ -104,18 +97,10 @@ inline const std::string kCliData = CW_TEST_DATA_DIR "/cli/";
 // A fresh folder for each test, removed after it.
 class CliTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "cw-cli-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string Write(const std::string& name, const std::string& bytes) {
-    std::ofstream(Path(name), std::ios::binary) << bytes;
-    return Path(name);
-  }
+  std::string Path(const std::string& name) const { return temp_.File(name); }
+  std::string Write(const std::string& name, const std::string& bytes) { return temp_.Write(name, bytes); }
+  // The names in the folder, hidden ones too, sorted.
+  std::set<std::string> Names() const { return temp_.Names(); }
   ProgramRun Cwreport(const std::string& arguments) { return RunCwreport(arguments, folder_ / "stderr.txt"); }
   // Runs the "$ cwreport ..." lines of a transcript in tests/data/cli (a
   // variable may be set before the program's name), as the shell would in
@@ -143,15 +128,9 @@ class CliTest : public ::testing::Test {
     for (const std::string& file : Names()) actual += " " + file;
     ExpectMatchesFile(actual + "]\n", "cli/" + name);
   }
-  // The names in the folder, hidden ones too, sorted.
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_)) names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    return names;
-  }
 
-  std::filesystem::path folder_;
+  TempFolder temp_;
+  const std::filesystem::path& folder_ = temp_.Path();
 };
 
 // The exit status, and a part of standard error (empty: any).

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/support/error_number.h"
-#include "support/runtime_error.h"
+#include "testing/case_table.h"
 #include "testing/expected_file.h"
 
 namespace cw {
@@ -45,22 +45,18 @@ TEST(IniDocument, LineEndsFollowTheFirstLine) {
   IniDocument lf = IniDocument::Parse("[Reports]\nA=1");
   lf.Set("Reports", "B", "2");
   EXPECT_EQ(lf.Text(), "[Reports]\nA=1\nB=2\n");
-  IniDocument empty;
-  empty.Set("Reports", "Path", "/srv/logger");
-  EXPECT_EQ(empty.Text(), "[Reports]\nPath=/srv/logger\n");
 }
 
-TEST(IniDocument, RefusesNamesAndValuesThatCannotBeLines) {
-  const char* badKeys[] = {"", "a=b", " Lead", "Trail ", "[x", ";x", "#x", "two\nlines"};
-  for (const char* key : badKeys) {
+TEST(IniDocument, StartsAFileOrRefusesNamesAndValuesThatCannotBeLines) {
+  testing::ExpectTableMatches("settings/ini-sets.txt", [](const std::string& line) {
+    const std::vector<std::string> part = testing::Split(testing::Unescaped(line), '|');
     IniDocument document;
-    EXPECT_EQ(test::ErrorNumberOf([&] { document.Set("Reports", key, "1"); }), err::kInvalidCall) << key;
-    EXPECT_EQ(document.Text(), "") << key;
-  }
-  IniDocument document;
-  EXPECT_THROW(document.Set("Re]ports", "Key", "1"), RuntimeError);
-  EXPECT_THROW(document.Set("", "Key", "1"), RuntimeError);
-  EXPECT_THROW(document.Set("Reports", "SearchText", "a\r\nb"), RuntimeError);
+    const std::string outcome = test::OutcomeText([&] {
+      document.Set(part[0], part[1], part[2]);
+      return std::string("set");
+    });
+    return outcome + ", \"" + testing::Visible(document.Text()) + "\"";
+  });
 }
 
 }  // namespace

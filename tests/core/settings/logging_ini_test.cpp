@@ -28,23 +28,18 @@ TEST(ProfileIntFromText, DefaultsForWhatIsMissing) {
 }
 
 // A file found whatever its case, and its values, ResolveStartup's test
-// checks; here what is missing or odd.
+// checks, and an empty "Path" too; here what is missing or odd.
 TEST(LoggingIni, MissingOrOddFilesGiveThePlainNameAndTheDefaults) {
   TempFolder temp;
-  // No Ringtally.ini in the folder: the plain name, and the defaults.
-  const std::string ringtally = LoggingIniPath(temp.Path().string(), kEditionRingtally);
-  EXPECT_EQ(ringtally, temp.File("Ringtally.ini"));
-  EXPECT_EQ(ReadHardwareType(ringtally), 3);
-  EXPECT_EQ(ReadActiveLines(ringtally), 2);
+  // No Ringtally.ini in the folder: the plain name.
+  EXPECT_EQ(LoggingIniPath(temp.Path().string(), kEditionRingtally), temp.File("Ringtally.ini"));
 
-  // "Path" empty: nothing is looked up in the current folder.
-  EXPECT_EQ(LoggingIniPath("", kEditionCallwarden), "");
-  EXPECT_EQ(ReadActiveLines(""), 2);
   // A folder that does not exist still names the file.
   EXPECT_EQ(LoggingIniPath(temp.File("gone"), kEditionRingtally), temp.File("gone/Ringtally.ini"));
-  // A folder where the file should be.
+  // No file, or a folder where the file should be: the defaults.
   std::filesystem::create_directory(temp.File("dir.ini"));
   EXPECT_EQ(ReadHardwareType(temp.File("dir.ini")), 3);
+  EXPECT_EQ(ReadActiveLines(temp.File("gone/Ringtally.ini")), 2);
 
   EXPECT_THROW(LoggingIniPath(temp.Path().string(), "Other Edition"), RuntimeError);
   EXPECT_EQ(LoggingProductFile(temp.Path().string(), "busylines.log"), temp.File("busylines.log"));

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "core/support/error_number.h"
@@ -10,7 +8,6 @@
 #include "testing/memory_settings_store.h"
 #include "settings/settings_values.h"
 #include "settings/startup.h"
-#include "support/runtime_error.h"
 #include "testing/expected_file.h"
 #include "testing/temp_folder.h"
 
@@ -30,24 +27,6 @@ struct ShownBoxes {
   }
 };
 
-TEST(GetOptionsSaveOptions, StoreFailuresShowTheModernBox) {
-  // A store that works is every report test's.
-  MemoryStore store;
-  ShownBoxes boxes;
-  store.failing = true;
-  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "");
-  EXPECT_FALSE(SaveOptions(store, "Vorn Ringtally", "Reports", "LastTab", "3", boxes.Output()));
-  ASSERT_EQ(boxes.texts.size(), 2u);
-  EXPECT_NE(boxes.texts[0].find("Description: Path/File access error: disk gone\r\nModule Name: fReport\r\n"
-                                "Procedure Name: GetOptions.\r\nDate: 11/22/2026 9:05:00 AM\r\n"),
-            std::string::npos)
-      << boxes.texts[0];
-  EXPECT_NE(boxes.texts[1].find("Error: 70\r\nDescription: Permission denied\r\nModule Name: fReport\r\n"
-                                "Procedure Name: SaveOptions."),
-            std::string::npos)
-      << boxes.texts[1];
-}
-
 TEST(SettingValues, LastTabAndFlags) {
   testing::ExpectTableMatches("settings/setting-values.txt", [](const std::string& stored) {
     return "tab " + std::to_string(ClampLastTab(stored, 8)) + ", flag " +
@@ -63,7 +42,7 @@ std::string Shown(const StartupState& state) {
          std::to_string(state.data.hardwareType) + " lines " + std::to_string(state.data.activeLines);
 }
 
-TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIni) {
+TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIniAndShowsEachStoreFailure) {
   testing::TempFolder temp;
   temp.Write("callwarden.ini", "[Ports]\r\nKVXHardware=5\r\nActiveLines=4\r\n");
   temp.Write("Ringtally.ini", "[Ports]\r\nActiveLines=6\r\n");
@@ -83,10 +62,22 @@ TEST(ResolveStartup, ReadsTheEditionsSettingsAndItsIni) {
   EXPECT_TRUE(boxes.texts.empty());
 
   // A failing store: one box per setting, empty locations and INI defaults.
+  // GetOptions gives the empty text, not the default, and SaveOptions false.
   store.failing = true;
   EXPECT_EQ(Shown(ResolveStartup("5551234", store, boxes.Output())),
             "Callwarden MultiLine history 5551234 no handle path  logs  ini  hardware 3 lines 2");
   EXPECT_EQ(boxes.texts.size(), 2u);
+  EXPECT_EQ(GetOptions(store, "Vorn Ringtally", "Reports", "LastTab", "1", boxes.Output()), "");
+  EXPECT_FALSE(SaveOptions(store, "Vorn Ringtally", "Reports", "LastTab", "3", boxes.Output()));
+  ASSERT_EQ(boxes.texts.size(), 4u);
+  EXPECT_NE(boxes.texts[2].find("Description: Path/File access error: disk gone\r\nModule Name: fReport\r\n"
+                                "Procedure Name: GetOptions.\r\nDate: 11/22/2026 9:05:00 AM\r\n"),
+            std::string::npos)
+      << boxes.texts[2];
+  EXPECT_NE(boxes.texts[3].find("Error: 70\r\nDescription: Permission denied\r\nModule Name: fReport\r\n"
+                                "Procedure Name: SaveOptions."),
+            std::string::npos)
+      << boxes.texts[3];
 }
 
 }  // namespace
