@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/runtime_error.h"
@@ -110,18 +111,15 @@ TEST(CdrImport, RingsAreTheRingTimeInRingPeriodsRoundedUp) {
       R"("","5551234567","201","from-trunk","""Smith John"" <5551234567>","SIP/telco-00000001","SIP/201-00000002",)"
       R"("Dial","SIP/201,30","2026-08-17 09:05:00","2026-08-17 09:05:{answer}","2026-08-17 09:06:16",76,62,)"
       R"("ANSWERED","DOCUMENTATION","1787000000.1","","","1787000000.1",7)" "\n";
-  struct Case {
-    std::string answerSecond;
-    int ringSeconds;
-    int rings;
-  };
-  for (const Case& c : {Case{"00", 6, 0}, {"01", 6, 1}, {"06", 6, 1}, {"07", 6, 2}, {"12", 4, 3}, {"13", 4, 4}}) {
-    SCOPED_TRACE(c.answerSecond + " / " + std::to_string(c.ringSeconds));
+  // The second it was answered, the seconds of a ring period, the rings.
+  for (const auto& [answerSecond, ringSeconds, rings] :
+       {std::tuple{"00", 6, 0}, {"01", 6, 1}, {"06", 6, 1}, {"07", 6, 2}, {"12", 4, 3}, {"13", 4, 4}}) {
+    SCOPED_TRACE(std::string(answerSecond) + " / " + std::to_string(ringSeconds));
     ImportRules rules = OfficeRules();
-    rules.ringSeconds = c.ringSeconds;
-    const Imported imported = Import(testing::Replaced(row, "{answer}", c.answerSecond), rules);
+    rules.ringSeconds = ringSeconds;
+    const Imported imported = Import(testing::Replaced(row, "{answer}", answerSecond), rules);
     ASSERT_EQ(imported.calls.size(), 1u);
-    EXPECT_EQ(imported.calls[0].rings, c.rings);
+    EXPECT_EQ(imported.calls[0].rings, rings);
   }
 }
 

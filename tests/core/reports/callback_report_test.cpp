@@ -79,14 +79,5 @@ TEST(CallBackReport, ListsEachMissedCallWithItsCallBackAndSumsUpTheWaits) {
   EXPECT_EQ(rig.host.charts[0].colLabels, (std::vector<std::string>{"1 Hour", "Same Day", "Later", "Never"}));
 }
 
-TEST(CallBackReport, RefusesAnAbandonedThresholdThatIsNoNumber) {
-  testing::AnalysisRig rig(testing::LogOf({Missed("11/02/2026", "9:00AM", "111")}), kind::kCallBacks);
-  rig.form->Request().abandoned.ringCount = true;
-  rig.form->Request().abandoned.rings = "x";
-  EXPECT_EQ(rig.Run("11/02/2026", "11/02/2026"), RequestOutcome::kRefused);
-  ASSERT_EQ(rig.host.messages.size(), 1u);
-  EXPECT_EQ(rig.host.messages[0].title, "Missing Filter (Rings)");
-}
-
 }  // namespace
 }  // namespace cw

