@@ -55,7 +55,7 @@ class WindowAppearanceTest : public QObject {
   // Attached, the edge takes the place of the frame and its margins;
   // attached again, it keeps one painter, and detached it gives back the
   // frame and margins the widget had before the first attach.
-  void attachPaintsTheEdgeAndDetachRestoresTheFrame() {
+  void smartEdgeAttachAndDetach() {
     QFrame frame;
     frame.setFrameStyle(QFrame::Panel | QFrame::Raised);
     frame.setContentsMargins(3, 4, 5, 6);
@@ -86,13 +86,12 @@ class WindowAppearanceTest : public QObject {
     QCOMPARE(frame.frameStyle(), int(QFrame::Panel | QFrame::Raised));
     QCOMPARE(frame.contentsMargins(), QMargins(3, 4, 5, 6));
     QVERIFY(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).isEmpty());
-  }
 
-  void otherBorderKindsDrawNoEdge() {
+    // Another border style draws no edge and changes no frame bits: the
+    // edit keeps its own frame and margins.
     QLineEdit edit;
     edit.resize(80, 24);
     SmartEdgeAttach(&edit, 3);
-    // Style 3 changes no frame bits: the edit keeps its own frame and margins.
     QVERIFY(edit.hasFrame());
     QCOMPARE(edit.contentsMargins(), QMargins(0, 0, 0, 0));
     const QImage withPainter = edit.grab().toImage();
