@@ -34,35 +34,7 @@ class CalendarTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void monthGridPlacesDaysSundayFirst() {
-    // June 2024 starts on a Saturday: its 30 days need six rows.
-    const std::vector<CalendarCell> june = MonthGrid(Date(6, 15, 2024));
-    QCOMPARE(june.size(), std::size_t{30});
-    QCOMPARE(june.front().column, 6);
-    QCOMPARE(june.front().row, 0);
-    QCOMPARE(june[1].column, 0);  // the 2nd, a Sunday, opens the next row
-    QCOMPARE(june[1].row, 1);
-    QCOMPARE(june.back().column, 0);
-    QCOMPARE(june.back().row, 5);
-    QCOMPARE(MonthGridRows(Date(6, 1, 2024)), 6);
-    // February 2015: 28 days from a Sunday fill exactly four rows.
-    QCOMPARE(MonthGridRows(Date(2, 10, 2015)), 4);
-    QCOMPARE(MonthGrid(Date(2, 1, 2015)).back().column, 6);
-  }
-
-  void todayIsBlueOnlyInTheCurrentMonthAndYear() {
-    fCalendar calendar(Date(11, 5, 2026), Date(11, 22, 2026));
-    calendar.show();
-    QCOMPARE(Title(calendar), QStringLiteral("November 2026"));
-    QVERIFY(BluePixels(calendar) > 5);
-    calendar.SetShownDate(Date(11, 5, 2025));  // same month, another year
-    QCOMPARE(Title(calendar), QStringLiteral("November 2025"));
-    QCOMPARE(BluePixels(calendar), 0);
-    calendar.SetShownDate(Date(10, 22, 2026));  // same day number, another month
-    QCOMPARE(BluePixels(calendar), 0);
-  }
-
-  void keysAndArrowsMoveTheShownDate() {
+  void keysAndArrowsMoveTheShownDateAndTodayIsBlue() {
     fCalendar calendar(Date(1, 31, 2024), Date(11, 22, 2026));
     calendar.show();
     QWidget* month = testing::Control<QWidget>(calendar, "picMonth");
@@ -84,14 +56,8 @@ class CalendarTest : public QObject {
     QVERIFY(!calendar.isVisible());
     QCOMPARE(calendar.Chosen(), std::optional<CivilDate>(Date(12, 24, 2023)));
 
-    fCalendar closed(Date(5, 5, 2024), Date(11, 22, 2026));
-    closed.show();
-    QTest::keyClick(testing::Control<QWidget>(closed, "picMonth"), Qt::Key_Escape);
-    QVERIFY(!closed.isVisible());
-    QCOMPARE(closed.result(), int(QDialog::Rejected));
-    QVERIFY(!closed.Chosen());
-
-    // The arrows beside the title step a month, keeping the day where it can.
+    // The arrows beside the title step a month, keeping the day where it
+    // can; Escape closes the calendar with no date chosen.
     fCalendar stepped(Date(3, 31, 2024), Date(11, 22, 2026));
     stepped.show();
     QTest::mouseClick(testing::Control<QWidget>(stepped, "lblPrev"), Qt::LeftButton);
@@ -100,26 +66,37 @@ class CalendarTest : public QObject {
     QTest::mouseClick(testing::Control<QWidget>(stepped, "lblNext"), Qt::LeftButton);
     QCOMPARE(stepped.ShownDate(), Date(4, 29, 2024));
     QCOMPARE(Title(stepped), QStringLiteral("April 2024"));
+    // Today is blue only in its own month and year.
+    stepped.SetShownDate(Date(11, 5, 2026));
+    QVERIFY(BluePixels(stepped) > 5);
+    stepped.SetShownDate(Date(11, 5, 2025));
+    QCOMPARE(Title(stepped), QStringLiteral("November 2025"));
+    QCOMPARE(BluePixels(stepped), 0);
+    stepped.SetShownDate(Date(10, 22, 2026));  // same day number, another month
+    QCOMPARE(BluePixels(stepped), 0);
+
+    QTest::keyClick(testing::Control<QWidget>(stepped, "picMonth"), Qt::Key_Escape);
+    QVERIFY(!stepped.isVisible());
+    QCOMPARE(stepped.result(), int(QDialog::Rejected));
+    QVERIFY(!stepped.Chosen());
   }
 
+  // June 2024 starts on a Saturday, and its 30 days need six rows, Sunday
+  // first: a click picks the day in the cell (column, row) under the
+  // pointer, and the cells before the 1st pick nothing.
   void aClickPicksTheDayUnderThePointer() {
-    // June 2024: the 1st is in the last column of the first row, the 18th a
-    // Tuesday in the fourth row.
-    fCalendar calendar(Date(6, 10, 2024), Date(11, 22, 2026));
-    calendar.show();
-    QWidget* month = testing::Control<QWidget>(calendar, "picMonth");
-    const int w = calendar.CellWidth();
-    const int h = calendar.CellHeight();
-    QVERIFY(w > 0 && h > 0);
-
-    // The empty cells before the 1st pick nothing.
-    QTest::mouseClick(month, Qt::LeftButton, {}, QPoint(w / 2, h / 2));
-    QVERIFY(calendar.isVisible());
-    QVERIFY(!calendar.Chosen());
-
-    QTest::mouseClick(month, Qt::LeftButton, {}, QPoint(2 * w + w / 3, 3 * h + h / 2));
-    QVERIFY(!calendar.isVisible());
-    QCOMPARE(calendar.Chosen(), std::optional<CivilDate>(Date(6, 18, 2024)));
+    const std::pair<QPoint, std::optional<CivilDate>> clicks[] = {
+        {{0, 0}, std::nullopt},       {{6, 0}, Date(6, 1, 2024)},  {{0, 1}, Date(6, 2, 2024)},
+        {{2, 3}, Date(6, 18, 2024)}, {{0, 5}, Date(6, 30, 2024)}};
+    for (const auto& [cell, day] : clicks) {
+      fCalendar calendar(Date(6, 10, 2024), Date(11, 22, 2026));
+      calendar.show();
+      const QPoint at(cell.x() * calendar.CellWidth() + calendar.CellWidth() / 3,
+                      cell.y() * calendar.CellHeight() + calendar.CellHeight() / 2);
+      QTest::mouseClick(testing::Control<QWidget>(calendar, "picMonth"), Qt::LeftButton, {}, at);
+      QCOMPARE(calendar.Chosen(), day);
+      QCOMPARE(calendar.isVisible(), !day);
+    }
   }
 
   void pickDateAnswersInCaptionForm() {

@@ -142,31 +142,28 @@ class PreviewFormTest : public QObject {
     }
   }
 
-  // The rows, and the page drawn at each percentage's size (the factors are
-  // in zoom_rules.txt).
-  void zoomListRowsAndPercentages() {
+  // The rows, and the page drawn at each percentage's size; the fitted rows
+  // on the window: the page must fit the panel, its bars go, and a fitted
+  // page follows the window (the factors are worked by hand in zoomRulesByHand).
+  void zoomRowsSizeThePage() {
     Report report;
-    auto form = Open(report.Make(2));
-    QCOMPARE(testing::Rows(*testing::Control<QComboBox>(*form, "ZoomList")),
+    auto listed = Open(report.Make(2));
+    QCOMPARE(testing::Rows(*testing::Control<QComboBox>(*listed, "ZoomList")),
              QStringList({"50%", "60%", "70%", "80%", "90%", "100%", "125%", "150%", "200%", "Full Page",
                           "Page Width"}));
     for (int percent : {50, 60, 70, 80, 90, 100, 125, 150, 200}) {
-      Pick(*form, QString::number(percent) + "%");
-      QCOMPARE(PageImg(*form)->width(), static_cast<int>(std::lround(12240 * percent / 100.0 / form->TwipsPerPixelX())));
+      Pick(*listed, QString::number(percent) + "%");
+      QCOMPARE(PageImg(*listed)->width(),
+               static_cast<int>(std::lround(12240 * percent / 100.0 / listed->TwipsPerPixelX())));
     }
-  }
 
-  // The fitted rows on the window: the factors are worked by hand in
-  // zoomRulesByHand; here the page must fit the panel, its bars go, and a
-  // fitted page follows the window.
-  void fitRowsKeepThePageInTheWindow() {
     struct Row {
       std::int16_t orientation;
       QSize window;
     };
     for (const Row& row : {Row{1, {900, 700}}, Row{2, {1000, 500}}, Row{2, {500, 900}}}) {
-      Report report;
-      auto form = Open(report.Make(1, row.orientation), row.window);
+      Report fitted;
+      auto form = Open(fitted.Make(1, row.orientation), row.window);
       auto* panel = testing::Control<QWidget>(*form, "Panel");
       auto* vscroll = testing::Control<QScrollBar>(*form, "VScroll");
       auto* hscroll = testing::Control<QScrollBar>(*form, "HScroll");
@@ -199,9 +196,17 @@ class PreviewFormTest : public QObject {
     }
   }
 
+  // The paging keys and the page scroll; and back from page 5 to page 2,
+  // the page as first drawn (where each page starts, back from the middle of
+  // page 5 to page 2 among them, is PageLocatorTest's).
   void keyboardPaging() {
     Report report;
-    auto form = Open(report.Make(6));
+    auto form = Open(report.Make(6, 1, [](OrlPrinter& d, int) {
+      for (int row = 0; row < 8; ++row) {
+        d.NewLine();
+        d.TextOut(1, "row " + std::to_string(row));
+      }
+    }));
     QWidget* page = PageImg(*form);
     auto* scroll = testing::Control<QScrollBar>(*form, "PageScroll");
     auto* label = testing::Control<QLabel>(*form, "PageLabel");
@@ -230,6 +235,13 @@ class PreviewFormTest : public QObject {
     emit scroll->sliderMoved(5);
     QCOMPARE(label->text(), QString("Page 5 of 6"));
     QCOMPARE(form->CurrentPage(), std::int16_t{2});
+
+    const QImage pageTwo = Canvas(*form);
+    scroll->setValue(5);
+    QVERIFY(Canvas(*form) != pageTwo);
+    for (int i = 0; i < 3; ++i) QTest::keyClick(page, Qt::Key_PageUp);
+    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QCOMPARE(Canvas(*form), pageTwo);
   }
 
   // Regression too: at 200% the page showed through between the two bars.
@@ -313,31 +325,6 @@ class PreviewFormTest : public QObject {
     QCOMPARE(QApplication::overrideCursor(), nullptr);
     // The host's busy state is the request's, not the preview's.
     QCOMPARE(host_.busyChanges.size(), busyBefore);
-  }
-
-  // Where each page starts, back from the middle of page 5 to page 2 among
-  // them, is PageLocatorTest's; the window must draw the page it lands on.
-  void pagingBackShowsThePageAsFirstDrawn() {
-    Report report;
-    report.Make(6, 1, [](OrlPrinter& d, int) {
-      for (int row = 0; row < 8; ++row) {
-        d.NewLine();
-        d.TextOut(1, "row " + std::to_string(row));
-      }
-    });
-    auto form = Open(*report.document);
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
-    const QImage pageTwo = Canvas(*form);
-    testing::Control<QScrollBar>(*form, "PageScroll")->setValue(5);
-    QVERIFY(Canvas(*form) != pageTwo);
-    for (int i = 0; i < 3; ++i) QTest::keyClick(PageImg(*form), Qt::Key_PageUp);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
-    QCOMPARE(Canvas(*form), pageTwo);
-
-    // The last page straight from the second, and its text is drawn.
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown, Qt::ControlModifier);
-    QCOMPARE(form->CurrentPage(), std::int16_t{6});
-    QVERIFY(NonWhiteShare(Canvas(*form)) > 0.001);
   }
 
   // A one-page report, whose paging keys change nothing; the window's
@@ -497,9 +484,10 @@ class PreviewFormTest : public QObject {
     QCOMPARE(host_.messages.size(), std::size_t{1});
   }
 
-  // The spool removed, or cut short, under the open window: one box each,
-  // and what the window holds is still shown.
-  void spoolRemovedOrCutShortUnderThePreview() {
+  // The spool removed, or cut short, under the open window, or damaged or
+  // gone before it opens: one box each, and what the window holds is still
+  // shown.
+  void spoolRemovedCutShortDamagedOrMissing() {
     Report report;
     auto form = Open(report.Make(3));
     std::filesystem::remove(report.document->PrintFile());
@@ -524,27 +512,28 @@ class PreviewFormTest : public QObject {
     QVERIFY(Has(host_.messages[0].text, "cut short"));
     QTest::keyClick(PageImg(*shortened), Qt::Key_PageUp, Qt::ControlModifier);
     QCOMPARE(shortened->CurrentPage(), std::int16_t{1});
-  }
 
-  void damagedOrMissingSpool() {
-    Report report;
-    report.Make(2);
+    // Damaged before the window opens: record 3 gets a keyword the engine
+    // never writes.
+    host_.messages.clear();
+    Report damaged;
+    damaged.Make(2);
     {
-      // Record 3 gets a keyword the engine never writes.
-      std::fstream file(report.document->PrintFile(), std::ios::binary | std::ios::in | std::ios::out);
+      std::fstream file(damaged.document->PrintFile(), std::ios::binary | std::ios::in | std::ios::out);
       file.seekp(2 * kSpoolRecordSize + spool::kKeyword);
       file.write("GARBAGE ", 8);
     }
-    auto form = Open(*report.document);
+    auto opened = Open(*damaged.document);
     QCOMPARE(host_.messages.size(), std::size_t{1});
     QVERIFY(Has(host_.messages[0].text, "is damaged"));
     QVERIFY(Has(host_.messages[0].text, "GARBAGE"));
-    QTest::keyClick(PageImg(*form), Qt::Key_PageDown);
-    QCOMPARE(form->CurrentPage(), std::int16_t{2});
+    QTest::keyClick(PageImg(*opened), Qt::Key_PageDown);
+    QCOMPARE(opened->CurrentPage(), std::int16_t{2});
 
+    // Gone before the window opens.
     host_.messages.clear();
-    std::filesystem::remove(report.document->PrintFile());
-    PreviewForm missing(*report.document, host_, PageSetup{});
+    std::filesystem::remove(damaged.document->PrintFile());
+    PreviewForm missing(*damaged.document, host_, PageSetup{});
     QVERIFY(!missing.IsLoaded());
     QCOMPARE(missing.exec(), int(QDialog::Rejected));
     QCOMPARE(host_.messages.size(), std::size_t{1});

@@ -52,16 +52,19 @@ class WindowAppearanceTest : public QObject {
     QCOMPARE(edit->font().pointSize(), 8);
   }
 
-  void attachRecordsAndPaintsTheEdge() {
+  // Attached, the edge takes the place of the frame and its margins;
+  // attached again, it keeps one painter, and detached it gives back the
+  // frame and margins the widget had before the first attach.
+  void smartEdgeAttachAndDetach() {
     QFrame frame;
-    frame.setFrameStyle(QFrame::Box | QFrame::Plain);
+    frame.setFrameStyle(QFrame::Panel | QFrame::Raised);
+    frame.setContentsMargins(3, 4, 5, 6);
     frame.setAutoFillBackground(true);
     frame.resize(60, 30);
 
     QVERIFY(SmartEdgeAttach(&frame, kBorderSunken));
     QCOMPARE(frame.frameStyle(), int(QFrame::NoFrame));
     QCOMPARE(frame.contentsMargins(), QMargins(2, 2, 2, 2));
-
     const QPalette& palette = frame.palette();
     QImage shot = frame.grab().toImage();
     QCOMPARE(shot.pixel(0, 0), palette.color(QPalette::Dark).rgb());
@@ -69,39 +72,26 @@ class WindowAppearanceTest : public QObject {
     QCOMPARE(shot.pixel(59, 29), palette.color(QPalette::Light).rgb());
     QCOMPARE(shot.pixel(58, 28), palette.color(QPalette::Midlight).rgb());
     QCOMPARE(shot.pixel(30, 15), palette.color(QPalette::Window).rgb());
-
     QVERIFY(!SmartEdgeAttach(nullptr, kBorderSunken));
-  }
 
-  void attachTwiceKeepsOnePainterAndTheFirstStyles() {
-    QFrame frame;
-    frame.setFrameStyle(QFrame::Panel | QFrame::Raised);
-    frame.setContentsMargins(3, 4, 5, 6);
-    frame.setAutoFillBackground(true);
-    frame.resize(40, 20);
-
-    SmartEdgeAttach(&frame, kBorderSunken);
     SmartEdgeAttach(&frame, kBorderThinSunken);
-
     QCOMPARE(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).size(), 1);
     QCOMPARE(frame.contentsMargins(), QMargins(1, 1, 1, 1));
-
     // A thin edge is one pixel: the second ring is the background.
-    const QImage shot = frame.grab().toImage();
-    QCOMPARE(shot.pixel(0, 0), frame.palette().color(QPalette::Dark).rgb());
-    QCOMPARE(shot.pixel(1, 1), frame.palette().color(QPalette::Window).rgb());
+    shot = frame.grab().toImage();
+    QCOMPARE(shot.pixel(0, 0), palette.color(QPalette::Dark).rgb());
+    QCOMPARE(shot.pixel(1, 1), palette.color(QPalette::Window).rgb());
 
     SmartEdgeDetach(&frame);
     QCOMPARE(frame.frameStyle(), int(QFrame::Panel | QFrame::Raised));
     QCOMPARE(frame.contentsMargins(), QMargins(3, 4, 5, 6));
     QVERIFY(frame.findChildren<QObject*>(QStringLiteral("SmartEdgePainter")).isEmpty());
-  }
 
-  void otherBorderKindsDrawNoEdge() {
+    // Another border style draws no edge and changes no frame bits: the
+    // edit keeps its own frame and margins.
     QLineEdit edit;
     edit.resize(80, 24);
     SmartEdgeAttach(&edit, 3);
-    // Style 3 changes no frame bits: the edit keeps its own frame and margins.
     QVERIFY(edit.hasFrame());
     QCOMPARE(edit.contentsMargins(), QMargins(0, 0, 0, 0));
     const QImage withPainter = edit.grab().toImage();

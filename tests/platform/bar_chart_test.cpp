@@ -48,7 +48,7 @@ QImage DrawnBitmap(const BarChartSpec& chart, QByteArray* format = nullptr) {
   return image;
 }
 
-TEST(BarChartTest, HourlyChartIsABitmapOfTheSurfaceSizeWithOneRedBarPerHour) {
+TEST(BarChartTest, ABitmapOfTheSurfaceSizeWithOneRedBarPerLabelAsTallAsItsValue) {
   std::array<std::int32_t, 24> perHour{};
   perHour.fill(5);
   QByteArray format;
@@ -62,17 +62,15 @@ TEST(BarChartTest, HourlyChartIsABitmapOfTheSurfaceSizeWithOneRedBarPerHour) {
   int base = image.height() - 1;
   while (base > 0 && RedRuns(image, base) == 0) --base;
   EXPECT_EQ(RedRuns(image, base - 2), 24);
-}
 
-TEST(BarChartTest, BarHeightsFollowTheValuesOnTheScale) {
   // 5 and 10 on a scale of 0..10: the second bar is twice as tall; 0 draws nothing.
-  const QImage image = DrawnBitmap(MakeBarChart({"L1", "L2", "L3"}, {5, 10, 0}));
-  ASSERT_FALSE(image.isNull());
-  const int third = image.width() / 3;
-  const int first = RedHeight(image, 0, third);
+  const QImage three = DrawnBitmap(MakeBarChart({"L1", "L2", "L3"}, {5, 10, 0}));
+  ASSERT_FALSE(three.isNull());
+  const int third = three.width() / 3;
+  const int first = RedHeight(three, 0, third);
   ASSERT_GT(first, 20);
-  EXPECT_NEAR(static_cast<double>(RedHeight(image, third, 2 * third)) / first, 2.0, 0.1);
-  EXPECT_EQ(RedHeight(image, 2 * third, image.width()), 0);
+  EXPECT_NEAR(static_cast<double>(RedHeight(three, third, 2 * third)) / first, 2.0, 0.1);
+  EXPECT_EQ(RedHeight(three, 2 * third, three.width()), 0);
 }
 
 TEST(BarChartTest, WhatCannotBeDrawnOrWrittenIsAnError) {

@@ -57,7 +57,7 @@ QString WriteHalfWhitePicture(const QTemporaryDir& dir) {
   return path;
 }
 
-TEST(PdfPageDeviceTest, TextsLandOnTheirPagesAtTheirPlacesInEmbeddedFonts) {
+TEST(PdfPageDeviceTest, TextsLinesAndPicturesLandOnTheirPagesAtTheirPlacesInEmbeddedFonts) {
   QTemporaryDir dir;
   const QString pdf = dir.filePath("report.pdf");
   {
@@ -102,14 +102,12 @@ TEST(PdfPageDeviceTest, TextsLandOnTheirPagesAtTheirPlacesInEmbeddedFonts) {
   ASSERT_NE(calls, std::string::npos) << boxes;
   const auto xMax = boxes.rfind("xMax=\"", calls);
   EXPECT_NEAR(std::stod(boxes.substr(xMax + 6)), right, 0.5) << boxes;
-}
 
-TEST(PdfPageDeviceTest, LandscapeEmptyDocumentAndPictures) {
-  QTemporaryDir dir;
-  const QString pdf = dir.filePath("wide.pdf");
+  // Landscape, with a picture over a line; and a document without a page.
+  const QString wide = dir.filePath("wide.pdf");
   const QString picture = WriteHalfWhitePicture(dir);
   {
-    PdfPageDevice device(pdf.toStdString());
+    PdfPageDevice device(wide.toStdString());
     device.BeginDocument(PageSetup{12240, 15840, 2});
     device.BeginPage();
     device.Line(0, 150, 12240, 150);
@@ -118,10 +116,10 @@ TEST(PdfPageDeviceTest, LandscapeEmptyDocumentAndPictures) {
     EXPECT_FALSE(device.Image(dir.filePath("missing.bmp").toStdString(), 0, 0, 0, 0));
     device.EndDocument();
   }
-  EXPECT_NE(RunTool("pdfinfo", {pdf}).find("792 x 612 pts"), std::string::npos);
+  EXPECT_NE(RunTool("pdfinfo", {wide}).find("792 x 612 pts"), std::string::npos);
   // At 600 dpi a twip is 5/12 pixel: the line is at y 62.5, the picture's
   // white half spans x 0 to 125, its red half 125 to 250.
-  RunTool("pdftoppm", {"-r", "600", "-x", "0", "-y", "0", "-W", "300", "-H", "150", "-png", "-singlefile", pdf,
+  RunTool("pdftoppm", {"-r", "600", "-x", "0", "-y", "0", "-W", "300", "-H", "150", "-png", "-singlefile", wide,
                        dir.filePath("rendered")});
   const QImage page(dir.filePath("rendered.png"));
   ASSERT_FALSE(page.isNull());

@@ -18,11 +18,11 @@ TEST(FontMappingTest, ClassicNamesBecomeLiberationOthersFallBackByKind) {
   for (const auto& [name, family] : rows) EXPECT_EQ(ResolveFontFamily(name).toStdString(), family) << name;
 }
 
-// Recorded from Liberation Sans 2.1 (fonts-liberation2): "Total Calls" is
-// 9674 font units of 2048 per em; at 9 points that is 9674 * 180 / 2048 twips.
-TEST(QtTextMetricsTest, ArialWidthsAreTheUnhintedAdvancesInTwips) {
+TEST(QtTextMetricsTest, WidthsAreTheUnhintedAdvancesOfWindows1252CharactersInEachFace) {
   QtTextMetrics metrics;
   const FontSpec arial9{"Arial", 9};
+  // Recorded from Liberation Sans 2.1 (fonts-liberation2): "Total Calls" is
+  // 9674 font units of 2048 per em; at 9 points that is 9674 * 180 / 2048 twips.
   EXPECT_NEAR(metrics.TextWidth(arial9, "Total Calls"), 850.25, 1.0);
   // Line height: Windows ascent 1854 plus descent 434 font units.
   EXPECT_NEAR(metrics.TextHeight(arial9), 201.09, 0.5);
@@ -33,11 +33,13 @@ TEST(QtTextMetricsTest, ArialWidthsAreTheUnhintedAdvancesInTwips) {
                    2 * metrics.TextWidth(arial9, "Total Calls"));
   EXPECT_DOUBLE_EQ(metrics.TextWidth(FontSpec{"Arial", 9, false, false, true}, "Total Calls"),
                    metrics.TextWidth(arial9, "Total Calls"));
-}
 
-TEST(QtTextMetricsTest, NoKerningAndStylesMeasureTheirOwnFaces) {
-  QtTextMetrics metrics;
-  const FontSpec arial9{"Arial", 9};
+  // The euro sign is byte 0x80 in Windows-1252 (Latin-1 has a control code
+  // there); as a real glyph it is as wide as the figures.
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\x80"), metrics.TextWidth(arial9, "0"));
+  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\xE9"), metrics.TextWidth(arial9, "e"));  // e acute
+  EXPECT_GT(metrics.TextWidth(arial9, "\x97"), metrics.TextWidth(arial9, "-"));          // em dash
+
   // "AV" is a kerning pair in the font; the classic width ignores it.
   EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "AV"),
                    metrics.TextWidth(arial9, "A") + metrics.TextWidth(arial9, "V"));
@@ -54,16 +56,6 @@ TEST(QtTextMetricsTest, NoKerningAndStylesMeasureTheirOwnFaces) {
   const FontSpec mono{"Courier New", 10};
   EXPECT_DOUBLE_EQ(metrics.TextWidth(mono, "iiii"), metrics.TextWidth(mono, "WWWW"));
   EXPECT_NEAR(metrics.TextWidth(mono, "W"), 120.0, 0.1);  // 1229 of 2048 units: the 120-twip cell
-}
-
-TEST(QtTextMetricsTest, BytesAreWindows1252Characters) {
-  QtTextMetrics metrics;
-  const FontSpec arial9{"Arial", 9};
-  // The euro sign is byte 0x80 in Windows-1252 (Latin-1 has a control code
-  // there); as a real glyph it is as wide as the figures.
-  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\x80"), metrics.TextWidth(arial9, "0"));
-  EXPECT_DOUBLE_EQ(metrics.TextWidth(arial9, "\xE9"), metrics.TextWidth(arial9, "e"));  // e acute
-  EXPECT_GT(metrics.TextWidth(arial9, "\x97"), metrics.TextWidth(arial9, "-"));          // em dash
 }
 
 }  // namespace
